@@ -1,0 +1,326 @@
+#include "framework/zeb_xml.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cctype>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <pugixml.hpp>
+#include <sstream>
+
+#include "framework/text_convert.h"
+
+namespace {
+// Detached elements live under this holder, a sibling of the document element, so that moving
+// them into the tree later keeps every handle valid. It is never written out.
+const char kHolderName[] = "zeb.detached";
+
+pugi::xml_node Wrap(pugi::xml_node_struct* n) { return pugi::xml_node(n); }
+
+bool IsPlainName(const std::string& name) {
+    if (name.empty()) return false;
+    for (unsigned char c : name) {
+        if (!(std::isalnum(c) || c == '_' || c == '-' || c == '.' || c >= 0x80)) return false;
+    }
+    return true;
+}
+
+std::vector<pugi::xml_node_struct*> Select(pugi::xml_node node, const std::wstring& name,
+                                           bool firstOnly) {
+    std::vector<pugi::xml_node_struct*> out;
+    if (!node) return out;
+    const std::string utf8 = ToUtf8(name);
+    if (IsPlainName(utf8)) {
+        for (pugi::xml_node child = node.child(utf8.c_str()); child;
+             child = child.next_sibling(utf8.c_str())) {
+            out.push_back(child.internal_object());
+            if (firstOnly) break;
+        }
+        return out;
+    }
+    try {
+        pugi::xpath_node_set set = node.select_nodes(utf8.c_str());
+        for (const pugi::xpath_node& x : set) {
+            if (x.node() && x.node().type() == pugi::node_element) {
+                out.push_back(x.node().internal_object());
+                if (firstOnly) break;
+            }
+        }
+    } catch (const pugi::xpath_exception&) {
+        out.clear();
+    }
+    return out;
+}
+
+void LineAndColumn(const char* text, size_t size, ptrdiff_t offset, long& line, long& column) {
+    line = 1;
+    column = 1;
+    for (ptrdiff_t i = 0; i < offset && static_cast<size_t>(i) < size; ++i) {
+        if (text[i] == '\n') {
+            ++line;
+            column = 1;
+        } else if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80) {
+            ++column;
+        }
+    }
+}
+
+struct StringWriter : pugi::xml_writer {
+    std::string out;
+    void write(const void* data, size_t size) override {
+        out.append(static_cast<const char*>(data), size);
+    }
+};
+}  // namespace
+
+struct ZebXMLDocument::Impl {
+    pugi::xml_document doc;
+    pugi::xml_node holder;
+
+    pugi::xml_node Holder() {
+        if (!holder) holder = doc.append_child(kHolderName);
+        return holder;
+    }
+    bool IsTop(pugi::xml_node parent) const {
+        return !parent || parent.type() == pugi::node_document || parent == holder;
+    }
+    pugi::xml_node DocumentElement() const {
+        for (pugi::xml_node n = doc.first_child(); n; n = n.next_sibling())
+            if (n.type() == pugi::node_element && n != holder) return n;
+        return {};
+    }
+    bool Parse(const char* text, size_t size, std::wstring& error) {
+        holder = pugi::xml_node();
+        pugi::xml_parse_result result = doc.load_buffer(text, size, pugi::parse_default, pugi::encoding_utf8);
+        if (result) {
+            if (!DocumentElement()) {
+                doc.reset();
+                error = L"no document element found";
+                return false;
+            }
+            return true;
+        }
+        long line = 0, column = 0;
+        LineAndColumn(text, size, result.offset, line, column);
+        error = L"line " + std::to_wstring(line) + L", column " + std::to_wstring(column) + L": " +
+                FromUtf8(result.description());
+        doc.reset();
+        return false;
+    }
+};
+
+// ---- ZebXMLNode
+
+std::wstring ZebXMLNode::GetName() const { return FromUtf8(Wrap(m_node).name()); }
+
+bool ZebXMLNode::AddAttribute(const std::wstring& name, const std::wstring& value) {
+    return AddAttribute1(ToUtf8(name).c_str(), ToUtf8(value).c_str());
+}
+
+bool ZebXMLNode::AddAttribute1(const char* name, const char* value) {
+    pugi::xml_node n = Wrap(m_node);
+    if (!n || !name || !*name) return false;
+    pugi::xml_attribute a = n.attribute(name);
+    if (!a) a = n.append_attribute(name);
+    return a.set_value(value ? value : "");
+}
+
+bool ZebXMLNode::GetAttributeValue(const std::wstring& name, std::wstring& value) const {
+    pugi::xml_attribute a = Wrap(m_node).attribute(ToUtf8(name).c_str());
+    if (!a) return false;
+    value = FromUtf8(a.value());
+    return true;
+}
+
+std::vector<std::pair<std::wstring, std::wstring>> ZebXMLNode::GetAttributes() const {
+    std::vector<std::pair<std::wstring, std::wstring>> out;
+    for (pugi::xml_attribute a : Wrap(m_node).attributes())
+        out.emplace_back(FromUtf8(a.name()), FromUtf8(a.value()));
+    return out;
+}
+
+ZebXMLNode* ZebXMLNode::AppendNode(const std::wstring& name) {
+    pugi::xml_node child = Wrap(m_node).append_child(ToUtf8(name).c_str());
+    return child ? new ZebXMLNode(m_doc, child.internal_object()) : nullptr;
+}
+
+bool ZebXMLNode::AppendNode(ZebXMLNode* child) {
+    if (!child || !child->m_node || !m_node) return false;
+    pugi::xml_node self = Wrap(m_node);
+    pugi::xml_node other = Wrap(child->m_node);
+    if (child->m_doc == m_doc) {
+        for (pugi::xml_node p = self; p; p = p.parent())
+            if (p == other) return false;  // would move an element into itself
+        return static_cast<bool>(self.append_move(other));
+    }
+    return static_cast<bool>(self.append_copy(other));
+}
+
+bool ZebXMLNode::RemoveChild(ZebXMLNode* child) {
+    if (!child) return false;
+    return Wrap(m_node).remove_child(Wrap(child->m_node));
+}
+
+void ZebXMLNode::SetNodeValue(const std::wstring& text) {
+    pugi::xml_node n = Wrap(m_node);
+    while (pugi::xml_node c = n.first_child()) {
+        if (c.type() != pugi::node_pcdata && c.type() != pugi::node_cdata) break;
+        n.remove_child(c);
+    }
+    n.text().set(ToUtf8(text).c_str());
+}
+
+std::wstring ZebXMLNode::GetNodeValue() const { return FromUtf8(Wrap(m_node).text().get()); }
+
+bool ZebXMLNode::GetNodeValueInInt(int& value) const {
+    const char* s = Wrap(m_node).text().get();
+    while (*s == ' ' || *s == '\t' || *s == '\n' || *s == '\r') ++s;
+    char* end = nullptr;
+    errno = 0;
+    const long v = std::strtol(s, &end, 10);
+    if (end == s) return false;
+    value = static_cast<int>(v);
+    return true;
+}
+
+ZebXMLNode* ZebXMLNode::SelectSingleNode(const std::wstring& name) const {
+    auto found = Select(Wrap(m_node), name, true);
+    return found.empty() ? nullptr : new ZebXMLNode(m_doc, found.front());
+}
+
+ZebXMLNodeList* ZebXMLNode::GetNodeList(const std::wstring& name) const {
+    return new ZebXMLNodeList(m_doc, Select(Wrap(m_node), name, false));
+}
+
+ZebXMLNodeList* ZebXMLNode::GetChildElements() const {
+    std::vector<pugi::xml_node_struct*> out;
+    for (pugi::xml_node c : Wrap(m_node).children())
+        if (c.type() == pugi::node_element) out.push_back(c.internal_object());
+    return new ZebXMLNodeList(m_doc, std::move(out));
+}
+
+ZebXMLNode* ZebXMLNode::GetParentNode() const {
+    pugi::xml_node parent = Wrap(m_node).parent();
+    if (!parent || parent.type() != pugi::node_element) return nullptr;
+    if (m_doc && m_doc->GetImpl()->IsTop(parent)) return nullptr;
+    return new ZebXMLNode(m_doc, parent.internal_object());
+}
+
+// ---- ZebXMLNodeList
+
+ZebXMLNode* ZebXMLNodeList::operator[](long index) const {
+    if (index < 0 || index >= GetSize()) return nullptr;
+    return new ZebXMLNode(m_doc, m_nodes[static_cast<size_t>(index)]);
+}
+
+// ---- ZebXMLDocument
+
+ZebXMLDocument::ZebXMLDocument() : m_impl(std::make_unique<Impl>()) {}
+ZebXMLDocument::~ZebXMLDocument() = default;
+
+bool ZebXMLDocument::LoadFile(const std::wstring& path, std::wstring& error) {
+    std::ifstream in(ToUtf8(path), std::ios::binary);
+    if (!in) {
+        error = L"cannot open " + path + L": " + FromUtf8(std::strerror(errno));
+        m_impl->doc.reset();
+        m_impl->holder = pugi::xml_node();
+        return false;
+    }
+    std::ostringstream buffer;
+    buffer << in.rdbuf();
+    const std::string text = buffer.str();
+    if (text.empty()) {
+        error = L"the file is empty";
+        m_impl->doc.reset();
+        m_impl->holder = pugi::xml_node();
+        return false;
+    }
+    return m_impl->Parse(text.data(), text.size(), error);
+}
+
+bool ZebXMLDocument::LoadXML(const std::string& utf8Text, std::wstring& error) {
+    return m_impl->Parse(utf8Text.data(), utf8Text.size(), error);
+}
+
+std::string ZebXMLDocument::GetXML() const {
+    StringWriter writer;
+    writer.out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    for (pugi::xml_node n = m_impl->doc.first_child(); n; n = n.next_sibling()) {
+        if (n == m_impl->holder || n.type() == pugi::node_declaration) continue;
+        n.print(writer, "  ", pugi::format_default, pugi::encoding_utf8);
+    }
+    return writer.out;
+}
+
+bool ZebXMLDocument::SaveFile(const std::wstring& path, std::wstring& error) const {
+    const std::string target = ToUtf8(path);
+    std::string temp = target + ".XXXXXX";
+    const int fd = mkstemp(temp.data());
+    if (fd < 0) {
+        error = L"cannot write beside " + path + L": " + FromUtf8(std::strerror(errno));
+        return false;
+    }
+    const std::string text = GetXML();
+    size_t written = 0;
+    while (written < text.size()) {
+        const ssize_t n = ::write(fd, text.data() + written, text.size() - written);
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            break;
+        }
+        written += static_cast<size_t>(n);
+    }
+    const bool complete = written == text.size() && ::fsync(fd) == 0;
+    const int savedErrno = errno;
+    ::fchmod(fd, 0644);
+    ::close(fd);
+    if (!complete || std::rename(temp.c_str(), target.c_str()) != 0) {
+        error = L"cannot write " + path + L": " +
+                FromUtf8(std::strerror(complete ? errno : savedErrno));
+        ::unlink(temp.c_str());
+        return false;
+    }
+    return true;
+}
+
+ZebXMLNode* ZebXMLDocument::CreateNode(const std::wstring& name) {
+    pugi::xml_node n = m_impl->Holder().append_child(ToUtf8(name).c_str());
+    return n ? new ZebXMLNode(this, n.internal_object()) : nullptr;
+}
+
+ZebXMLNode* ZebXMLDocument::GetDocumentElement() {
+    pugi::xml_node n = m_impl->DocumentElement();
+    return n ? new ZebXMLNode(this, n.internal_object()) : nullptr;
+}
+
+ZebXMLNode* ZebXMLDocument::CreateDocumentElement(const std::wstring& name) {
+    if (pugi::xml_node old = m_impl->DocumentElement()) m_impl->doc.remove_child(old);
+    pugi::xml_node n = m_impl->holder ? m_impl->doc.insert_child_before(ToUtf8(name).c_str(), m_impl->holder)
+                                      : m_impl->doc.append_child(ToUtf8(name).c_str());
+    return n ? new ZebXMLNode(this, n.internal_object()) : nullptr;
+}
+
+ZebXMLNodeList* ZebXMLDocument::GetElementsByTagName(const std::wstring& name) {
+    std::vector<pugi::xml_node_struct*> out;
+    const std::string utf8 = ToUtf8(name);
+    pugi::xml_node root = m_impl->DocumentElement();
+    struct Walker : pugi::xml_tree_walker {
+        const std::string* name;
+        std::vector<pugi::xml_node_struct*>* out;
+        bool for_each(pugi::xml_node& n) override {
+            if (n.type() == pugi::node_element && *name == n.name()) out->push_back(n.internal_object());
+            return true;
+        }
+    } walker;
+    walker.name = &utf8;
+    walker.out = &out;
+    if (root) {
+        if (utf8 == root.name()) out.push_back(root.internal_object());
+        root.traverse(walker);
+    }
+    return new ZebXMLNodeList(this, std::move(out));
+}

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "framework/vantor_export.h"
+
+namespace pugi {
+struct xml_node_struct;
+}
+
+class ZebXMLDocument;
+class ZebXMLNodeList;
+
+// A small handle on one element of a ZebXMLDocument. The caller owns and deletes every handle
+// it receives; deleting a handle never changes the document.
+class VANTOR_FW_API ZebXMLNode {
+public:
+    ZebXMLNode(ZebXMLDocument* doc, pugi::xml_node_struct* node) : m_doc(doc), m_node(node) {}
+
+    std::wstring GetName() const;
+    ZebXMLDocument* GetOwnerDocument() const { return m_doc; }
+
+    // Sets the attribute, appending it after the existing ones when it is new.
+    bool AddAttribute(const std::wstring& name, const std::wstring& value);
+    // Narrow-text variant; texts are UTF-8.
+    bool AddAttribute1(const char* name, const char* value);
+    // False, and `value` untouched, when the attribute is absent.
+    bool GetAttributeValue(const std::wstring& name, std::wstring& value) const;
+    // All attributes in document order.
+    std::vector<std::pair<std::wstring, std::wstring>> GetAttributes() const;
+
+    // New child element at the end; the caller deletes the returned handle.
+    ZebXMLNode* AppendNode(const std::wstring& name);
+    // Moves `child` (a detached element or an element elsewhere in the same document) to the
+    // end of this element's children. An element of another document is copied instead.
+    bool AppendNode(ZebXMLNode* child);
+    // Removes `child` and its subtree from this element.
+    bool RemoveChild(ZebXMLNode* child);
+
+    void SetNodeValue(const std::wstring& text);
+    std::wstring GetNodeValue() const;
+    // False, and `value` untouched, when the text holds no decimal integer.
+    bool GetNodeValueInInt(int& value) const;
+
+    // First child element matching `name` (an element name or a relative path); null when none.
+    ZebXMLNode* SelectSingleNode(const std::wstring& name) const;
+    // Child elements matching `name`, in document order. Never null.
+    ZebXMLNodeList* GetNodeList(const std::wstring& name) const;
+    // All child elements in document order. Never null.
+    ZebXMLNodeList* GetChildElements() const;
+    // Null for the document element and for detached elements.
+    ZebXMLNode* GetParentNode() const;
+
+    pugi::xml_node_struct* Internal() const { return m_node; }
+
+private:
+    ZebXMLDocument* m_doc;
+    pugi::xml_node_struct* m_node;
+};
+
+// An owned list of element handles; deleting the list deletes nothing in the document.
+class VANTOR_FW_API ZebXMLNodeList {
+public:
+    ZebXMLNodeList(ZebXMLDocument* doc, std::vector<pugi::xml_node_struct*> nodes)
+        : m_doc(doc), m_nodes(std::move(nodes)) {}
+    long GetSize() const { return static_cast<long>(m_nodes.size()); }
+    // A new handle the caller deletes; null outside the list.
+    ZebXMLNode* operator[](long index) const;
+
+private:
+    ZebXMLDocument* m_doc;
+    std::vector<pugi::xml_node_struct*> m_nodes;
+};
+
+class VANTOR_FW_API ZebXMLDocument {
+public:
+    ZebXMLDocument();
+    ~ZebXMLDocument();
+    ZebXMLDocument(const ZebXMLDocument&) = delete;
+    ZebXMLDocument& operator=(const ZebXMLDocument&) = delete;
+
+    // On failure the document is empty and `error` says what and where ("line L, column C").
+    bool LoadFile(const std::wstring& path, std::wstring& error);
+    bool LoadXML(const std::string& utf8Text, std::wstring& error);
+    // Writes through a temporary file in the same folder and a rename, so an existing file is
+    // either replaced whole or left as it was.
+    bool SaveFile(const std::wstring& path, std::wstring& error) const;
+    std::string GetXML() const;
+
+    // A new element that belongs to this document but has no place in its tree yet.
+    ZebXMLNode* CreateNode(const std::wstring& name);
+    // Null when the document has no document element.
+    ZebXMLNode* GetDocumentElement();
+    // Replaces the document element by a new empty one.
+    ZebXMLNode* CreateDocumentElement(const std::wstring& name);
+    // Every element named `name`, at any depth, in document order. Never null.
+    ZebXMLNodeList* GetElementsByTagName(const std::wstring& name);
+
+    struct Impl;
+    Impl* GetImpl() const { return m_impl.get(); }
+
+private:
+    std::unique_ptr<Impl> m_impl;
+};

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <list>
+#include <string>
+
+#include "framework/location_helper.h"
+#include "framework/resource_library.h"
+
+// The module's single application object: the localized and the English resource library, the
+// help file and the list of database modules the framework hands over.
+class CZEBAssemblyRulesApp {
+public:
+    static constexpr const wchar_t* kResourceFileName = L"ZEBAssemblyRulesResu.so";
+
+    // Loads the resource libraries; the English one stands in for a missing localized one.
+    bool InitInstance();
+    // Frees the localized library, then the English one.
+    int ExitInstance();
+
+    // String `id` of the English library, whatever the user's language.
+    std::wstring LoadDefaultString(unsigned id);
+
+    CZebResourceLibrary* m_localizedLibrary = nullptr;
+    CZebResourceLibrary* m_defaultLibrary = nullptr;
+    std::wstring m_resourceFolder;
+    std::list<std::wstring> m_databaseModules;
+    std::wstring m_helpFilePath;
+};
+
+// The published application object; null until start-up has finished and after exit.
+CZEBAssemblyRulesApp* GetAssemblyRulesApp();
+
+// Starts and ends the module's application object. The module does this when it is loaded and
+// unloaded; tests call them directly.
+bool StartAssemblyRulesApp();
+void StopAssemblyRulesApp();
+
+// Makes the localized library the current resource library until the scope ends, however it
+// ends. The previous library comes back when there was one.
+class CZebResourceScope {
+public:
+    CZebResourceScope();
+    ~CZebResourceScope();
+    CZebResourceScope(const CZebResourceScope&) = delete;
+    CZebResourceScope& operator=(const CZebResourceScope&) = delete;
+
+private:
+    ZebResourceHandle m_saved;
+};
+
+// String `id` of the localized library, loaded in a resource scope.
+std::wstring LoadLocalizedString(unsigned id);

@@ -1,0 +1,129 @@
+#include "framework/zeb_xml.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+
+namespace {
+template <class T>
+std::unique_ptr<T> Own(T* p) {
+    return std::unique_ptr<T>(p);
+}
+}  // namespace
+
+TEST(ZebXml, NothingToReadLeavesTheOutputUntouched) {
+    ZebXMLDocument doc;
+    std::wstring error;
+    ASSERT_TRUE(doc.LoadXML("<R a=\"x\"><Empty/><Text>abc</Text><Num> 42</Num><Neg>-7x</Neg></R>", error));
+    auto root = Own(doc.GetDocumentElement());
+    std::wstring value = L"keep";
+    EXPECT_FALSE(root->GetAttributeValue(L"missing", value));
+    EXPECT_EQ(value, L"keep");
+    EXPECT_TRUE(root->GetAttributeValue(L"a", value));
+    EXPECT_EQ(value, L"x");
+
+    int number = 99;
+    EXPECT_FALSE(Own(root->SelectSingleNode(L"Empty"))->GetNodeValueInInt(number));
+    EXPECT_FALSE(Own(root->SelectSingleNode(L"Text"))->GetNodeValueInInt(number));
+    EXPECT_EQ(number, 99);
+    EXPECT_TRUE(Own(root->SelectSingleNode(L"Num"))->GetNodeValueInInt(number));
+    EXPECT_EQ(number, 42);
+    EXPECT_TRUE(Own(root->SelectSingleNode(L"Neg"))->GetNodeValueInInt(number));
+    EXPECT_EQ(number, -7);
+    EXPECT_EQ(root->SelectSingleNode(L"Absent"), nullptr);
+    EXPECT_EQ(root->GetParentNode(), nullptr);
+    EXPECT_EQ(Own(root->GetNodeList(L"Absent"))->GetSize(), 0);
+}
+
+TEST(ZebXml, DetachedNodesKeepAttributeOrderAndMoveIntoTheTree) {
+    ZebXMLDocument doc;
+    auto top = Own(doc.CreateDocumentElement(L"Settings"));
+    auto rule = Own(doc.CreateNode(L"Rule"));
+    EXPECT_EQ(rule->GetParentNode(), nullptr);
+    for (const wchar_t* name : {L"Name", L"Status", L"LifeStatus", L"Summary", L"Module"})
+        rule->AddAttribute(name, std::wstring(name) + L"-value");
+    rule->AddAttribute(L"Status", L"0");  // replacing keeps the position
+    rule->AddAttribute1("RuleModuleFileName", "r\xc3\xa9gles.so");
+    auto param = Own(rule->AppendNode(L"Parameter"));
+    param->SetNodeValue(L"<&> text");
+
+    auto attrs = rule->GetAttributes();
+    ASSERT_EQ(attrs.size(), 6u);
+    EXPECT_EQ(attrs[1].first, L"Status");
+    EXPECT_EQ(attrs[1].second, L"0");
+    EXPECT_EQ(attrs[5].second, L"r\u00e9gles.so");
+
+    // the detached element is not written until placed
+    EXPECT_EQ(doc.GetXML().find("Rule"), std::string::npos);
+    ASSERT_TRUE(top->AppendNode(rule.get()));
+    auto parent = Own(rule->GetParentNode());
+    ASSERT_NE(parent, nullptr);
+    EXPECT_EQ(parent->GetName(), L"Settings");
+    EXPECT_EQ(param->GetNodeValue(), L"<&> text");  // handles stay valid after the move
+    EXPECT_FALSE(rule->AppendNode(top.get()));       // no element into its own subtree
+
+    // deleting handles changes nothing
+    const std::string before = doc.GetXML();
+    delete rule->GetNodeList(L"Parameter");
+    delete rule->SelectSingleNode(L"Parameter");
+    EXPECT_EQ(doc.GetXML(), before);
+
+    ZebXMLDocument reread;
+    std::wstring error;
+    ASSERT_TRUE(reread.LoadXML(before, error)) << error.size();
+    auto list = Own(reread.GetElementsByTagName(L"Parameter"));
+    ASSERT_EQ(list->GetSize(), 1);
+    EXPECT_EQ(Own((*list)[0])->GetNodeValue(), L"<&> text");
+    EXPECT_EQ((*list)[1], nullptr);
+}
+
+TEST(ZebXml, ElementsOfAnotherDocumentAreCopied) {
+    ZebXMLDocument a, b;
+    auto rootA = Own(a.CreateDocumentElement(L"A"));
+    auto foreign = Own(b.CreateNode(L"Constraint"));
+    foreign->AddAttribute(L"Name", L"c");
+    ASSERT_TRUE(rootA->AppendNode(foreign.get()));
+    EXPECT_NE(a.GetXML().find("<Constraint Name=\"c\""), std::string::npos);
+}
+
+TEST(ZebXml, ParseFailuresSayWhere) {
+    ZebXMLDocument doc;
+    std::wstring error;
+    EXPECT_FALSE(doc.LoadXML("<a>\n  <b>\n</a>", error));
+    EXPECT_NE(error.find(L"line 3"), std::wstring::npos) << std::string(error.begin(), error.end());
+    EXPECT_EQ(doc.GetDocumentElement(), nullptr);
+
+    const auto dir = std::filesystem::temp_directory_path() / "zeb_xml_test";
+    std::filesystem::create_directories(dir);
+    const auto empty = dir / "empty.xml";
+    std::ofstream(empty).close();
+    error.clear();
+    EXPECT_FALSE(doc.LoadFile(empty.wstring(), error));
+    EXPECT_FALSE(error.empty());
+    error.clear();
+    EXPECT_FALSE(doc.LoadFile((dir / "missing.xml").wstring(), error));
+    EXPECT_NE(error.find(L"cannot open"), std::wstring::npos);
+}
+
+TEST(ZebXml, SaveReplacesAWholeFileOrNothing) {
+    const auto dir = std::filesystem::temp_directory_path() / "zeb_xml_save";
+    std::filesystem::remove_all(dir);
+    std::filesystem::create_directories(dir);
+    const auto target = dir / "settings.xml";
+    ZebXMLDocument doc;
+    delete doc.CreateDocumentElement(L"VantorSettings");
+    std::wstring error;
+    ASSERT_TRUE(doc.SaveFile(target.wstring(), error));
+    ZebXMLDocument back;
+    ASSERT_TRUE(back.LoadFile(target.wstring(), error));
+    EXPECT_EQ(Own(back.GetDocumentElement())->GetName(), L"VantorSettings");
+    // a folder that does not exist: nothing written, a message
+    EXPECT_FALSE(doc.SaveFile((dir / "no" / "such.xml").wstring(), error));
+    EXPECT_FALSE(error.empty());
+    size_t files = 0;
+    for (auto& entry : std::filesystem::directory_iterator(dir)) files += entry.is_regular_file();
+    EXPECT_EQ(files, 1u);
+}

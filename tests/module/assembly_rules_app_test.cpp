@@ -1,0 +1,105 @@
+#include "module/assembly_rules_app.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <stdexcept>
+
+namespace {
+const std::wstring kResRoot = VANTOR_BUILD_DIR L"/share/vantor/res";
+
+std::wstring TextOf(const char* lang, unsigned id) {
+    std::unique_ptr<CZebResourceLibrary> lib(CZebResourceLibrary::Load(
+        kResRoot + L"/" + std::wstring(lang, lang + 2) + L"/ZEBAssemblyRulesResu.so"));
+    return lib ? lib->LoadString(id) : L"<missing library>";
+}
+
+class AppTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        StopAssemblyRulesApp();
+        ZebSetResourceHandle(nullptr);
+        setenv("VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res", 1);
+        unsetenv("LC_ALL");
+        unsetenv("LC_MESSAGES");
+    }
+    void TearDown() override {
+        StopAssemblyRulesApp();
+        unsetenv("VANTOR_RES_DIR");
+        unsetenv("LANG");
+    }
+};
+
+void ThrowInsideScope() {
+    CZebResourceScope scope;
+    throw std::runtime_error("in scope");
+}
+
+std::wstring ReturnEarlyInsideScope(bool early) {
+    CZebResourceScope scope;
+    if (early) return ZebLoadString(6015);
+    return L"";
+}
+}  // namespace
+
+TEST_F(AppTest, WithoutALocalizedFolderEnglishServesBothRoles) {
+    setenv("LANG", "fr_FR.UTF-8", 1);
+    EXPECT_EQ(GetAssemblyRulesApp(), nullptr);
+    ASSERT_TRUE(StartAssemblyRulesApp());
+    CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
+    ASSERT_NE(app, nullptr);
+    ASSERT_NE(app->m_localizedLibrary, nullptr);
+    ASSERT_NE(app->m_defaultLibrary, nullptr);
+    EXPECT_EQ(app->m_resourceFolder, kResRoot + L"/en");
+    EXPECT_EQ(app->m_helpFilePath, kResRoot + L"/en/vantor.chm");
+    EXPECT_EQ(LoadLocalizedString(6015), TextOf("en", 6015));
+    EXPECT_EQ(ZebGetResourceHandle(), app->m_localizedLibrary);
+    StopAssemblyRulesApp();
+    EXPECT_EQ(GetAssemblyRulesApp(), nullptr);
+    EXPECT_EQ(ZebGetResourceHandle(), nullptr);
+}
+
+TEST_F(AppTest, DefaultStringsStayEnglishWhileScopesGiveTheUsersLanguage) {
+    setenv("LANG", "de_DE.UTF-8", 1);
+    ASSERT_TRUE(StartAssemblyRulesApp());
+    CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
+    EXPECT_EQ(app->m_resourceFolder, kResRoot + L"/de");
+    EXPECT_EQ(app->m_helpFilePath, kResRoot + L"/de/vantor.chm");
+    const std::wstring english = TextOf("en", 6027), german = TextOf("de", 6027);
+    ASSERT_NE(english, german);
+    EXPECT_EQ(app->LoadDefaultString(6027), english);
+    EXPECT_EQ(ZebGetResourceHandle(), app->m_localizedLibrary);  // restored afterwards
+    {
+        CZebResourceScope scope;
+        EXPECT_EQ(ZebLoadString(6027), german);
+    }
+    EXPECT_EQ(LoadLocalizedString(6027), german);
+}
+
+TEST_F(AppTest, ScopesRestoreOnEveryWayOut) {
+    setenv("LANG", "de_DE.UTF-8", 1);
+    ASSERT_TRUE(StartAssemblyRulesApp());
+    CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
+    ZebSetResourceHandle(app->m_defaultLibrary);
+    EXPECT_EQ(ReturnEarlyInsideScope(true), TextOf("de", 6015));
+    EXPECT_EQ(ZebGetResourceHandle(), app->m_defaultLibrary);
+    EXPECT_THROW(ThrowInsideScope(), std::runtime_error);
+    EXPECT_EQ(ZebGetResourceHandle(), app->m_defaultLibrary);
+    // with nothing current before, the localized library stays current
+    ZebSetResourceHandle(nullptr);
+    ReturnEarlyInsideScope(false);
+    EXPECT_EQ(ZebGetResourceHandle(), app->m_localizedLibrary);
+}
+
+TEST_F(AppTest, NoLibrariesAtAllLeaveTheCurrentHandleAlone) {
+    setenv("VANTOR_RES_DIR", "/nonexistent/res", 1);
+    ASSERT_TRUE(StartAssemblyRulesApp());
+    CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
+    EXPECT_EQ(app->m_localizedLibrary, nullptr);
+    EXPECT_EQ(app->m_defaultLibrary, nullptr);
+    EXPECT_EQ(LoadLocalizedString(6015), L"");
+    app->m_databaseModules.push_back(L"/x/ZEBDatabaseu.so");
+    StopAssemblyRulesApp();
+    EXPECT_EQ(GetAssemblyRulesApp(), nullptr);
+}

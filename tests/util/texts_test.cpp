@@ -1,0 +1,138 @@
+#include "util/texts.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cwctype>
+#include <memory>
+
+#include "framework/zeb_xml.h"
+#include "module/assembly_rules_app.h"
+
+namespace {
+class TextsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        setenv("VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res", 1);
+        setenv("LANG", "en_US.UTF-8", 1);
+        unsetenv("LC_ALL");
+        unsetenv("LC_NUMERIC");
+        StartAssemblyRulesApp();
+    }
+    void TearDown() override {
+        StopAssemblyRulesApp();
+        unsetenv("LC_ALL");
+    }
+};
+}  // namespace
+
+TEST_F(TextsTest, NumberTextsWithAPointSeparator) {
+    setenv("LC_ALL", "C.UTF-8", 1);
+    EXPECT_EQ(FormatNumber(0.0), L"0.0");
+    EXPECT_EQ(FormatNumber(2.25), L"2.25");
+    EXPECT_EQ(FormatNumber(1000.0), L"1000.0");
+    EXPECT_EQ(FormatNumber(12.5), L"12.5");
+    EXPECT_EQ(FormatNumber(-3.0), L"-3.0");
+    EXPECT_EQ(FormatNumber(1.0 / 3.0), L"0.333333");
+    EXPECT_EQ(FormatNumber(0.0000004), L"0.0");
+    EXPECT_EQ(FormatFixedTrimmed(2.50), L"2.5");
+    EXPECT_EQ(FormatFixedTrimmed(12.0), L"12.");
+}
+
+TEST_F(TextsTest, NumberTextsWithACommaSeparator) {
+    // The runtime's conversion always writes '.', so only a text ending in the user's own
+    // separator gets the "0"; the number parser reads '.' only, and values survive a round trip.
+    setenv("LC_ALL", "de_DE.UTF-8", 1);
+    ASSERT_EQ(UserDecimalSeparator(), L",");
+    EXPECT_EQ(FormatNumber(12.5), L"12.5");
+    EXPECT_EQ(FormatNumber(100.0), L"100.");
+    EXPECT_EQ(ParseNumber(FormatNumber(100.0)), 100.0);
+    EXPECT_EQ(FormatTrimmedNumber(100.0, L","), L"100.");
+    EXPECT_EQ(FormatTrimmedNumber(100.0, L"."), L"100.0");
+    setenv("LC_ALL", "C", 1);
+    EXPECT_EQ(UserDecimalSeparator(), L".");
+    EXPECT_EQ(FormatNumber(100.0), L"100.0");
+}
+
+TEST_F(TextsTest, ParsingNumbers) {
+    EXPECT_EQ(ParseNumber(L"  7.5  "), 7.5);
+    EXPECT_EQ(ParseNumber(L"abc"), 0.0);
+    EXPECT_EQ(ParseNumber(L"12mm"), 12.0);
+    EXPECT_EQ(ParseNumber(L"-5"), 0.0);
+    EXPECT_EQ(ParseNumber(L"1.2.3"), 1.2);
+    EXPECT_EQ(ParseNumber(L".5"), 0.5);
+    EXPECT_EQ(ParseNumber(L"."), 0.0);
+    EXPECT_EQ(ParseNumber(L""), 0.0);
+    EXPECT_TRUE(IsNumericText(L""));
+    EXPECT_TRUE(IsNumericText(L"1.2.3"));
+    EXPECT_FALSE(IsNumericText(L"1e5"));
+    EXPECT_FALSE(IsNumericText(L"-1"));
+    EXPECT_FALSE(IsNumericText(L" 1"));
+    EXPECT_EQ(ToDouble(L"-5"), -5.0);
+    EXPECT_EQ(ToDouble(L"1e5"), 100000.0);
+    EXPECT_EQ(ToDouble(L" +2.5x"), 2.5);
+    EXPECT_EQ(ToDouble(L"abc"), 0.0);
+}
+
+TEST_F(TextsTest, OperatorTexts) {
+    EXPECT_EQ(OperatorFromText(L"range"), 1);
+    EXPECT_EQ(OperatorFromText(L"RANGE"), 1);
+    EXPECT_EQ(OperatorFromText(L"<="), 8);
+    EXPECT_EQ(OperatorFromText(L"<"), 5);
+    EXPECT_EQ(OperatorFromText(L"="), 3);
+    EXPECT_EQ(OperatorFromText(L">"), 6);
+    EXPECT_EQ(OperatorFromText(L">="), 7);
+    EXPECT_EQ(OperatorFromText(L"=<"), 0);
+    EXPECT_EQ(OperatorFromText(L""), 0);
+    EXPECT_EQ(OperatorToText(1), L"RANGE");
+    EXPECT_EQ(OperatorSymbol(1), L"");
+    EXPECT_EQ(OperatorSymbol(7), L">=");
+    EXPECT_EQ(OperatorToText(2), L"");
+    EXPECT_EQ(OperatorToText(4), L"");
+    EXPECT_EQ(OperatorToText(12), L"");
+}
+
+TEST_F(TextsTest, SeverityAndUnitTexts) {
+    EXPECT_EQ(SeverityComboIndex(0), -1);
+    EXPECT_EQ(SeverityComboIndex(6), -1);
+    EXPECT_EQ(SeverityComboIndex(1), 0);
+    EXPECT_EQ(SeverityComboIndex(5), 4);
+    std::list<std::wstring> names{L"stale"};
+    FillSeverityNames(names);
+    ASSERT_EQ(names.size(), 5u);
+    int code = 1;
+    for (const std::wstring& name : names) {
+        EXPECT_FALSE(name.empty());
+        EXPECT_EQ(SeverityFromName(name), code++);
+    }
+    std::wstring upper = names.front();
+    for (wchar_t& c : upper) c = std::towupper(c);
+    if (upper != names.front()) {
+        EXPECT_EQ(SeverityFromName(upper), 0);
+    }
+    EXPECT_EQ(SeverityFromName(L""), 0);
+
+    EXPECT_EQ(GetUnitText(5), L"");
+    EXPECT_EQ(GetUnitText(11), L"");
+    EXPECT_EQ(GetUnitText(-1), L"");
+    EXPECT_EQ(GetUnitText(0), LoadLocalizedString(6033));
+    EXPECT_EQ(GetUnitText(4), LoadLocalizedString(2044));
+    for (int unit : {0, 1, 2, 3, 4, 6, 7, 8, 9, 10}) EXPECT_FALSE(GetUnitText(unit).empty()) << unit;
+}
+
+TEST_F(TextsTest, UnitAttributeOfTheParentElement) {
+    ZebXMLDocument doc;
+    std::wstring error;
+    ASSERT_TRUE(doc.LoadXML(
+        "<S><A Unit=\"2\"><Rule/></A><B Unit=\"12\"><Rule/></B><C><Rule/></C><D Unit=\"mm\"><Rule/></D></S>",
+        error));
+    std::unique_ptr<ZebXMLNodeList> rules(doc.GetElementsByTagName(L"Rule"));
+    const int expected[] = {2, 12, 0, 0};
+    for (long i = 0; i < rules->GetSize(); ++i) {
+        std::unique_ptr<ZebXMLNode> rule((*rules)[i]);
+        EXPECT_EQ(GetUnitAttribute(rule.get()), expected[i]) << i;
+    }
+    EXPECT_EQ(GetUnitAttribute(nullptr), 0);
+    std::unique_ptr<ZebXMLNode> top(doc.GetDocumentElement());
+    EXPECT_EQ(GetUnitAttribute(top.get()), 0);
+}
