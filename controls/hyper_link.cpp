@@ -1,0 +1,93 @@
+#include "controls/hyper_link.h"
+
+#include <QMouseEvent>
+
+#include "controls/colorref.h"
+#include "framework/ui/control_id.h"
+#include "framework/ui/ui_service.h"
+
+CHyperLink::CHyperLink(QWidget* parent)
+    : QLabel(parent),
+      m_linkColour(ColorFromRef(kLinkColour)),
+      m_hoverColour(ColorFromRef(kHoverColour)),
+      m_visitedColour(ColorFromRef(kVisitedColour)) {
+    QFont underlined = font();
+    underlined.setUnderline(true);
+    setFont(underlined);
+    setCursor(Qt::PointingHandCursor);
+    setMouseTracking(true);
+    ApplyColour();
+}
+
+void CHyperLink::SetLinkText(const std::wstring& text) {
+    m_linkText = text;
+    if (this->text().isEmpty()) setText(QString::fromStdWString(text));
+}
+
+void CHyperLink::SetLinkColour(const QColor& colour) {
+    m_linkColour = colour;
+    ApplyColour();
+}
+
+void CHyperLink::EnableTooltip(bool enable) {
+    m_tooltipEnabled = enable;
+    setToolTip(enable ? QString::fromStdWString(m_tooltip) : QString());
+}
+
+void CHyperLink::SetTooltipText(const std::wstring& text) {
+    m_tooltip = text;
+    EnableTooltip(m_tooltipEnabled);
+}
+
+void CHyperLink::SetHelpLink(bool on, int contextId, const std::wstring& helpFile) {
+    m_helpLink = on;
+    m_helpContextId = contextId;
+    m_helpFile = helpFile;
+}
+
+QColor CHyperLink::CurrentColour() const {
+    return m_visited ? m_visitedColour : m_hovering ? m_hoverColour : m_linkColour;
+}
+
+void CHyperLink::ApplyColour() {
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText, CurrentColour());
+    setPalette(colours);
+}
+
+void CHyperLink::SetHovering(bool hovering) {
+    if (m_hovering == hovering) return;
+    m_hovering = hovering;
+    ApplyColour();
+    repaint();
+}
+
+void CHyperLink::mouseMoveEvent(QMouseEvent* event) {
+    SetHovering(rect().contains(event->position().toPoint()));
+    QLabel::mouseMoveEvent(event);
+}
+
+void CHyperLink::leaveEvent(QEvent* event) {
+    SetHovering(false);
+    QLabel::leaveEvent(event);
+}
+
+void CHyperLink::mouseReleaseEvent(QMouseEvent* event) {
+    QLabel::mouseReleaseEvent(event);
+    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) Click();
+}
+
+void CHyperLink::Click() {
+    IZebUiService* service = GetZebUiService();
+    if (m_notifyParent) {
+        emit NotifyParent(kNotifyMessage, GetZebControlId(this));
+    } else if (m_helpLink) {
+        // The help file opens at its start; there is no context-sensitive help viewer here.
+        if (service) service->ShellOpen(m_helpFile);
+    } else if (service) {
+        service->ShellOpen(m_target);
+    }
+    m_visited = true;
+    ApplyColour();
+    update();
+}

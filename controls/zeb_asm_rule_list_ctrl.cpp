@@ -1,0 +1,87 @@
+#include "controls/zeb_asm_rule_list_ctrl.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include "framework/resource_library.h"
+#include "module/assembly_rules_app.h"
+#include "util/texts.h"
+
+namespace {
+constexpr int kNumberColumn = 3;
+const wchar_t* const kPartFilter = L"(*.prt)|*.prt||";
+}  // namespace
+
+bool CZEBAsmRuleListCtrl::IsPreferredComponentsMode() const {
+    return m_ruleName == ZebLoadString(7000);
+}
+
+void CZEBAsmRuleListCtrl::SetNumberedColumns(const std::vector<std::wstring>& headers,
+                                             int totalWidth) {
+    if (GetColumnCount() > 0 || headers.empty()) return;
+    const int count = static_cast<int>(headers.size());
+    SetEditableColumns(1, count - 1);
+    InsertColumn(headers[0], 20);
+    for (int i = 1; i < count; ++i) InsertColumn(headers[i], (totalWidth - 20) / (count - 1));
+}
+
+bool CZEBAsmRuleListCtrl::IsBrowseColumn(int column) const {
+    return IsPreferredComponentsMode() ? column >= 2 && column <= 4 : column == 1 || column == 2;
+}
+
+long CZEBAsmRuleListCtrl::CommitChecked() {
+    std::wstring text;
+    const long result = EndCellEdit(text);
+    if (result && !IsPreferredComponentsMode() && GetEditColumn() == kNumberColumn &&
+        !IsNumericText(text))
+        SetCellText(GetEditRow(), kNumberColumn, L"");
+    return result;
+}
+
+bool CZEBAsmRuleListCtrl::OnLeftButtonDown(const QPoint& point) {
+    if (IsCellEditOpen()) CommitChecked();
+    int row = -1, column = -1;
+    HitTest(point, row, column);
+    if (column < 1 || column > 4) return false;
+    BeginCellEdit(row, column, kEditLimit);
+    return true;
+}
+
+void CZEBAsmRuleListCtrl::OnRightClick(const QPoint& point) {
+    std::wstring text;
+    EndCellEdit(text);
+    int row = -1, column = -1;
+    HitTest(point, row, column);
+    if (row < 0 || !IsBrowseColumn(column)) return;
+    // Only the pair tables pass their rule name, so that minimum clearance shows display names.
+    BrowseFileIntoCell(row, column, kPartFilter,
+                       IsPreferredComponentsMode() ? std::wstring() : m_ruleName);
+}
+
+std::wstring CZEBAsmRuleListCtrl::GetCellTooltip(int row, int column) const {
+    if (row < 0 || row >= GetRowCount() || column < 0 || column >= GetColumnCount() ||
+        !IsBrowseColumn(column))
+        return {};
+    // The tooltip's own buffer holds 80 characters with its terminator.
+    return LoadLocalizedString(2074).substr(0, kTooltipBuffer - 1);
+}
+
+long CZEBAsmRuleListCtrl::KeyHandler(QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return 0;
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) return CommitChecked();
+    return StandardKeyHandler(key);
+}
+
+void CZEBAsmRuleListCtrl::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && OnLeftButtonDown(event->position().toPoint())) return;
+    CZEBListCtrl::mousePressEvent(event);
+}
+
+void CZEBAsmRuleListCtrl::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::RightButton) {
+        OnRightClick(event->position().toPoint());
+        return;
+    }
+    CZEBListCtrl::mouseReleaseEvent(event);
+}

@@ -1,0 +1,88 @@
+#include "framework/ui/rule_dlg_base.h"
+
+#include <QBoxLayout>
+#include <QChildEvent>
+#include <QDialogButtonBox>
+#include <QPushButton>
+
+#include "framework/ui/picture_control.h"
+#include "framework/ui/ui_service.h"
+
+CZEBRuleDlgBase::CZEBRuleDlgBase(unsigned templateId, long imageId,
+                                 const std::wstring& helpFilePath, QWidget* parent)
+    : QDialog(parent),
+      m_templateId(templateId),
+      m_imageId(imageId),
+      m_helpFilePath(helpFilePath),
+      m_picture(new PictureControl(this)),
+      m_body(new QWidget(this)) {
+    EnsureZebUiService();
+    auto* top = new QHBoxLayout;
+    top->addWidget(m_picture, 0, Qt::AlignTop);
+    top->addWidget(m_body, 1);
+    auto* buttons = new QDialogButtonBox(this);
+    QPushButton* ok = buttons->addButton(QDialogButtonBox::Ok);
+    QPushButton* cancel = buttons->addButton(QDialogButtonBox::Cancel);
+    QPushButton* help = buttons->addButton(QDialogButtonBox::Help);
+    SetZebControlId(ok, kIdOk);
+    SetZebControlId(cancel, kIdCancel);
+    SetZebControlId(help, kIdHelp);
+    connect(ok, &QPushButton::clicked, this, [this] { OnOK(); });
+    connect(cancel, &QPushButton::clicked, this, [this] { OnCancel(); });
+    connect(help, &QPushButton::clicked, this, [this] { OnHelp(); });
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(top, 1);
+    layout->addWidget(buttons);
+    Watch(this);
+}
+
+int CZEBRuleDlgBase::DoModal() { return exec(); }
+
+bool CZEBRuleDlgBase::OnInitDialog() {
+    if (m_imageId > 0) m_picture->SetBitmapId(static_cast<unsigned>(m_imageId));
+    return true;
+}
+
+bool CZEBRuleDlgBase::PreTranslateMessage(QObject*, QEvent*) { return false; }
+
+void CZEBRuleDlgBase::OnOK() { done(kIdOk); }
+
+void CZEBRuleDlgBase::OnCancel() { done(kIdCancel); }
+
+void CZEBRuleDlgBase::OnHelp() {
+    if (IZebUiService* service = GetZebUiService()) service->ShellOpen(m_helpFilePath);
+}
+
+void CZEBRuleDlgBase::showEvent(QShowEvent* event) {
+    if (!m_initialized) {
+        m_initialized = true;
+        OnInitDialog();
+    }
+    QDialog::showEvent(event);
+}
+
+void CZEBRuleDlgBase::Watch(QObject* object) {
+    object->installEventFilter(this);
+    for (QObject* child : object->children()) Watch(child);
+}
+
+bool CZEBRuleDlgBase::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ChildAdded) {
+        QObject* child = static_cast<QChildEvent*>(event)->child();
+        if (child->isWidgetType()) Watch(child);
+    }
+    // As with a message loop, pre-translation starts when the dialog runs, not while it is built.
+    if (!m_initialized || !watched->isWidgetType()) return false;
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease) {
+        // An unconsumed key event goes on to the parent widgets; offer it only where it was sent.
+        auto* widget = static_cast<QWidget*>(watched);
+        auto* last = qobject_cast<QWidget*>(m_lastKeyTarget.data());
+        if (event == m_lastKey && event->type() == m_lastKeyType && last && widget != last &&
+            widget->isAncestorOf(last))
+            return false;
+        m_lastKey = event;
+        m_lastKeyType = event->type();
+        m_lastKeyTarget = watched;
+    }
+    return PreTranslateMessage(watched, event);
+}

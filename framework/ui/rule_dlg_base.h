@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QDialog>
+#include <QEvent>
+#include <QPointer>
+#include <string>
+
+#include "framework/ui/control_id.h"
+#include "framework/ui/fwui_export.h"
+
+class PictureControl;
+class QPushButton;
+
+// Base of every rule dialog: the dialog image in the picture control, OK (result 1), Cancel
+// (result 2) and Help, control lookup by id, and message pre-translation that sees every event
+// of the dialog and of each of its child widgets (also those added later) before they do.
+class VANTOR_FWUI_API CZEBRuleDlgBase : public QDialog {
+    Q_OBJECT
+public:
+    enum : int { kIdOk = 1, kIdCancel = 2, kIdHelp = 9 };
+
+    CZEBRuleDlgBase(unsigned templateId, long imageId, const std::wstring& helpFilePath,
+                    QWidget* parent = nullptr);
+
+    // Runs the dialog modally; 1 after OK, 2 after Cancel.
+    int DoModal();
+
+    QWidget* GetDlgItem(int id) const { return FindZebControl(this, id); }
+    template <class T>
+    T* ControlById(int id) const { return FindZebControlAs<T>(this, id); }
+
+    unsigned GetTemplateId() const { return m_templateId; }
+    long GetImageId() const { return m_imageId; }
+    const std::wstring& GetHelpFilePath() const { return m_helpFilePath; }
+    PictureControl* GetPictureControl() const { return m_picture; }
+    // Where a dialog puts its own controls (right of the picture, above the buttons).
+    QWidget* Body() const { return m_body; }
+
+    // Runs once, when the dialog is first shown (DoModal or show): shows the dialog image.
+    virtual bool OnInitDialog();
+    // Sees every event of the dialog and its children first, from the first showing on; true
+    // consumes it. Key events that
+    // travel up to parent widgets are offered once, at the widget they were sent to.
+    virtual bool PreTranslateMessage(QObject* target, QEvent* event);
+    virtual void UpdateListCtrl() {}
+    virtual void DeleteRow(int /*row*/) {}
+    virtual void SetMaterialFlagForRule(bool /*flag*/) {}
+    virtual void OnOK();
+    virtual void OnCancel();
+    virtual void OnHelp();
+
+    void accept() override { OnOK(); }
+    void reject() override { OnCancel(); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void Watch(QObject* object);
+
+    unsigned m_templateId;
+    long m_imageId;
+    std::wstring m_helpFilePath;
+    PictureControl* m_picture;
+    QWidget* m_body;
+    bool m_initialized = false;
+    const QEvent* m_lastKey = nullptr;
+    QEvent::Type m_lastKeyType = QEvent::None;
+    QPointer<QObject> m_lastKeyTarget;
+};

@@ -1,0 +1,121 @@
+// "gallery": one window with every shared control, to try them by hand and to show them.
+#include <cstdio>
+
+#include <QApplication>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include "controls/double_edit_ex.h"
+#include "controls/hyper_link.h"
+#include "controls/wrapper_combo_ctrl.h"
+#include "controls/zeb_asm_rule_list_ctrl.h"
+#include "controls/zeb_button.h"
+#include "framework/ui/rule_dlg_base.h"
+#include "host/host_command.h"
+#include "module/assembly_rules_app.h"
+
+namespace {
+// A rule dialog holding the controls; keys go to the table that holds the focus, as in the
+// rule dialogs.
+class GalleryDlg : public CZEBRuleDlgBase {
+public:
+    GalleryDlg() : CZEBRuleDlgBase(0, 13010, GetAssemblyRulesApp()->m_helpFilePath, nullptr) {
+        setWindowTitle("Vantor controls gallery");
+        auto* layout = new QVBoxLayout(Body());
+        m_pairs = AddTable(layout, "Part pairs (minimum clearance)", LoadLocalizedString(6017),
+                           {L"", L"Part 1", L"Part 2", L"Clearance"},
+                           {{L"1", L"bracket", L"housing", L"2.5"}, {L"2", L"shaft", L"bearing", L"0.4"}});
+        m_preferred = AddTable(layout, "Preferred components", LoadLocalizedString(7000),
+                               {L"", L"Type", L"Component", L"Alternative", L"Supplier part"},
+                               {{L"1", L"Bolt", L"M8x40.prt", L"M8x45.prt", L"ISO4017-8-40.prt"}});
+        layout->addWidget(SmallControls());
+    }
+
+    bool PreTranslateMessage(QObject* target, QEvent* event) override {
+        for (CZEBAsmRuleListCtrl* table : {m_pairs, m_preferred}) {
+            auto* widget = qobject_cast<QWidget*>(target);
+            if (widget && (widget == table || table->isAncestorOf(widget)))
+                return table->KeyHandler(event) != 0;
+        }
+        return false;
+    }
+
+private:
+    CZEBAsmRuleListCtrl* AddTable(QVBoxLayout* layout, const char* title, const std::wstring& ruleName,
+                                  const std::vector<std::wstring>& headers,
+                                  std::vector<CZebGridModel::Row> rows) {
+        auto* box = new QGroupBox(title, Body());
+        auto* table = new CZEBAsmRuleListCtrl(box);
+        table->SetRuleName(ruleName);
+        table->SetNumberedColumns(headers, 620);
+        const int stored = static_cast<int>(rows.size());
+        table->SetRows(std::move(rows));
+        table->AppendEmptyRows(5 - stored);
+        table->setMinimumSize(640, 150);
+        (new QVBoxLayout(box))->addWidget(table);
+        layout->addWidget(box);
+        return table;
+    }
+
+    QWidget* SmallControls() {
+        auto* box = new QGroupBox("Small controls", Body());
+        auto* form = new QFormLayout(box);
+        auto* severity = new CWrapperComboCtrl(box);
+        severity->FillFromList({L"Low", L"Medium", L"High", L"Very high", L"Critical"});
+        form->addRow("Drop-down list", severity);
+        auto* number = new CDoubleEditEx(box);
+        number->setText("12.5");
+        form->addRow("Number box", number);
+        auto* buttons = new QWidget(box);
+        auto* row = new QHBoxLayout(buttons);
+        row->setContentsMargins(0, 0, 0, 0);
+        auto* add = new CZEBButton(buttons);
+        add->SetBitmaps(6014, 0x646464);
+        add->setFixedSize(40, 32);
+        auto* remove = new CZEBButton(buttons);
+        remove->setText("Delete");
+        remove->SetBitmaps(6015, 0x646464);
+        remove->setFixedSize(100, 32);
+        row->addWidget(add);
+        row->addWidget(remove);
+        row->addStretch();
+        form->addRow("Buttons", buttons);
+        auto* link = new CHyperLink(box);
+        link->SetLinkText(L"Open the help file");
+        link->SetURL(GetAssemblyRulesApp()->m_helpFilePath);
+        link->SetTooltipText(GetAssemblyRulesApp()->m_helpFilePath);
+        link->EnableTooltip(true);
+        form->addRow("Link", link);
+        return box;
+    }
+
+    CZEBAsmRuleListCtrl* m_pairs;
+    CZEBAsmRuleListCtrl* m_preferred;
+};
+
+int RunGallery(const std::vector<std::string>&) {
+    static int argc = 1;
+    static char name[] = "vantor-rules";
+    static char* argv[] = {name, nullptr};
+    QApplication app(argc, argv);
+    if (!StartAssemblyRulesApp()) {
+        std::fprintf(stderr, "vantor-rules: the resource libraries could not be loaded\n");
+        return 1;
+    }
+    {
+        CZebResourceScope scope;
+        GalleryDlg dlg;
+        dlg.DoModal();
+    }
+    StopAssemblyRulesApp();
+    return 0;
+}
+}  // namespace
+
+VANTOR_HOST_COMMAND(gallery, "gallery", "",
+                    "Opens a window with every shared control: the component table in both modes,\n"
+                    "the drop-down list, the number box, the bitmap buttons and the link.",
+                    RunGallery);

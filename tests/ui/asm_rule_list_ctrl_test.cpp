@@ -1,0 +1,124 @@
+#include "controls/zeb_asm_rule_list_ctrl.h"
+
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QTest>
+
+#include "framework/ui/recording_ui_service.h"
+#include "module/assembly_rules_app.h"
+#include "tests/ui/grid_dialog.h"
+#include "tests/ui/qt_test_app.h"
+
+namespace {
+class ComponentTable : public CZEBAsmRuleListCtrl {
+public:
+    using CZEBAsmRuleListCtrl::CZEBAsmRuleListCtrl;
+    using CZEBAsmRuleListCtrl::GetCellTooltip;
+};
+
+class ComponentTableTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        EnsureQtTestApp();
+        table().SetNumberedColumns({L"#", L"Part 1", L"Part 2", L"Clearance", L"Part 4"}, 820);
+        table().AppendEmptyRows(5);
+        ShowActive(&dlg);
+    }
+    ComponentTable& table() { return *dlg.table; }
+    QLineEdit* editor() { return FindZebControlAs<QLineEdit>(&table(), CZEBListCtrl::kTextEditorId); }
+    void Click(int row, int column, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseClick(table().viewport(), button, {}, table().GetCellRect(row, column).center());
+    }
+    // Types into a cell opened by a click and ends with `key`.
+    void Type(int row, int column, const char* text, Qt::Key key) {
+        Click(row, column);
+        ASSERT_NE(editor(), nullptr);
+        ASSERT_TRUE(table().IsCellEditOpen());
+        QTest::keyClicks(editor(), text);
+        QTest::keyClick(editor(), key);
+    }
+
+    CZebResourceScope scope;
+    GridDialog<ComponentTable> dlg;
+    CZebRecordingUiService ui;
+};
+}  // namespace
+
+TEST(ComponentTableColumns, NumberedColumnsShareTheWidthAfterAnIndexColumn) {
+    EnsureQtTestApp();
+    CZEBAsmRuleListCtrl table;
+    table.SetNumberedColumns({L"#", L"A", L"B", L"C"}, 620);
+    ASSERT_EQ(table.GetColumnCount(), 4);
+    EXPECT_EQ(table.columnWidth(0), 20);
+    EXPECT_EQ(table.columnWidth(1), 200);
+    EXPECT_EQ(table.columnWidth(3), 200);
+    EXPECT_EQ(table.GetFirstEditableColumn(), 1);
+    EXPECT_EQ(table.GetLastEditableColumn(), 3);
+    table.SetNumberedColumns({L"#", L"A"}, 100);
+    EXPECT_EQ(table.GetColumnCount(), 4);
+}
+
+TEST_F(ComponentTableTest, PairModeEmptiesANonNumericClearance) {
+    EXPECT_FALSE(table().IsPreferredComponentsMode());
+    Type(0, 3, "abc", Qt::Key_Return);
+    EXPECT_EQ(table().GetCellText(0, 3), L"");
+    Type(1, 3, "2.5", Qt::Key_Return);
+    EXPECT_EQ(table().GetCellText(1, 3), L"2.5");
+    // A click elsewhere commits with the same check.
+    Click(2, 3);
+    QTest::keyClicks(editor(), "x1");
+    Click(2, 1);
+    EXPECT_EQ(table().GetCellText(2, 3), L"");
+    EXPECT_EQ(table().GetEditColumn(), 1);
+    EXPECT_TRUE(table().IsCellEditOpen());
+    // Other columns are not checked.
+    QTest::keyClicks(editor(), "abc");
+    QTest::keyClick(editor(), Qt::Key_Return);
+    EXPECT_EQ(table().GetCellText(2, 1), L"abc");
+    // Column 0 selects instead of editing.
+    Click(3, 0);
+    EXPECT_FALSE(table().IsCellEditOpen());
+    EXPECT_EQ(table().GetSelectedRowCount(), 1);
+}
+
+TEST_F(ComponentTableTest, PreferredComponentsModeKeepsAnyText) {
+    table().SetRuleName(LoadLocalizedString(7000));
+    EXPECT_TRUE(table().IsPreferredComponentsMode());
+    Type(0, 3, "abc", Qt::Key_Return);
+    EXPECT_EQ(table().GetCellText(0, 3), L"abc");
+}
+
+TEST_F(ComponentTableTest, RightClickBrowsesOnlyTheModesNameColumns) {
+    ui.ChooseFiles({L"/parts/bracket.prt.2"});
+    Click(0, 1, Qt::RightButton);
+    ASSERT_EQ(ui.choosers.size(), 1u);
+    EXPECT_EQ(ui.choosers[0].filter, L"(*.prt)|*.prt||");
+    EXPECT_EQ(table().GetCellText(0, 1), L"bracket.prt.2");
+    Click(0, 3, Qt::RightButton);
+    EXPECT_EQ(ui.choosers.size(), 1u);
+
+    table().SetRuleName(LoadLocalizedString(7000));
+    Click(1, 1, Qt::RightButton);
+    EXPECT_EQ(ui.choosers.size(), 1u);
+    ui.ChooseFiles({L"/parts/pin.prt"});
+    Click(1, 4, Qt::RightButton);
+    EXPECT_EQ(ui.choosers.size(), 2u);
+    EXPECT_EQ(table().GetCellText(1, 4), L"pin.prt");
+    // Below the last row nothing is browsed.
+    const QRect last = table().visualRect(table().model()->index(4, 2));
+    QTest::mouseClick(table().viewport(), Qt::RightButton, {}, QPoint(last.center().x(), last.bottom() + 8));
+    EXPECT_EQ(ui.choosers.size(), 2u);
+}
+
+TEST_F(ComponentTableTest, TooltipsOnlyOnBrowseColumns) {
+    const std::wstring tip = LoadLocalizedString(2074);
+    ASSERT_FALSE(tip.empty());
+    EXPECT_EQ(table().GetCellTooltip(0, 1), tip.substr(0, 79));
+    EXPECT_EQ(table().GetCellTooltip(0, 2), tip.substr(0, 79));
+    EXPECT_EQ(table().GetCellTooltip(0, 3), L"");
+    EXPECT_EQ(table().GetCellTooltip(9, 1), L"");
+    table().SetRuleName(LoadLocalizedString(7000));
+    EXPECT_EQ(table().GetCellTooltip(0, 1), L"");
+    EXPECT_EQ(table().GetCellTooltip(0, 4), tip.substr(0, 79));
+}

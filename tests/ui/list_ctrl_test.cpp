@@ -1,0 +1,242 @@
+#include "controls/zeb_list_ctrl.h"
+
+#include <gtest/gtest.h>
+
+#include <QItemSelectionModel>
+#include <QLineEdit>
+#include <QTest>
+
+#include "controls/custom_combo_box.h"
+#include "framework/ui/recording_ui_service.h"
+#include "module/assembly_rules_app.h"
+#include "tests/ui/grid_dialog.h"
+#include "tests/ui/qt_test_app.h"
+
+namespace {
+using Rows = std::vector<CZebGridModel::Row>;
+
+class ListCtrlTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        EnsureQtTestApp();
+        grid().SetColumns({L"Name", L"Size", L"Note"});
+        grid().SetRows(Rows{{L"a0", L"a1", L"a2"}, {L"b0", L"b1", L"b2"}, {L"c0", L"c1", L"c2"},
+                            {L"d0", L"d1", L"d2"}, {L"e0", L"e1", L"e2"}});
+    }
+    CZEBListCtrl& grid() { return *dlg.table; }
+    QLineEdit* editor() { return FindZebControlAs<QLineEdit>(&grid(), CZEBListCtrl::kTextEditorId); }
+    void Select(std::initializer_list<int> rows) {
+        for (int row : rows)
+            grid().selectionModel()->setCurrentIndex(grid().model()->index(row, 0),
+                                                     QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+    void Key(int key) {
+        QWidget* focus = QApplication::focusWidget();
+        QTest::keyClick(focus ? focus : &grid(), Qt::Key(key));
+    }
+
+    GridDialog<CZEBListCtrl> dlg;
+    CZebRecordingUiService ui;
+};
+}  // namespace
+
+TEST_F(ListCtrlTest, TextEditorOpensOnRowsOnlyIsReusedAndRemembersTheCell) {
+    grid().BeginCellEdit(-1, 1, 260);
+    EXPECT_EQ(editor(), nullptr);
+    EXPECT_EQ(grid().GetEditRow(), -1);
+    std::wstring text = L"untouched";
+    EXPECT_EQ(grid().EndCellEdit(text), 0);
+    EXPECT_EQ(grid().CancelCellEdit(), 0);
+    EXPECT_EQ(text, L"untouched");
+
+    ShowActive(&dlg);
+    grid().BeginCellEdit(1, 1, 260);
+    QLineEdit* first = editor();
+    ASSERT_NE(first, nullptr);
+    EXPECT_TRUE(grid().IsCellEditOpen());
+    EXPECT_EQ(first->text(), "b1");
+    EXPECT_EQ(first->selectedText(), "b1");
+    EXPECT_EQ(first->maxLength(), 260);
+    EXPECT_EQ(first->height(), grid().visualRect(grid().model()->index(1, 1)).height() + 4);
+    first->setText("changed");
+    EXPECT_EQ(grid().EndCellEdit(text), 1);
+    EXPECT_EQ(text, L"changed");
+    EXPECT_EQ(grid().GetCellText(1, 1), L"changed");
+    EXPECT_FALSE(grid().IsCellEditOpen());
+    EXPECT_EQ(grid().EndCellEdit(text), 0);
+    // The remembered cell outlives the editor.
+    EXPECT_EQ(grid().GetEditRow(), 1);
+    EXPECT_EQ(grid().GetEditColumn(), 1);
+    EXPECT_EQ(grid().GetOriginalText(), L"b1");
+
+    grid().BeginCellEdit(2, 0, 10);
+    EXPECT_EQ(editor(), first);
+    EXPECT_EQ(first->maxLength(), 260);  // the first limit stays
+    first->setText("dropped");
+    EXPECT_EQ(grid().CancelCellEdit(), 1);
+    EXPECT_EQ(grid().GetCellText(2, 0), L"c0");
+    EXPECT_EQ(grid().GetOriginalText(), L"c0");
+}
+
+TEST_F(ListCtrlTest, KeysCommitAndMoveTheEditorAsTheKeyTableSays) {
+    ShowActive(&dlg);
+    grid().BeginCellEdit(0, 0, 260);
+    QTest::keyClicks(editor(), "x");
+    Key(Qt::Key_Tab);
+    EXPECT_EQ(grid().GetCellText(0, 0), L"x");
+    EXPECT_EQ(grid().GetEditColumn(), 1);
+    EXPECT_TRUE(grid().IsCellEditOpen());
+    Key(Qt::Key_Right);
+    EXPECT_EQ(grid().GetEditColumn(), 2);
+    Key(Qt::Key_Right);  // last column: commits and stays closed
+    EXPECT_FALSE(grid().IsCellEditOpen());
+    EXPECT_EQ(grid().GetEditColumn(), 2);
+    grid().BeginCellEdit(0, 2, 260);
+    Key(Qt::Key_Down);
+    EXPECT_EQ(grid().GetEditRow(), 1);
+    Key(Qt::Key_Left);
+    EXPECT_EQ(grid().GetEditColumn(), 1);
+    Key(Qt::Key_Up);
+    EXPECT_EQ(grid().GetEditRow(), 0);
+    Key(Qt::Key_Up);  // first row: commits only
+    EXPECT_FALSE(grid().IsCellEditOpen());
+
+    grid().BeginCellEdit(3, 1, 260);
+    QTest::keyClicks(editor(), "typed");
+    Key(Qt::Key_Escape);
+    EXPECT_EQ(grid().GetCellText(3, 1), L"d1");
+    EXPECT_FALSE(grid().IsCellEditOpen());
+    EXPECT_TRUE(dlg.isVisible());  // Escape went to the editor, not to the dialog
+    grid().BeginCellEdit(3, 1, 260);
+    QTest::keyClicks(editor(), "typed");
+    Key(Qt::Key_Return);
+    EXPECT_EQ(grid().GetCellText(3, 1), L"typed");
+    EXPECT_TRUE(dlg.isVisible());
+
+    // Delete clears the selected rows only while no text edit is open.
+    Select({4});
+    grid().BeginCellEdit(2, 1, 260);
+    Key(Qt::Key_Delete);
+    EXPECT_EQ(grid().GetCellText(4, 0), L"e0");
+    Key(Qt::Key_Return);
+    Key(Qt::Key_Delete);
+    EXPECT_EQ(grid().GetCellText(4, 0), L"");
+    EXPECT_EQ(grid().GetRowCount(), 5);
+}
+
+TEST_F(ListCtrlTest, DropDownCommitChecksDuplicatesOnlyForANewText) {
+    ShowActive(&dlg);
+    grid().ChoiceList() = {L"A0", L"b0", L"Z9"};
+    std::wstring text;
+    EXPECT_EQ(grid().HideCellChoice(), 0);
+    EXPECT_EQ(grid().EndCellChoice(text, L"exists"), 0);
+
+    grid().BeginCellChoice(0, 0, 260);
+    auto* combo = FindZebControlAs<CCustomComboBox>(&grid(), CZEBListCtrl::kChoiceEditorId);
+    ASSERT_NE(combo, nullptr);
+    EXPECT_EQ(combo->count(), 3);
+    EXPECT_EQ(combo->currentText(), "A0");  // matched ignoring case
+    EXPECT_EQ(grid().EndCellChoice(text, L"exists"), 1);
+    EXPECT_EQ(grid().GetCellText(0, 0), L"A0");
+    EXPECT_TRUE(ui.messages.empty());
+    EXPECT_TRUE(combo->isHidden());
+
+    grid().BeginCellChoice(0, 0, 260);
+    combo->setCurrentIndex(1);
+    text = L"before";
+    EXPECT_EQ(grid().EndCellChoice(text, L"exists already."), 0);
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_EQ(ui.messages[0].text, L"b0 exists already.");
+    EXPECT_EQ(ui.messages[0].buttons, ZebMsgButtons::Ok);
+    EXPECT_EQ(grid().GetCellText(0, 0), L"A0");
+    EXPECT_EQ(text, L"before");
+
+    grid().BeginCellChoice(2, 1, 260);
+    EXPECT_EQ(combo->currentIndex(), 0);  // no entry matches "c1"
+    combo->setCurrentIndex(2);
+    EXPECT_EQ(grid().EndCellChoice(text, L"exists"), 1);
+    EXPECT_EQ(grid().GetCellText(2, 1), L"Z9");
+}
+
+TEST_F(ListCtrlTest, RowOperations) {
+    Select({1, 3});
+    EXPECT_EQ(grid().GetSelectedRowCount(), 2);
+    std::vector<std::wstring> texts;
+    grid().GetSelectedFirstColumnTexts(texts);
+    EXPECT_EQ(texts, (std::vector<std::wstring>{L"b0", L"d0"}));
+    EXPECT_EQ(grid().ClearSelectedRows(), 1);
+    EXPECT_EQ(grid().GetRowCount(), 5);
+    EXPECT_EQ(grid().GetSelectedRowCount(), 0);
+    EXPECT_EQ(grid().GetRows()[1], CZebGridModel::Row{});
+    EXPECT_EQ(grid().GetCellText(1, 2), L"");
+    EXPECT_EQ(grid().GetCellText(2, 0), L"c0");
+    EXPECT_EQ(grid().GetCellText(3, 1), L"");
+    EXPECT_EQ(grid().ClearSelectedRows(), 0);
+
+    EXPECT_TRUE(grid().FindInFirstColumn(L"C0"));
+    EXPECT_FALSE(grid().FindInFirstColumn(L"c1"));
+
+    grid().SetColumns({L"Other"});
+    EXPECT_EQ(grid().GetColumnCount(), 3);
+    EXPECT_EQ(grid().columnWidth(2), 300);
+    EXPECT_EQ(grid().GetLastEditableColumn(), 2);
+
+    grid().AppendEmptyRowIfLastFilled();
+    EXPECT_EQ(grid().GetRowCount(), 6);
+    grid().AppendEmptyRowIfLastFilled();
+    EXPECT_EQ(grid().GetRowCount(), 6);
+
+    Select({0, 2, 5});
+    EXPECT_EQ(grid().DeleteSelectedRows(), 1);
+    EXPECT_EQ(grid().GetRowCount(), 3);
+    EXPECT_EQ(grid().GetCellText(2, 0), L"e0");
+
+    grid().DeleteAllRows();
+    grid().AppendEmptyRowIfLastFilled();
+    EXPECT_EQ(grid().GetRowCount(), 0);
+    grid().AppendEmptyRows(260);
+    EXPECT_EQ(grid().GetRowCount(), 260);
+    EXPECT_EQ(grid().InsertRow(1, L"new"), 1);
+    EXPECT_EQ(grid().GetCellText(1, 0), L"new");
+}
+
+TEST_F(ListCtrlTest, HitTestGivesNoRowBelowTheLastRow) {
+    ShowActive(&dlg);
+    int row = 0, column = 0;
+    grid().HitTest(grid().GetCellRect(3, 2).center(), row, column);
+    EXPECT_EQ(row, 3);
+    EXPECT_EQ(column, 2);
+    const QRect last = grid().visualRect(grid().model()->index(4, 0));
+    grid().HitTest(QPoint(last.center().x(), last.bottom() + 10), row, column);
+    EXPECT_EQ(row, -1);
+}
+
+TEST_F(ListCtrlTest, BrowsingWritesTheChosenNamesAndKeepsTheCellOnCancel) {
+    ui.ChooseFiles({L"/parts/bolt.prt.3"});
+    grid().BrowseFileIntoCell(0, 1, L"(*.prt)|*.prt||", L"");
+    ASSERT_EQ(ui.choosers.size(), 1u);
+    EXPECT_EQ(ui.choosers[0].filter, L"(*.prt)|*.prt||");
+    EXPECT_TRUE(ui.choosers[0].fileMustExist);
+    EXPECT_TRUE(ui.choosers[0].hideReadOnly);
+    EXPECT_FALSE(ui.choosers[0].multiSelect);
+    EXPECT_EQ(grid().GetCellText(0, 1), L"bolt.prt.3");
+
+    // Minimum clearance shortens names of parts; a file without a part type keeps its name.
+    ui.ChooseFiles({L"/nonexistent/nut.prt"});
+    grid().BrowseFileIntoCell(1, 1, L"(*.prt)|*.prt||", LoadLocalizedString(6017));
+    EXPECT_EQ(grid().GetCellText(1, 1), L"nut.prt");
+
+    ui.CancelChooser();
+    grid().BrowseFileIntoCell(0, 1, L"(*.prt)|*.prt||", L"");
+    EXPECT_EQ(grid().GetCellText(0, 1), L"bolt.prt.3");
+
+    std::vector<std::wstring> names{L"Bolt"};
+    ui.ChooseFiles({L"/p/bolt.prt.1", L"/p/washer.prt", L"/p/Washer.prt.2", L"/p/nut.prt"});
+    grid().BrowsePartFiles(names);
+    EXPECT_EQ(names, (std::vector<std::wstring>{L"Bolt", L"washer", L"nut"}));
+    EXPECT_TRUE(ui.choosers.back().multiSelect);
+    EXPECT_EQ(ui.choosers.back().filter, L"(*.prt.*;*.prt)|*.prt.*;*.prt");
+    ui.CancelChooser();
+    grid().BrowsePartFiles(names);
+    EXPECT_EQ(names.size(), 3u);
+}

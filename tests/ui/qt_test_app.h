@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QWidget>
+
+// The QApplication every UI test runs in (offscreen), created on first use, with the module's
+// resource libraries started so that texts and bitmaps load.
+void EnsureQtTestApp();
+
+// Shows the window and makes it the active one, so that focus and shortcuts work.
+void ShowActive(QWidget* window);
