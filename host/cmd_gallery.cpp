@@ -54,7 +54,7 @@ private:
         const int stored = static_cast<int>(rows.size());
         table->SetRows(std::move(rows));
         table->AppendEmptyRows(5 - stored);
-        table->setMinimumSize(640, 150);
+        table->setMinimumSize(660, 190);
         (new QVBoxLayout(box))->addWidget(table);
         layout->addWidget(box);
         return table;

@@ -48,6 +48,14 @@ TEST(ZebButton, TransparentColourShowsTheBackground) {
     EXPECT_EQ(shot.pixel(origin + opaque) & 0xFFFFFF, source.pixel(opaque) & 0xFFFFFF);
     // Outside the image the face colour shows too (no border while not hovered).
     EXPECT_EQ(QColor(shot.pixel(1, 1)), face);
+
+    // Disabled, the symbol is drawn greyed, still over the face colour.
+    button.setEnabled(false);
+    const QImage greyed = button.grab().toImage();
+    const QColor symbol(greyed.pixel(origin + opaque));
+    EXPECT_NE(symbol.rgb() & 0xFFFFFF, source.pixel(opaque) & 0xFFFFFF);
+    EXPECT_LE(std::abs(symbol.red() - symbol.green()), 8);
+    EXPECT_EQ(QColor(greyed.pixel(origin + transparent)), face);
 }
 
 TEST(ZebButton, UnreadableBitmapLeavesTheCaptionAlone) {
