@@ -1,5 +1,7 @@
 #include "controls/grid_model.h"
 
+#include <algorithm>
+
 namespace {
 const std::wstring kEmpty;
 }
@@ -60,6 +62,32 @@ bool CZebGridModel::RemoveRowAt(int index) {
     m_rows.erase(m_rows.begin() + index);
     endRemoveRows();
     return true;
+}
+
+void CZebGridModel::ClearRows(const std::vector<int>& rows) {
+    if (rows.empty()) return;
+    for (int row : rows) m_rows[row].clear();
+    emit dataChanged(index(rows.front(), 0), index(rows.back(), std::max(0, HeaderCount() - 1)));
+}
+
+void CZebGridModel::RemoveRows(const std::vector<int>& rows) {
+    if (rows.size() == 1) {
+        RemoveRowAt(rows.front());
+        return;
+    }
+    if (rows.empty()) return;
+    beginResetModel();
+    size_t kept = 0, next = 0;
+    for (size_t row = 0; row < m_rows.size(); ++row) {
+        if (next < rows.size() && rows[next] == static_cast<int>(row)) {
+            ++next;
+            continue;
+        }
+        if (kept != row) m_rows[kept] = std::move(m_rows[row]);
+        ++kept;
+    }
+    m_rows.resize(kept);
+    endResetModel();
 }
 
 void CZebGridModel::SetRows(std::vector<Row> rows) {

@@ -28,6 +28,9 @@ public:
 
     bool InsertRowAt(int index, Row row);
     bool RemoveRowAt(int index);
+    // Rows ascending. Empties them in place, or removes them, in one pass.
+    void ClearRows(const std::vector<int>& rows);
+    void RemoveRows(const std::vector<int>& rows);
     void SetRows(std::vector<Row> rows);
     void AppendEmptyRows(int count);
     void RemoveAllRows();

@@ -216,25 +216,20 @@ int CZEBListCtrl::GetSelectedRowCount() const {
 }
 
 int CZEBListCtrl::ClearSelectedRows() {
-    const int count = GetSelectedRowCount();
-    if (count == 0) return 0;
-    int current = -1;
-    for (int i = 0; i < count; ++i) {
-        const std::vector<int> selected = GetSelectedRows();
-        const auto next = std::upper_bound(selected.begin(), selected.end(), current);
-        if (next == selected.end() || !m_model->RemoveRowAt(*next)) return 0;
-        // The empty row put in its place is not selected, so the search goes on behind it.
-        current = *next;
-        m_model->InsertRowAt(current, {});
-    }
+    const std::vector<int> selected = GetSelectedRows();
+    if (selected.empty()) return 0;
+    // Each selected row gives way to an empty, unselected row at the same index; done in one
+    // pass so that clearing a large selection stays linear.
+    selectionModel()->clearSelection();
+    m_model->ClearRows(selected);
     return 1;
 }
 
 int CZEBListCtrl::DeleteSelectedRows() {
     const std::vector<int> selected = GetSelectedRows();
-    for (auto row = selected.rbegin(); row != selected.rend(); ++row) {
-        if (!m_model->RemoveRowAt(*row)) return 0;
-    }
+    if (selected.empty()) return 1;
+    if (selected.back() >= GetRowCount()) return 0;
+    m_model->RemoveRows(selected);
     return 1;
 }
 
