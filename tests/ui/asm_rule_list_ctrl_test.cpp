@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <QLineEdit>
+#include <QHelpEvent>
 #include <QTest>
+#include <QToolTip>
 
 #include "framework/ui/recording_ui_service.h"
 #include "module/assembly_rules_app.h"
@@ -11,12 +13,6 @@
 #include "tests/ui/qt_test_app.h"
 
 namespace {
-class ComponentTable : public CZEBAsmRuleListCtrl {
-public:
-    using CZEBAsmRuleListCtrl::CZEBAsmRuleListCtrl;
-    using CZEBAsmRuleListCtrl::GetCellTooltip;
-};
-
 class ComponentTableTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -25,7 +21,7 @@ protected:
         table().AppendEmptyRows(5);
         ShowActive(&dlg);
     }
-    ComponentTable& table() { return *dlg.table; }
+    CZEBAsmRuleListCtrl& table() { return *dlg.table; }
     QLineEdit* editor() { return FindZebControlAs<QLineEdit>(&table(), CZEBListCtrl::kTextEditorId); }
     void Click(int row, int column, Qt::MouseButton button = Qt::LeftButton) {
         QTest::mouseClick(table().viewport(), button, {}, table().GetCellRect(row, column).center());
@@ -40,7 +36,7 @@ protected:
     }
 
     CZebResourceScope scope;
-    GridDialog<ComponentTable> dlg;
+    GridDialog<CZEBAsmRuleListCtrl> dlg;
     CZebRecordingUiService ui;
 };
 }  // namespace
@@ -112,13 +108,21 @@ TEST_F(ComponentTableTest, RightClickBrowsesOnlyTheModesNameColumns) {
 }
 
 TEST_F(ComponentTableTest, TooltipsOnlyOnBrowseColumns) {
-    const std::wstring tip = LoadLocalizedString(2074);
-    ASSERT_FALSE(tip.empty());
-    EXPECT_EQ(table().GetCellTooltip(0, 1), tip.substr(0, 79));
-    EXPECT_EQ(table().GetCellTooltip(0, 2), tip.substr(0, 79));
-    EXPECT_EQ(table().GetCellTooltip(0, 3), L"");
-    EXPECT_EQ(table().GetCellTooltip(9, 1), L"");
+    const QString tip = QString::fromStdWString(LoadLocalizedString(2074));
+    ASSERT_FALSE(tip.isEmpty());
+    auto tooltipAt = [this](int row, int column) {
+        QToolTip::hideText();
+        (void)QTest::qWaitFor([] { return !QToolTip::isVisible(); }, 2000);
+        const QPoint at = table().GetCellRect(row, column).center();
+        QHelpEvent help(QEvent::ToolTip, at, table().viewport()->mapToGlobal(at));
+        QApplication::sendEvent(table().viewport(), &help);
+        return QToolTip::isVisible() ? QToolTip::text() : QString();
+    };
+    EXPECT_EQ(tooltipAt(0, 1), tip);
+    EXPECT_EQ(tooltipAt(4, 2), tip);
+    EXPECT_EQ(tooltipAt(0, 3), "");
+    EXPECT_EQ(tooltipAt(0, 0), "");
     table().SetRuleName(LoadLocalizedString(7000));
-    EXPECT_EQ(table().GetCellTooltip(0, 1), L"");
-    EXPECT_EQ(table().GetCellTooltip(0, 4), tip.substr(0, 79));
+    EXPECT_EQ(tooltipAt(0, 1), "");
+    EXPECT_EQ(tooltipAt(0, 4), tip);
 }
