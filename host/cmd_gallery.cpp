@@ -6,8 +6,10 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QTimer>
 #include <QVBoxLayout>
 
+#include "controls/custom_combo_box.h"
 #include "controls/double_edit_ex.h"
 #include "controls/hyper_link.h"
 #include "controls/wrapper_combo_ctrl.h"
@@ -18,7 +20,7 @@
 #include "module/assembly_rules_app.h"
 
 namespace {
-// A rule dialog holding the controls; keys go to the table that holds the focus, as in the
+// A rule dialog holding the controls; keys go to the table they were typed into, as in the
 // rule dialogs.
 class GalleryDlg : public CZEBRuleDlgBase {
 public:
@@ -32,6 +34,23 @@ public:
                                {L"", L"Type", L"Component", L"Alternative", L"Supplier part"},
                                {{L"1", L"Bolt", L"M8x40.prt", L"M8x45.prt", L"ISO4017-8-40.prt"}});
         layout->addWidget(SmallControls());
+    }
+
+    bool OnInitDialog() override {
+        CZEBRuleDlgBase::OnInitDialog();
+        // Once laid out, open both in-place editors so that they can be seen at once.
+        QTimer::singleShot(0, this, [this] {
+            m_preferred->ChoiceList() = {L"Bolt", L"Nut", L"Screw", L"Washer"};
+            m_preferred->BeginCellChoice(1, 1, CZEBListCtrl::kEditLimit);
+            if (auto* choice = FindZebControlAs<CCustomComboBox>(m_preferred, CZEBListCtrl::kChoiceEditorId)) {
+                connect(choice, &QComboBox::activated, this, [this] {
+                    std::wstring text;
+                    m_preferred->EndCellChoice(text, L"is already listed.");
+                });
+            }
+            m_pairs->BeginCellEdit(2, 1, CZEBListCtrl::kEditLimit);
+        });
+        return true;
     }
 
     bool PreTranslateMessage(QObject* target, QEvent* event) override {
