@@ -11,7 +11,7 @@
 class CHyperLink : public QLabel {
     Q_OBJECT
 public:
-    static constexpr unsigned kNotifyMessage = 0x465;  // WM_USER + 101, kept for the parent's handler
+    static constexpr unsigned kNotifyMessage = 0x465;  // the number parents handle a link click by
     static constexpr std::uint32_t kLinkColour = 0xFF0000;     // RGB(0, 0, 255)
     static constexpr std::uint32_t kHoverColour = 0x0000FF;    // RGB(255, 0, 0)
     static constexpr std::uint32_t kVisitedColour = 0x8F2205;  // RGB(5, 34, 143)

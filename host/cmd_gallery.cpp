@@ -28,7 +28,7 @@ public:
         setWindowTitle("Vantor controls gallery");
         auto* layout = new QVBoxLayout(Body());
         m_pairs = AddTable(layout, "Part pairs (minimum clearance)", LoadLocalizedString(6017),
-                           {L"", L"Part 1", L"Part 2", L"Clearance"},
+                           {L"", L"First part", L"Second part", L"Clearance"},
                            {{L"1", L"bracket", L"housing", L"2.5"}, {L"2", L"shaft", L"bearing", L"0.4"}});
         m_preferred = AddTable(layout, "Preferred components", LoadLocalizedString(7000),
                                {L"", L"Type", L"Component", L"Alternative", L"Supplier part"},

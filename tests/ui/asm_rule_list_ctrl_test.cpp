@@ -17,7 +17,7 @@ class ComponentTableTest : public ::testing::Test {
 protected:
     void SetUp() override {
         EnsureQtTestApp();
-        table().SetNumberedColumns({L"#", L"Part 1", L"Part 2", L"Clearance", L"Part 4"}, 820);
+        table().SetNumberedColumns({L"#", L"First part", L"Second part", L"Clearance", L"Note"}, 820);
         table().AppendEmptyRows(5);
         ShowActive(&dlg);
     }
