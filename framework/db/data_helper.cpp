@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "framework/db/sqlite_database.h"
 #include "framework/folder_check.h"
@@ -83,6 +84,9 @@ IDatabaseCollector* ZEBDataHelper::getInstance() {
         cache.open.erase(found);
     }
     const std::wstring folder = GetDatabaseFolder();
+    // The user's own data folder may lack its parents on a new account; a folder named by the
+    // administrators must exist up to its last level.
+    if (EnvFolder("VANTOR_DATABASE_DIR").empty()) ZebCreateFolderWithParents(folder);
     if (!ZebIsFolderUsable(folder)) {
         std::fprintf(stderr, "vantor: the database folder %s cannot be used\n",
                      ToUtf8(folder).c_str());

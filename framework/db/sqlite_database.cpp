@@ -324,6 +324,9 @@ int32_t SqliteDatabase::AddHardwareRecord(ZebHardwareRecord& record) {
 int32_t SqliteDatabase::UpdateHardwareRecord(const ZebHardwareRecord& record) {
     if (record.designation.empty()) return ZebDbFailed;
     return Write("UpdateHardwareRecord", [&] {
+        Statement stored(db_, "SELECT 1 FROM hardware WHERE id = ?1");
+        stored.Bind(1, record.id);
+        if (!stored.Step()) return ZebDbFailed;
         Statement other(db_, "SELECT 1 FROM hardware WHERE designation_key = ?1 AND id <> ?2");
         other.Bind(1, FoldCase(record.designation)).Bind(2, record.id);
         if (other.Step()) return ZebDbExists;
