@@ -26,8 +26,9 @@ QApplication& App() {
     static int argc = 1;
     static char name[] = "platform_tests";
     static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-    return app;
+    // Never destroyed: a QApplication torn down among the exit-time destructors crashes.
+    static QApplication* app = new QApplication(argc, argv);
+    return *app;
 }
 
 // Answers every message with Yes and keeps its text.
