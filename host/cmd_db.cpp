@@ -116,11 +116,11 @@ int RunDb(const Args& args) {
 
 }  // namespace
 
-VANTOR_HOST_COMMAND(db, "db",
-    "path | fasteners list|add NAME|rename OLD NEW|delete NAME | "
-    "materials list|add GROUP MATERIAL|delete GROUP MATERIAL | ignore list|set NAME...",
+VANTOR_HOST_COMMAND(db, "db", "path | fasteners ... | materials ... | ignore ...",
     "The shared database (VANTOR_DATABASE_DIR, else $XDG_DATA_HOME/vantor):\n"
-    "path prints the database file; lists print one entry a line (materials as group TAB\n"
-    "material); changes print the database's answer. Exit 0 done, 1 already exists or refused,\n"
-    "2 bad arguments or no usable database.",
+    "  db path                                   the database file in use\n"
+    "  db fasteners list|add NAME|rename OLD NEW|delete NAME\n"
+    "  db materials list|add GROUP MATERIAL|delete GROUP MATERIAL   (list: group TAB material)\n"
+    "  db ignore list|set NAME...                the interference ignore list, in order\n"
+    "Exit 0 done, 1 already exists or refused, 2 bad arguments or no usable database.",
     RunDb);
