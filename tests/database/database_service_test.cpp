@@ -351,37 +351,59 @@ TEST(DatabaseService, UnusableFolderOrUnsoundFileGivesNoServiceAndStaysUntouched
     expectRefused(newer, "newer schema");
 }
 
+namespace {
+
+// Runs `adds` names "P<tag>-<i>" in a child process, each its own transaction, fetching the
+// service afresh each time as the dialogs do.
+pid_t AddInChild(int tag, int adds) {
+    const pid_t child = ::fork();
+    if (child != 0) return child;
+    int failures = 0;
+    for (int i = 0; i < adds; ++i) {
+        IDatabaseCollector* db = ZEBDataHelper::getInstance();
+        const std::wstring name = L"P" + std::to_wstring(tag) + L"-" + std::to_wstring(i);
+        if (!db || db->AddFastenerName(name) != ZebDbOk) ++failures;
+    }
+    ::_exit(failures > 255 ? 255 : failures);
+}
+
+void ExpectCleanExit(pid_t child) {
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0) << "failed additions";
+}
+
+}  // namespace
+
 TEST(DatabaseService, TwoProcessesAddingAtOnceLoseNoName) {
+    size_t starter = 0;
+    {
+        ScopedDatabaseFolder other;
+        starter = FastenerNames(*ZEBDataHelper::getInstance()).size();
+    }
     ScopedDatabaseFolder folder;
-    ASSERT_NE(ZEBDataHelper::getInstance(), nullptr);  // the catalogue is in place before the race
-    const size_t starter = FastenerNames(*ZEBDataHelper::getInstance()).size();
+    // Both start on a folder without a file: one creates the catalogue, the other waits for it.
     constexpr int kPerProcess = 500;
-    pid_t children[2];
-    for (int c = 0; c < 2; ++c) {
-        children[c] = ::fork();
-        ASSERT_GE(children[c], 0);
-        if (children[c] == 0) {
-            int failures = 0;
-            for (int i = 0; i < kPerProcess; ++i) {
-                // fetched afresh at each use, as the dialogs do
-                IDatabaseCollector* db = ZEBDataHelper::getInstance();
-                const std::wstring name = L"P" + std::to_wstring(c) + L"-" + std::to_wstring(i);
-                if (!db || db->AddFastenerName(name) != ZebDbOk) ++failures;
-            }
-            ::_exit(failures > 255 ? 255 : failures);
-        }
-    }
-    for (pid_t child : children) {
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        ASSERT_TRUE(WIFEXITED(status));
-        EXPECT_EQ(WEXITSTATUS(status), 0);
-    }
-    const std::list<std::wstring> names = FastenerNames(*ZEBDataHelper::getInstance());
+    const pid_t first = AddInChild(0, kPerProcess);
+    const pid_t second = AddInChild(1, kPerProcess);
+    ASSERT_GT(first, 0);
+    ASSERT_GT(second, 0);
+    ExpectCleanExit(first);
+    ExpectCleanExit(second);
+
+    IDatabaseCollector* db = ZEBDataHelper::getInstance();
+    ASSERT_NE(db, nullptr);
+    std::list<std::wstring> names = FastenerNames(*db);
     EXPECT_EQ(names.size(), starter + 2 * kPerProcess);
     const std::set<std::wstring> unique(names.begin(), names.end());
     EXPECT_EQ(unique.size(), names.size());
     for (int c = 0; c < 2; ++c)
         for (int i = 0; i < kPerProcess; ++i)
             EXPECT_EQ(unique.count(L"P" + std::to_wstring(c) + L"-" + std::to_wstring(i)), 1u);
+
+    // the connection this process keeps sees what another process writes afterwards
+    ExpectCleanExit(AddInChild(2, 1));
+    names = FastenerNames(*ZEBDataHelper::getInstance());
+    EXPECT_TRUE(Contains(names, L"P2-0"));
 }
