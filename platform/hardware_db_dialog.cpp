@@ -22,9 +22,13 @@ namespace {
 QString Q(const std::wstring& text) { return QString::fromStdWString(text); }
 std::wstring W(const QString& text) { return text.trimmed().toStdWString(); }
 
-// Through the host's message service when it has one, else a Qt message box of our own.
-int Tell(QWidget* parent, const QString& text, ZebMsgIcon icon,
-         ZebMsgButtons buttons = ZebMsgButtons::Ok) {
+QString LengthText(double length) { return QString::number(length, 'g', 10); }
+
+enum Column { kDesignation, kKind, kStandard, kThread, kLength, kMaterial, kColumns };
+
+}  // namespace
+
+int ShowBridgeMessage(QWidget* parent, const QString& text, ZebMsgIcon icon, ZebMsgButtons buttons) {
     if (GetZebMessageSink()) return ZebMessageBox(text.toStdWString(), L"Vantor", icon, buttons);
     if (buttons == ZebMsgButtons::YesNo)
         return QMessageBox::question(parent, "Vantor", text) == QMessageBox::Yes ? ZebIdYes : ZebIdNo;
@@ -33,21 +37,15 @@ int Tell(QWidget* parent, const QString& text, ZebMsgIcon icon,
     return ZebIdOk;
 }
 
-QString LengthText(double length) { return QString::number(length, 'g', 10); }
-
-enum Column { kDesignation, kKind, kStandard, kThread, kLength, kMaterial, kColumns };
-
-}  // namespace
-
 CZEBHardwareDBDlg::CZEBHardwareDBDlg(QWidget* parent) : QDialog(parent) {
     setObjectName("hardwareDatabaseDialog");
-    setWindowTitle(tr("Hardware database"));
+    setWindowTitle(QString("Hardware database"));
     setModal(true);
 
     table_ = new QTableWidget(0, kColumns, this);
     table_->setObjectName("hardwareTable");
     table_->setHorizontalHeaderLabels(
-        {tr("Designation"), tr("Kind"), tr("Standard"), tr("Thread"), tr("Length (mm)"), tr("Material")});
+        {QString("Designation"), QString("Kind"), QString("Standard"), QString("Thread"), QString("Length (mm)"), QString("Material")});
     table_->setSelectionBehavior(QAbstractItemView::SelectRows);
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -74,18 +72,18 @@ CZEBHardwareDBDlg::CZEBHardwareDBDlg(QWidget* parent) : QDialog(parent) {
     material_->setEditable(true);
 
     auto* form = new QFormLayout;
-    form->addRow(tr("Designation"), designation_);
-    form->addRow(tr("Kind"), kind_);
-    form->addRow(tr("Standard"), standard_);
-    form->addRow(tr("Thread"), thread_);
-    form->addRow(tr("Length"), length_);
-    form->addRow(tr("Material"), material_);
+    form->addRow(QString("Designation"), designation_);
+    form->addRow(QString("Kind"), kind_);
+    form->addRow(QString("Standard"), standard_);
+    form->addRow(QString("Thread"), thread_);
+    form->addRow(QString("Length"), length_);
+    form->addRow(QString("Material"), material_);
 
-    add_ = new QPushButton(tr("Add"), this);
+    add_ = new QPushButton(QString("Add"), this);
     add_->setObjectName("addButton");
-    save_ = new QPushButton(tr("Save changes"), this);
+    save_ = new QPushButton(QString("Save changes"), this);
     save_->setObjectName("saveButton");
-    delete_ = new QPushButton(tr("Delete"), this);
+    delete_ = new QPushButton(QString("Delete"), this);
     delete_->setObjectName("deleteButton");
     auto* close = new QDialogButtonBox(QDialogButtonBox::Close, this);
     close->button(QDialogButtonBox::Close)->setObjectName("closeButton");
@@ -131,7 +129,7 @@ void CZEBHardwareDBDlg::Reload(int64_t selectId) {
     std::list<ZebHardwareRecord> read;
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     if (!db || db->GetHardwareList(read) != ZebDbOk)
-        Tell(this, tr("The hardware records could not be read from the database."), ZebMsgIcon::Error);
+        ShowBridgeMessage(this, QString("The hardware records could not be read from the database."), ZebMsgIcon::Error);
     records_.assign(read.begin(), read.end());
 
     const QSignalBlocker blocker(table_);
@@ -191,18 +189,18 @@ ZebHardwareRecord CZEBHardwareDBDlg::RecordFromFields() const {
 void CZEBHardwareDBDlg::Add() {
     ZebHardwareRecord record = RecordFromFields();
     if (record.designation.empty()) {
-        Tell(this, tr("Enter the designation of the record."), ZebMsgIcon::Information);
+        ShowBridgeMessage(this, QString("Enter the designation of the record."), ZebMsgIcon::Information);
         return;
     }
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     const int32_t result = db ? db->AddHardwareRecord(record) : ZebDbFailed;
     if (result == ZebDbExists) {
-        Tell(this, tr("A record \"%1\" already exists in the database.").arg(Q(record.designation)),
+        ShowBridgeMessage(this, QString("A record \"%1\" already exists in the database.").arg(Q(record.designation)),
              ZebMsgIcon::Information);
         return;
     }
     if (result != ZebDbOk) {
-        Tell(this, tr("The record could not be saved in the database."), ZebMsgIcon::Error);
+        ShowBridgeMessage(this, QString("The record could not be saved in the database."), ZebMsgIcon::Error);
         return;
     }
     Reload(record.id);
@@ -216,12 +214,12 @@ void CZEBHardwareDBDlg::Save() {
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     const int32_t result = db ? db->UpdateHardwareRecord(record) : ZebDbFailed;
     if (result == ZebDbExists) {
-        Tell(this, tr("Another record is named \"%1\".").arg(Q(record.designation)),
+        ShowBridgeMessage(this, QString("Another record is named \"%1\".").arg(Q(record.designation)),
              ZebMsgIcon::Information);
         return;
     }
     if (result != ZebDbOk) {
-        Tell(this, tr("The changes could not be saved in the database."), ZebMsgIcon::Error);
+        ShowBridgeMessage(this, QString("The changes could not be saved in the database."), ZebMsgIcon::Error);
         Reload(0);
         return;
     }
@@ -232,11 +230,11 @@ void CZEBHardwareDBDlg::Delete() {
     const ZebHardwareRecord* selected = Selected();
     if (!selected) return;
     const ZebHardwareRecord record = *selected;
-    if (Tell(this, tr("Delete the record \"%1\" from the database?").arg(Q(record.designation)),
+    if (ShowBridgeMessage(this, QString("Delete the record \"%1\" from the database?").arg(Q(record.designation)),
              ZebMsgIcon::Question, ZebMsgButtons::YesNo) != ZebIdYes)
         return;
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     if (!db || db->DeleteHardwareRecord(record.id) != ZebDbOk)
-        Tell(this, tr("The record could not be deleted from the database."), ZebMsgIcon::Error);
+        ShowBridgeMessage(this, QString("The record could not be deleted from the database."), ZebMsgIcon::Error);
     Reload(0);
 }

@@ -174,6 +174,18 @@ TEST(HardwareDialog, EditDeleteAndRefusedDuplicate) {
     EXPECT_EQ(sink.messages[1].second, ZebMsgIcon::Question);
 }
 
+TEST(HardwareDialog, WithoutADatabaseAMessageInsteadOfTheDialog) {
+    ScopedDatabaseFolder folder;
+    std::ofstream(folder.Folder() / "plain") << "x";
+    ScopedDatabaseFolder::Point(folder.Folder() / "plain" / "below");
+    App();
+    RecordingSink sink;
+    LaunchHardwareDBDialog(nullptr);  // returns at once: nothing modal to close
+    ASSERT_EQ(sink.messages.size(), 1u);
+    EXPECT_EQ(sink.messages[0].second, ZebMsgIcon::Error);
+    EXPECT_NE(sink.messages[0].first.find(L"VANTOR_DATABASE_DIR"), std::wstring::npos);
+}
+
 TEST(HardwareDialog, ModuleEntryOpensTheDialogOverItsParent) {
     ScopedDatabaseFolder folder;
     App();
