@@ -11,15 +11,21 @@
 
 namespace {
 
-std::filesystem::path BenchFolder() {
-    static const std::filesystem::path folder = [] {
+// A database folder of its own for the run, removed at exit.
+struct BenchFolderOwner {
+    std::filesystem::path folder;
+    BenchFolderOwner() {
         std::string pattern = (std::filesystem::temp_directory_path() / "vantor_bench_XXXXXX").string();
-        const std::filesystem::path made = ::mkdtemp(pattern.data());
-        ::setenv("VANTOR_DATABASE_DIR", made.c_str(), 1);
-        return made;
-    }();
-    return folder;
-}
+        folder = ::mkdtemp(pattern.data());
+        ::setenv("VANTOR_DATABASE_DIR", folder.c_str(), 1);
+    }
+    ~BenchFolderOwner() {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+};
+
+void BenchFolder() { static BenchFolderOwner owner; }
 
 // Fetching the service again for a folder already open costs an environment lookup and a stat of
 // the file (a few microseconds), so callers can fetch it at every use.
