@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "database/database_collector.h"
 #include "framework/db/case_fold.h"
 #include "framework/db/sqlite_statement.h"
 
@@ -157,7 +158,7 @@ void InsertStarterCatalogue(sqlite3* db) {
             name.Bind(1, designation).Bind(2, FoldCase(designation))
                 .Bind(3, std::wstring(s.alternate) + L" " + t.size).Run();
             attribute.Reset();
-            attribute.Bind(1, std::wstring(L"AttributeDataFastenerThread")).Bind(2, designation)
+            attribute.Bind(1, std::wstring(kFastenerThreadAttributeSet)).Bind(2, designation)
                 .Bind(3, FoldCase(designation)).Bind(4, std::wstring(t.text)).Run();
         }
     }
