@@ -55,6 +55,9 @@ bool ModuleLoader::Load(const std::string& folder, std::string& error) {
         if (m_database) {
             m_databasePath = databasePath;
             databases.push_back(FromUtf8(databasePath));
+        } else {
+            const char* reason = dlerror();
+            m_databaseError = "cannot load " + databasePath + ": " + (reason ? reason : "unknown reason");
         }
     }
     SetDBModuleList(databases);

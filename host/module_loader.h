@@ -35,11 +35,14 @@ public:
 
     // Path of the loaded database module; empty when there is none.
     const std::string& DatabaseModulePath() const { return m_databasePath; }
+    // Why a database module that is present could not be loaded; empty otherwise.
+    const std::string& DatabaseModuleError() const { return m_databaseError; }
 
 private:
     void* m_module = nullptr;
     void* m_database = nullptr;
     std::string m_databasePath;
+    std::string m_databaseError;
 };
 
 // Owns a rule made by the module and gives it back through DeleteRule.

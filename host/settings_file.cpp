@@ -57,7 +57,12 @@ bool ParseCommandArgs(const std::vector<std::string>& args, CommandArgs& parsed)
 
 bool LoadModule(ModuleLoader& loader, const CommandArgs& args) {
     std::string error;
-    if (loader.Load(ModuleLoader::ModuleFolder(args.moduleDir), error)) return true;
+    if (loader.Load(ModuleLoader::ModuleFolder(args.moduleDir), error)) {
+        if (!loader.DatabaseModuleError().empty())
+            std::fprintf(stderr, "vantor-rules: warning: %s; the rules see no database\n",
+                         loader.DatabaseModuleError().c_str());
+        return true;
+    }
     std::fprintf(stderr, "vantor-rules: %s\n", error.c_str());
     return false;
 }

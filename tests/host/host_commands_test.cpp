@@ -174,6 +174,30 @@ TEST_F(HostCommandsTest, BadInputIsReportedAndWritesNothing) {
     EXPECT_NE(noModule.err.find("cannot load"), std::string::npos);
 }
 
+TEST_F(HostCommandsTest, ModuleFolderWithADatabaseModule) {
+    // Any loadable shared object stands in for the database module here.
+    const fs::path modules = dir / "modules";
+    fs::create_directories(modules);
+    fs::copy_file(VANTOR_BUILD_DIR "/lib/vantor/ZEBAssemblyRules.so", modules / "ZEBAssemblyRules.so");
+    fs::copy_file(VANTOR_BUILD_DIR "/share/vantor/res/en/ZEBAssemblyRulesResu.so", modules / "ZEBDatabaseu.so");
+    HostRun made = Host("new -o " + P("db.xml") + " --module-dir " + modules.string());
+    ASSERT_EQ(made.status, 0) << made.err;
+    const std::string text = ReadFile(dir / "db.xml");
+    EXPECT_NE(text.find("SelectedDatabase=\"ZEBDatabaseu\" DBCategory=\"Hardware\""), std::string::npos);
+
+    // Without it the alignment rules name no database.
+    fs::remove(modules / "ZEBDatabaseu.so");
+    ASSERT_EQ(Host("new -o " + P("nodb.xml") + " --module-dir " + modules.string()).status, 0);
+    EXPECT_NE(ReadFile(dir / "nodb.xml").find("SelectedDatabase=\"\" DBCategory=\"Hardware\""), std::string::npos);
+
+    // A database module that does not load is reported, and the rules still come.
+    WriteFile(modules / "ZEBDatabaseu.so", "not a library");
+    HostRun broken = Host("list --module-dir " + modules.string());
+    EXPECT_EQ(broken.status, 0);
+    EXPECT_EQ(Lines(broken.out).size(), 12u);
+    EXPECT_NE(broken.err.find("warning: cannot load"), std::string::npos) << broken.err;
+}
+
 TEST_F(HostCommandsTest, FailedWriteKeepsTheOldFile) {
     WriteFile(dir / "keep.xml", "old contents");
     // A one-kilobyte file size limit makes the write fail part way.

@@ -5,6 +5,7 @@
 #include "rules/fastener_engagement_len_rule.h"
 #include "rules/recomm_thread_connection_rule.h"
 #include "tests/rules/rule_defaults.h"
+#include "util/texts.h"
 
 namespace {
 using FastenerRulesTest = RuleTest;
@@ -224,4 +225,21 @@ TEST_F(FastenerRulesTest, BoltAndScrewSummary) {
     bolt.RebuildSummary();
     EXPECT_EQ(bolt.Summary, opening + L", same head type, same material, same length or difference between "
                                       L"consecutive lengths, difference between consecutive diameters.");
+}
+
+TEST_F(FastenerRulesTest, AlignmentSummaryWhenTheRuleHoldsItsSwitch) {
+    CZEBAssemblyFastenerAlignmentRule rule;
+    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 8011, ZebOp_LessEqual, ZebParam_Value, true, false));
+    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 8021, ZebOp_Equal, ZebParam_Value, true, false));
+    rule.UpdateSummary();  // 8021 without a value: summary as constructed
+    EXPECT_EQ(rule.Summary, LoadLocalizedString(8012));
+
+    Param<double>(rule, 8021).values.Add(1.0);
+    Param<double>(rule, 8019).values[0] = 25.4;
+    rule.ConvertUnits(&kMm, &kInch);
+    EXPECT_EQ(rule.Summary, ZebFormatText(LoadLocalizedString(8014), {L"<=", L"1.0", GetUnitText(3)}));
+
+    Param<double>(rule, 8021).values[0] = 0.5;  // integer part 0
+    rule.UpdateSummary();
+    EXPECT_EQ(rule.Summary, LoadLocalizedString(8012));
 }
