@@ -5,7 +5,7 @@
 #include "tests/rules/rule_test_support.h"
 
 // What one parameter looks like right after construction.
-struct ParamSpec {
+struct ParamShape {
     long id;
     int32_t type;
     int32_t op;
@@ -14,18 +14,18 @@ struct ParamSpec {
 };
 
 // Checks ids, order and codes of every parameter, and the rule record's common fields.
-inline void ExpectShape(CZebRule& rule, const std::vector<ParamSpec>& specs, unsigned nameId, int32_t severity,
+inline void ExpectShape(CZebRule& rule, const std::vector<ParamShape>& expected, unsigned nameId, int32_t severity,
                         int32_t imageId) {
-    ASSERT_EQ(rule.ParamArray.GetSize(), static_cast<int32_t>(specs.size()));
-    for (size_t i = 0; i < specs.size(); ++i) {
+    ASSERT_EQ(rule.ParamArray.GetSize(), static_cast<int32_t>(expected.size()));
+    for (size_t i = 0; i < expected.size(); ++i) {
         const CZebParamStorage* p = rule.ParamArray[static_cast<int32_t>(i)];
         const ZebTypedParamBase* base = p->GetParam();
-        SCOPED_TRACE("parameter " + std::to_string(specs[i].id));
-        EXPECT_EQ(base->id, specs[i].id);
-        EXPECT_EQ(p->GetType(), specs[i].type);
-        EXPECT_EQ(base->op, specs[i].op);
-        EXPECT_EQ(base->kind, specs[i].kind);
-        EXPECT_EQ(base->status, specs[i].enabled);
+        SCOPED_TRACE("parameter " + std::to_string(expected[i].id));
+        EXPECT_EQ(base->id, expected[i].id);
+        EXPECT_EQ(p->GetType(), expected[i].type);
+        EXPECT_EQ(base->op, expected[i].op);
+        EXPECT_EQ(base->kind, expected[i].kind);
+        EXPECT_EQ(base->status, expected[i].enabled);
     }
     CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
     ASSERT_NE(app, nullptr);
