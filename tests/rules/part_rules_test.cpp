@@ -310,3 +310,18 @@ TEST_F(PartRulesTest, ConvertUnits) {
     preferred.ConvertUnits(&kMm, &kInch);
     EXPECT_EQ(preferred.CurrentUnits.LengthUnit, 0);
 }
+
+TEST_F(PartRulesTest, WithoutTheApplicationObjectOnlyParametersAreMade) {
+    StopAssemblyRulesApp();
+    CZEBASMHoleAlignmentCheckRule hole;
+    EXPECT_TRUE(hole.Name.empty());
+    EXPECT_TRUE(hole.Module.empty());
+    EXPECT_TRUE(hole.EngineList.empty());
+    EXPECT_EQ(hole.DialogImageId, 0);
+    EXPECT_EQ(ParamIds(hole), (std::vector<long>{7800, 7092, 7094, 9084}));
+    EXPECT_EQ(Values<double>(hole, 7800), std::vector<double>{0.5});
+    // Without the application object the alignment rules add no database attributes.
+    std::unique_ptr<ZebXMLNode> node(hole.ExportToXML());
+    ASSERT_NE(node, nullptr);
+    EXPECT_EQ(node->GetAttributes().size(), 9u);
+}
