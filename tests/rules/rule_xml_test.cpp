@@ -1,5 +1,7 @@
 #include <clocale>
 
+#include "framework/text_convert.h"
+
 #include "rules/fastener_accessibility_rule.h"
 #include "rules/rule_record.h"
 #include "tests/rules/rule_test_support.h"
@@ -44,7 +46,7 @@ TEST_F(RuleXmlTest, ExportedRuleAsExactText) {
     root->AppendNode(node.get());
     const std::string expected = R"(<?xml version="1.0" encoding="UTF-8"?>
 <AssemblyRules>
-  <Rule Name="Fastener Accessibility" Status="0" LifeStatus="4" Summary="Checks that there is enough free space around each fastener for the tool that fits it." Module="ZEBAssemblyRulesValidator" RuleModule="" RuleModuleFileName="ZEBAssemblyRules.dll" Severity="2" RuleCategory="10">
+  <Rule Name="Fastener Accessibility" Status="0" LifeStatus="4" Summary="@SUMMARY@" Module="ZEBAssemblyRulesValidator" RuleModule="" RuleModuleFileName="ZEBAssemblyRules.dll" Severity="2" RuleCategory="10">
     <Parameter Name="" Type="6080" Status="1">
       <Operator>7</Operator>
       <ParameterType>1</ParameterType>
@@ -80,7 +82,9 @@ TEST_F(RuleXmlTest, ExportedRuleAsExactText) {
   </Rule>
 </AssemblyRules>
 )";
-    EXPECT_EQ(doc.GetXML(), expected);
+    std::string text = expected;
+    text.replace(text.find("@SUMMARY@"), 9, ToUtf8(LoadLocalizedString(6075)));
+    EXPECT_EQ(doc.GetXML(), text);
 }
 
 TEST_F(RuleXmlTest, HeaderRoundTripAndFileNameCut) {
