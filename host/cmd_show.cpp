@@ -68,8 +68,8 @@ void PrintRule(CZebRule& rule) {
 int RunShow(const std::vector<std::string>& words) {
     CommandArgs args;
     if (!ParseCommandArgs(words, args)) return 2;
-    if (args.positional.size() != 1) {
-        std::fprintf(stderr, "vantor-rules: show needs one settings file (see vantor-rules --help)\n");
+    if (args.positional.size() != 1 || !args.output.empty() || args.unit) {
+        std::fprintf(stderr, "vantor-rules: show needs one settings file and no -o or --unit (see vantor-rules --help)\n");
         return 2;
     }
     ZebXMLDocument doc;
