@@ -149,14 +149,18 @@ TEST_F(RuleXmlTest, RangeValueCountsAndLocaleIndependentNumbers) {
         const size_t expected = count == 5 ? 0 : count;
         EXPECT_EQ(values.size(), expected) << count;
         EXPECT_EQ(Param<double>(rule, 100).values.GetSize(), static_cast<int32_t>(expected));
-        if (!values.empty()) EXPECT_EQ(values[0]->GetNodeValue(), L"0.250000");
+        if (!values.empty()) {
+            EXPECT_EQ(values[0]->GetNodeValue(), L"0.250000");
+        }
 
         TestRule back;
         back.ParamArray.Add(back.CreateParamStorageObject(ZebType_Double, 100, ZebOp_Equal, ZebParam_Value, true, false));
         back.ImportFromXML(stored.get());
         EXPECT_EQ(Param<double>(back, 100).values.GetSize(), static_cast<int32_t>(expected));
         EXPECT_EQ(Param<double>(back, 100).op, ZebOp_Range);
-        if (expected) EXPECT_DOUBLE_EQ(Param<double>(back, 100).values[expected - 1], expected - 1 + 0.25);
+        if (expected) {
+            EXPECT_DOUBLE_EQ(Param<double>(back, 100).values[expected - 1], expected - 1 + 0.25);
+        }
     }
     std::setlocale(LC_ALL, previous.c_str());
 }
