@@ -4,6 +4,7 @@
 
 #include <QItemSelectionModel>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTest>
 
 #include "controls/custom_combo_box.h"
@@ -200,7 +201,7 @@ TEST_F(ListCtrlTest, RowOperations) {
     EXPECT_EQ(grid().GetCellText(1, 0), L"new");
 }
 
-TEST_F(ListCtrlTest, HitTestGivesNoRowBelowTheLastRow) {
+TEST_F(ListCtrlTest, HitTestAndScrolling) {
     ShowActive(&dlg);
     int row = 0, column = 0;
     grid().HitTest(grid().GetCellRect(3, 2).center(), row, column);
@@ -209,6 +210,15 @@ TEST_F(ListCtrlTest, HitTestGivesNoRowBelowTheLastRow) {
     const QRect last = grid().visualRect(grid().model()->index(4, 0));
     grid().HitTest(QPoint(last.center().x(), last.bottom() + 10), row, column);
     EXPECT_EQ(row, -1);
+
+    // Scrolling leaves an open editor where it was opened.
+    grid().AppendEmptyRows(200);
+    grid().BeginCellEdit(1, 1, 260);
+    const QRect opened = editor()->geometry();
+    grid().verticalScrollBar()->setValue(grid().verticalScrollBar()->value() + 5);
+    EXPECT_NE(grid().GetCellRect(1, 1), opened.translated(-grid().viewport()->pos()));
+    EXPECT_EQ(editor()->geometry(), opened);
+    EXPECT_TRUE(grid().IsCellEditOpen());
 }
 
 TEST_F(ListCtrlTest, BrowsingWritesTheChosenNamesAndKeepsTheCellOnCancel) {
