@@ -101,7 +101,6 @@ bool CZebQtUiService::OpenFiles(QWidget* parent, const ZebOpenFileRequest& reque
                                                : QFileDialog::AnyFile);
     dialog.setNameFilters(ZebNameFiltersFromFilter(request.filter));
     dialog.setDefaultSuffix(ToQ(request.defaultExtension));
-    dialog.setOption(QFileDialog::ReadOnly, false);
     if (dialog.exec() != QDialog::Accepted) return false;
     paths.clear();
     for (const QString& file : dialog.selectedFiles()) paths.push_back(file.toStdWString());

@@ -16,6 +16,7 @@ struct ZebOpenFileRequest {
     std::wstring defaultExtension;
     bool multiSelect = false;
     bool fileMustExist = true;
+    // Qt's chooser never offers a read-only box; callers still state it for the record.
     bool hideReadOnly = true;
 };
 
