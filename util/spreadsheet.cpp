@@ -1,0 +1,223 @@
+#include "util/spreadsheet.h"
+
+#include <dlfcn.h>
+
+#include <cwctype>
+
+#include "framework/location_helper.h"
+#include "framework/resource_library.h"
+#include "framework/text_convert.h"
+#include "module/assembly_rules_app.h"
+#include "util/biff_reader.h"
+#include "util/open_xml_reader.h"
+#include "util/texts.h"
+
+namespace {
+constexpr unsigned kTextNotReadable = 6085;
+constexpr unsigned kTextCannotStart = 6086;
+constexpr unsigned kTextEmptyColumns = 6088;
+
+// Row limit of the module's lifetime; 0 means none yet.
+int g_rowLimit = 0;
+
+// 0-based index of a column letter, or -1 when the letter names no column of a sheet.
+int ColumnIndex(const std::wstring& letter) {
+    if (letter.empty() || letter.size() > 3) return -1;
+    int index = 0;
+    for (wchar_t c : letter) {
+        const wchar_t upper = static_cast<wchar_t>(std::towupper(c));
+        if (upper < L'A' || upper > L'Z') return -1;
+        index = index * 26 + (upper - L'A' + 1);
+    }
+    return index <= static_cast<int>(kMaxSheetColumns) ? index - 1 : -1;
+}
+
+bool IsColumnA(const std::wstring& letter) { return letter.size() == 1 && std::towupper(letter[0]) == L'A'; }
+
+bool EndsWith(const std::wstring& text, const std::wstring& tail) {
+    return !tail.empty() && text.size() >= tail.size() &&
+           text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
+}
+
+// Collects the texts of the requested columns by row, converted as each column's kind asks.
+class ColumnCollector : public CSheetCellSink {
+public:
+    explicit ColumnCollector(const std::vector<SpreadsheetColumn>& columns)
+        : m_columns(columns), m_cells(columns.size()), m_separator(UserDecimalSeparator()) {
+        m_request.wanted.assign(kMaxSheetColumns, false);
+        m_slotsOfColumn.resize(kMaxSheetColumns);
+        for (size_t i = 0; i < columns.size(); ++i) {
+            const int index = ColumnIndex(columns[i].letter);
+            if (index < 0) continue;
+            m_request.wanted[index] = true;
+            m_slotsOfColumn[index].push_back(i);
+        }
+    }
+
+    const SheetRequest& Request() const { return m_request; }
+    std::vector<std::wstring>& CellsOf(size_t slot) { return m_cells[slot]; }
+
+    void Cell(uint32_t column, uint32_t row, CellKind kind, double number, std::string_view text) override {
+        if (column >= m_slotsOfColumn.size()) return;
+        for (size_t slot : m_slotsOfColumn[column]) {
+            std::vector<std::wstring>& cells = m_cells[slot];
+            if (cells.size() <= row) cells.resize(row + 1);
+            cells[row] = CellText(kind, number, text, m_columns[slot].kind);
+        }
+    }
+
+private:
+    std::wstring CellText(CellKind kind, double number, std::string_view text, int32_t columnKind) const {
+        if (kind == CellKind::Text) return FromUtf8(text);
+        if (kind != CellKind::Number) return {};
+        if (columnKind == kSpreadsheetDecimalColumn) return FormatTrimmedNumber(number, m_separator);
+        // Plain columns show whole numbers without a decimal point: 12.0 reads as 12.
+        std::wstring plain = FormatFixedTrimmed(number);
+        if (EndsWith(plain, m_separator))
+            while (!plain.empty() && plain.back() == L'.') plain.pop_back();
+        return plain;
+    }
+
+    const std::vector<SpreadsheetColumn>& m_columns;
+    std::vector<std::vector<std::wstring>> m_cells;  // by request slot, then 0-based row
+    std::vector<std::vector<size_t>> m_slotsOfColumn;
+    SheetRequest m_request;
+    std::wstring m_separator;
+};
+
+std::wstring CellAt(const std::vector<std::wstring>& cells, uint32_t row) {
+    return row < cells.size() ? cells[row] : std::wstring();
+}
+
+// One column read the usual way: column "A" runs to its first empty cell and sets the row limit;
+// other columns stop where the limit says, or at the sheet's last used row when there is none.
+std::list<std::wstring> TakeColumn(const SpreadsheetColumn& column, const std::vector<std::wstring>& cells,
+                                   uint32_t usedRows, int& rowLimit) {
+    std::list<std::wstring> texts;
+    if (ColumnIndex(column.letter) < 0) return texts;
+    const bool isA = IsColumnA(column.letter);
+    for (uint32_t row = 1; row <= kMaxSheetRows; ++row) {
+        const int64_t advanced = int64_t(row) + 1;
+        std::wstring text = TrimBlanks(CellAt(cells, row - 1));
+        if (isA) {
+            if (text.empty()) {
+                rowLimit = static_cast<int>(advanced);
+                break;
+            }
+        } else if (rowLimit != 0 ? advanced >= rowLimit : row > usedRows) {
+            break;
+        }
+        texts.push_back(std::move(text));
+    }
+    return texts;
+}
+
+// Rows 1 to `count` of one column, untrimmed; false when the column cannot be addressed.
+bool TakeFixedRun(const SpreadsheetColumn& column, const std::vector<std::wstring>& cells, int count,
+                  std::list<std::wstring>& texts) {
+    if (ColumnIndex(column.letter) < 0 || count > static_cast<int>(kMaxSheetRows)) return false;
+    for (int row = 0; row < count; ++row) texts.push_back(CellAt(cells, static_cast<uint32_t>(row)));
+    return true;
+}
+
+// Reads the requested columns' cells; 0 or the id of the error text.
+unsigned CollectCells(const std::wstring& path, bool openXmlOnly, ColumnCollector& collector, SheetExtent& extent) {
+    const std::string file = ToUtf8(path);
+    SheetReadStatus status = SheetReadStatus::NotReadable;
+    if (LooksLikeZip(file))
+        status = ReadOpenXmlSheet(file, collector.Request(), collector, extent);
+    else if (!openXmlOnly && LooksLikeCompoundFile(file))
+        status = ReadBiffSheet(file, collector.Request(), collector, extent);
+    switch (status) {
+    case SheetReadStatus::Ok:
+        return 0;
+    case SheetReadStatus::CannotStart:
+        return kTextCannotStart;
+    default:
+        return kTextNotReadable;
+    }
+}
+
+bool CallReaderLibrary(const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
+                       SpreadsheetTable& table, std::wstring& error) {
+    const std::string library = ToUtf8(CLocationHelper::GetLibraryFolder()) + "/" + kSpreadsheetLibraryName;
+    void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!handle) return false;
+    const auto read = reinterpret_cast<ReadExcelAndFillTableColByColFn>(dlsym(handle, kSpreadsheetEntryPoint));
+    const bool ok = read && read(path, columns, table, error);
+    dlclose(handle);
+    if (!ok) return false;
+    // The library keeps no state between calls; its column "A" sets the module's limit.
+    for (size_t i = 0; i < columns.size() && i < table.size(); ++i)
+        if (IsColumnA(columns[i].letter)) g_rowLimit = static_cast<int>(table[i].size()) + 2;
+    return true;
+}
+
+bool EndsWithXlsx(const std::wstring& path) { return path.size() >= 5 && path.compare(path.size() - 5, 5, L".xlsx") == 0; }
+}  // namespace
+
+unsigned ReadWorkbookTable(const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
+                           SpreadsheetTable& table, int& rowLimit, bool openXmlOnly) {
+    table.clear();
+    ColumnCollector collector(columns);
+    SheetExtent extent;
+    if (const unsigned error = CollectCells(path, openXmlOnly, collector, extent)) return error;
+    for (size_t i = 0; i < columns.size(); ++i) {
+        table.push_back(TakeColumn(columns[i], collector.CellsOf(i), extent.usedRows, rowLimit));
+        collector.CellsOf(i) = {};
+    }
+    return 0;
+}
+
+bool ReadSpreadsheet(const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
+                     SpreadsheetTable& table, std::wstring& error) {
+    error.clear();
+    if (EndsWithXlsx(path)) return CallReaderLibrary(path, columns, table, error);
+    if (const unsigned id = ReadWorkbookTable(path, columns, table, g_rowLimit, false)) {
+        table.clear();
+        error = LoadLocalizedString(id);
+        return false;
+    }
+    return true;
+}
+
+bool ReadSpreadsheetRows(const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
+                         SpreadsheetTable& table, std::wstring& error, int rowCount) {
+    error.clear();
+    if (EndsWithXlsx(path)) return CallReaderLibrary(path, columns, table, error);
+    table.clear();
+    ColumnCollector collector(columns);
+    SheetExtent extent;
+    if (const unsigned id = CollectCells(path, false, collector, extent)) {
+        error = LoadLocalizedString(id);
+        return false;
+    }
+    for (size_t i = 0; i < columns.size(); ++i) {
+        if (rowCount == 0 && i == 0) {
+            table.push_back(TakeColumn(columns[0], collector.CellsOf(0), extent.usedRows, g_rowLimit));
+            rowCount = IsColumnA(columns[0].letter) ? static_cast<int>(table[0].size()) : 0;
+            continue;
+        }
+        std::list<std::wstring> texts;
+        if (!TakeFixedRun(columns[i], collector.CellsOf(i), rowCount, texts)) {
+            table.clear();
+            return false;
+        }
+        table.push_back(std::move(texts));
+    }
+    return true;
+}
+
+bool CheckImportedColumns(const SpreadsheetTable& table, std::wstring& message) {
+    std::wstring numbers;
+    for (size_t i = 0; i < table.size(); ++i) {
+        if (!table[i].empty()) continue;
+        if (!numbers.empty()) numbers += L", ";
+        numbers += std::to_wstring(i + 1);
+    }
+    if (numbers.empty()) return true;
+    message = ZebFormatText(LoadLocalizedString(kTextEmptyColumns), {numbers});
+    return false;
+}
+
+int SpreadsheetRowLimit() { return g_rowLimit; }
