@@ -41,7 +41,12 @@ uint32_t Read32(std::string_view data, size_t at) { return Read16(data, at) | ui
 // The workbook stream of a compound file; false when there is none or it is too large.
 bool ReadWorkbookStream(const std::string& path, std::string& stream) {
     static std::once_flag gsfStarted;
-    std::call_once(gsfStarted, [] { gsf_init(); });
+    std::call_once(gsfStarted, [] {
+        gsf_init();
+        // Damaged files are reported to the user by the caller, not on the terminal.
+        g_log_set_handler("libgsf:msole", G_LOG_LEVEL_MASK, [](const gchar*, GLogLevelFlags, const gchar*, gpointer) {},
+                          nullptr);
+    });
     GObjectPtr<GsfInput> input{gsf_input_stdio_new(path.c_str(), nullptr)};
     if (!input.p) return false;
     GObjectPtr<GsfInfile> ole{gsf_infile_msole_new(input.p, nullptr)};
