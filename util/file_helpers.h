@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// The module's temporary folder "VantorTemp" in the user's temporary folder ($TMPDIR, else
+// /tmp), created for everyone to write in; no trailing separator.
+std::wstring GetModuleTempFolder();
+// True when the folder exists or could be created and a probe folder can be made inside it.
+bool IsFolderUsable(const std::wstring& path);
+
+// File-name helpers; "/" and "\" both separate folders.
+std::wstring GetFileNameFromPath(const std::wstring& path);
+// The file name cut before its first point.
+std::wstring GetBaseFileName(const std::wstring& path);
+bool ContainsNoCase(const std::wstring& text, const std::vector<std::wstring>& array);
+// File name of entry `index` of the database module list; empty outside the list.
+std::wstring GetDBModuleFileName(int index);
+
+// Log of an import in the module's temporary folder: <spreadsheet base name><suffix>. Leaves
+// `logPath` as it was when the spreadsheet path has no folder or its file name no point.
+void BuildImportLogPath(const std::wstring& spreadsheetPath, const std::wstring& logSuffix,
+                        std::wstring& logPath);
+// Writes one pass of an import log: the heading, then each entry followed by "\n". The first
+// pass empties the log, later passes append. Links at the log's place are never followed.
+bool WriteImportLogPass(const std::wstring& logPath, bool firstPass, const std::wstring& heading,
+                        const std::vector<std::wstring>& entries);
+
+// A new zero-terminated UTF-8 copy of the text in a buffer of at least 2 x length + 2 bytes;
+// the caller frees it with delete[].
+char* ToAnsiBuffer(const std::wstring& text);
+
+// Cuts `name` just behind its first ".prt" (else ".asm") and gives that extension; a name with
+// neither stays whole with an empty extension.
+void SplitComponentName(std::wstring& name, std::wstring& extension);
+// False when both names stand for the same component.
+bool ComponentNamesDiffer(const std::wstring& first, const std::wstring& second);
+
+// Reads a file property kept as the extended attribute "user.<property>". Returns 0 and sets
+// `value` when the property was read; otherwise a failure code, `value` unchanged.
+long ReadShellProperty(const std::wstring& path, const std::wstring& property, std::wstring& value);
+// `name` cut before its first point when the file's part type reads "Part"; else `name`.
+std::wstring GetPartDisplayName(const std::wstring& path, const std::wstring& name);
