@@ -10,6 +10,8 @@ struct StringTableRow {
     std::wstring Col2;
     std::wstring Col3;
     std::wstring Col4;
+
+    bool operator==(const StringTableRow&) const = default;
 };
 
 // Encodes tables of text rows into one string and back, and checks the preferred components table
