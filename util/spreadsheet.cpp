@@ -39,11 +39,39 @@ bool EndsWith(const std::wstring& text, const std::wstring& tail) {
            text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
 }
 
+// Texts of one requested column, kept in one pool so that a large sheet costs no allocation per
+// cell before the table is built.
+struct CollectedColumn {
+    std::wstring pool;
+    std::vector<std::pair<uint32_t, uint32_t>> spans;  // start and length in the pool, by 0-based row
+
+    std::wstring At(uint32_t row) const {
+        if (row >= spans.size()) return {};
+        std::wstring text(pool, spans[row].first, spans[row].second);
+        if (!text.empty() && (std::iswspace(text.front()) || std::iswspace(text.back()))) return TrimBlanks(text);
+        return text;
+    }
+    std::wstring Untrimmed(uint32_t row) const {
+        return row < spans.size() ? std::wstring(pool, spans[row].first, spans[row].second) : std::wstring();
+    }
+};
+
+// ASCII is widened in place; anything else goes through the framework's conversion.
+void AppendUtf8Text(std::wstring& out, std::string_view text) {
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (static_cast<unsigned char>(text[i]) >= 0x80) {
+            out += FromUtf8(text.substr(i));
+            return;
+        }
+        out += static_cast<wchar_t>(text[i]);
+    }
+}
+
 // Collects the texts of the requested columns by row, converted as each column's kind asks.
 class ColumnCollector : public CSheetCellSink {
 public:
     explicit ColumnCollector(const std::vector<SpreadsheetColumn>& columns)
-        : m_columns(columns), m_cells(columns.size()), m_separator(UserDecimalSeparator()) {
+        : m_columns(columns), m_collected(columns.size()), m_separator(UserDecimalSeparator()) {
         m_request.wanted.assign(kMaxSheetColumns, false);
         m_slotsOfColumn.resize(kMaxSheetColumns);
         for (size_t i = 0; i < columns.size(); ++i) {
@@ -55,50 +83,52 @@ public:
     }
 
     const SheetRequest& Request() const { return m_request; }
-    std::vector<std::wstring>& CellsOf(size_t slot) { return m_cells[slot]; }
+    CollectedColumn& Collected(size_t slot) { return m_collected[slot]; }
 
     void Cell(uint32_t column, uint32_t row, CellKind kind, double number, std::string_view text) override {
         if (column >= m_slotsOfColumn.size()) return;
         for (size_t slot : m_slotsOfColumn[column]) {
-            std::vector<std::wstring>& cells = m_cells[slot];
-            if (cells.size() <= row) cells.resize(row + 1);
-            cells[row] = CellText(kind, number, text, m_columns[slot].kind);
+            CollectedColumn& collected = m_collected[slot];
+            if (collected.spans.size() <= row) collected.spans.resize(row + 1);
+            const size_t start = collected.pool.size();
+            AppendCellText(collected.pool, kind, number, text, m_columns[slot].kind);
+            collected.spans[row] = {static_cast<uint32_t>(start), static_cast<uint32_t>(collected.pool.size() - start)};
         }
     }
 
 private:
-    std::wstring CellText(CellKind kind, double number, std::string_view text, int32_t columnKind) const {
-        if (kind == CellKind::Text) return FromUtf8(text);
-        if (kind != CellKind::Number) return {};
-        if (columnKind == kSpreadsheetDecimalColumn) return FormatTrimmedNumber(number, m_separator);
-        // Plain columns show whole numbers without a decimal point: 12.0 reads as 12.
-        std::wstring plain = FormatFixedTrimmed(number);
-        if (EndsWith(plain, m_separator))
-            while (!plain.empty() && plain.back() == L'.') plain.pop_back();
-        return plain;
+    void AppendCellText(std::wstring& out, CellKind kind, double number, std::string_view text,
+                        int32_t columnKind) const {
+        if (kind == CellKind::Text) {
+            AppendUtf8Text(out, text);
+        } else if (kind == CellKind::Number && columnKind == kSpreadsheetDecimalColumn) {
+            out += FormatTrimmedNumber(number, m_separator);
+        } else if (kind == CellKind::Number) {
+            // Plain columns show whole numbers without a decimal point: 12.0 reads as 12.
+            std::wstring plain = FormatFixedTrimmed(number);
+            if (EndsWith(plain, m_separator))
+                while (!plain.empty() && plain.back() == L'.') plain.pop_back();
+            out += plain;
+        }
     }
 
     const std::vector<SpreadsheetColumn>& m_columns;
-    std::vector<std::vector<std::wstring>> m_cells;  // by request slot, then 0-based row
+    std::vector<CollectedColumn> m_collected;  // by request slot
     std::vector<std::vector<size_t>> m_slotsOfColumn;
     SheetRequest m_request;
     std::wstring m_separator;
 };
 
-std::wstring CellAt(const std::vector<std::wstring>& cells, uint32_t row) {
-    return row < cells.size() ? cells[row] : std::wstring();
-}
-
 // One column read the usual way: column "A" runs to its first empty cell and sets the row limit;
 // other columns stop where the limit says, or at the sheet's last used row when there is none.
-std::list<std::wstring> TakeColumn(const SpreadsheetColumn& column, const std::vector<std::wstring>& cells,
+std::list<std::wstring> TakeColumn(const SpreadsheetColumn& column, const CollectedColumn& cells,
                                    uint32_t usedRows, int& rowLimit) {
     std::list<std::wstring> texts;
     if (ColumnIndex(column.letter) < 0) return texts;
     const bool isA = IsColumnA(column.letter);
     for (uint32_t row = 1; row <= kMaxSheetRows; ++row) {
         const int64_t advanced = int64_t(row) + 1;
-        std::wstring text = TrimBlanks(CellAt(cells, row - 1));
+        std::wstring text = cells.At(row - 1);
         if (isA) {
             if (text.empty()) {
                 rowLimit = static_cast<int>(advanced);
@@ -113,10 +143,10 @@ std::list<std::wstring> TakeColumn(const SpreadsheetColumn& column, const std::v
 }
 
 // Rows 1 to `count` of one column, untrimmed; false when the column cannot be addressed.
-bool TakeFixedRun(const SpreadsheetColumn& column, const std::vector<std::wstring>& cells, int count,
+bool TakeFixedRun(const SpreadsheetColumn& column, const CollectedColumn& cells, int count,
                   std::list<std::wstring>& texts) {
     if (ColumnIndex(column.letter) < 0 || count > static_cast<int>(kMaxSheetRows)) return false;
-    for (int row = 0; row < count; ++row) texts.push_back(CellAt(cells, static_cast<uint32_t>(row)));
+    for (int row = 0; row < count; ++row) texts.push_back(cells.Untrimmed(static_cast<uint32_t>(row)));
     return true;
 }
 
@@ -163,8 +193,8 @@ unsigned ReadWorkbookTable(const std::wstring& path, const std::vector<Spreadshe
     SheetExtent extent;
     if (const unsigned error = CollectCells(path, openXmlOnly, collector, extent)) return error;
     for (size_t i = 0; i < columns.size(); ++i) {
-        table.push_back(TakeColumn(columns[i], collector.CellsOf(i), extent.usedRows, rowLimit));
-        collector.CellsOf(i) = {};
+        table.push_back(TakeColumn(columns[i], collector.Collected(i), extent.usedRows, rowLimit));
+        collector.Collected(i) = {};
     }
     return 0;
 }
@@ -194,12 +224,12 @@ bool ReadSpreadsheetRows(const std::wstring& path, const std::vector<Spreadsheet
     }
     for (size_t i = 0; i < columns.size(); ++i) {
         if (rowCount == 0 && i == 0) {
-            table.push_back(TakeColumn(columns[0], collector.CellsOf(0), extent.usedRows, g_rowLimit));
+            table.push_back(TakeColumn(columns[0], collector.Collected(0), extent.usedRows, g_rowLimit));
             rowCount = IsColumnA(columns[0].letter) ? static_cast<int>(table[0].size()) : 0;
             continue;
         }
         std::list<std::wstring> texts;
-        if (!TakeFixedRun(columns[i], collector.CellsOf(i), rowCount, texts)) {
+        if (!TakeFixedRun(columns[i], collector.Collected(i), rowCount, texts)) {
             table.clear();
             return false;
         }
