@@ -17,6 +17,10 @@ constexpr uint64_t kMaxSmallPartBytes = 64ull * 1024 * 1024;
 // Longest single tag or text run the scanner holds at once.
 constexpr size_t kMaxTokenBytes = 16 * 1024 * 1024;
 constexpr size_t kChunkBytes = 64 * 1024;
+// Deepest element nesting accepted; workbook parts nest a handful of levels.
+constexpr size_t kMaxDepth = 256;
+// Most shared strings accepted: more than a sheet of the largest size can use in one column.
+constexpr size_t kMaxSharedStrings = 16u * 1024 * 1024;
 
 struct ZipCloser {
     void operator()(zip_t* zip) const { zip_discard(zip); }
@@ -294,7 +298,10 @@ private:
             if (m_sawRoot) return Error;
             m_sawRoot = true;
         }
-        if (!selfClosing) m_stack.emplace_back(fullName);
+        if (!selfClosing) {
+            if (m_stack.size() >= kMaxDepth) return Error;
+            m_stack.emplace_back(fullName);
+        }
         return Start;
     }
 
@@ -447,6 +454,7 @@ public:
             switch (xml.Next()) {
             case XmlScanner::Start:
                 if (xml.name == "si") {
+                    if (m_offsets.size() >= kMaxSharedStrings) return false;
                     current.clear();
                     if (xml.selfClosing) Add(current);
                 } else if (xml.name == "rPh" && !xml.selfClosing) {
@@ -482,11 +490,11 @@ public:
 
 private:
     void Add(const std::string& text) {
-        m_offsets.push_back(m_pool.size());
+        m_offsets.push_back(static_cast<uint32_t>(m_pool.size()));
         m_pool += text;
     }
     std::string m_pool;
-    std::vector<size_t> m_offsets;
+    std::vector<uint32_t> m_offsets;  // the pool stays below the entry cap
 };
 
 // "B12" to 0-based column 1 and row 11; false when the text is no cell reference in range.

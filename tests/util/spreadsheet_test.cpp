@@ -109,6 +109,12 @@ std::map<std::string, std::string> HandWrittenPackage(const std::string& activeS
     };
 }
 
+std::string Repeat(const std::string& text, int count) {
+    std::string out;
+    for (int i = 0; i < count; ++i) out += text;
+    return out;
+}
+
 class SpreadsheetTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -299,6 +305,7 @@ TEST_F(SpreadsheetTest, DamagedAndHostileFilesGiveTheErrorText) {
         {"doctype", "<!DOCTYPE worksheet [<!ENTITY a 'aaaa'>]>" + head + "</row></sheetData></worksheet>"},
         {"row out of range", R"(<worksheet><sheetData><row r="1048577"/></sheetData></worksheet>)"},
         {"cell out of range", R"(<worksheet><sheetData><row><c r="XFE1"/></row></sheetData></worksheet>)"},
+        {"nested too deep", Repeat("<a>", 300) + Repeat("</a>", 300)},
     };
     for (const auto& [what, xml] : broken) {
         WriteZip(m_dir / "broken.XLSX", HandWrittenPackage(xml));
