@@ -8,7 +8,7 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${BUILD_DIR:-$root/build}
 work=${VANTOR_SHEETJS_DIR:-${TMPDIR:-/tmp}/vantor-sheetjs}
-bench=$build/bin/sheet_bench
+bench=$build/bench/sheet_bench
 [ -x "$bench" ] || { echo "build sheet_bench first ($bench)" >&2; exit 1; }
 
 mkdir -p "$work"

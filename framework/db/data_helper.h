@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+#include "database/database_collector.h"
+#include "framework/vantor_export.h"
+
+namespace zeb_db {
+
+// Entry to the database service. The database is one SQLite file, "vantor.sqlite", in the
+// database folder.
+class VANTOR_FW_API ZEBDataHelper {
+public:
+    // The service on the database of the current folder, or null (with a message on standard
+    // error) when the folder cannot be used or its file is not a sound database of ours. The
+    // service stays valid until the process ends; fetch it again at each use, because the folder
+    // can change between uses.
+    static IDatabaseCollector* getInstance();
+
+    // VANTOR_DATABASE_DIR when set and not empty, else $XDG_DATA_HOME/vantor, else
+    // ~/.local/share/vantor. Trailing separators removed.
+    static std::wstring GetDatabaseFolder();
+    static std::wstring GetDatabaseFile();
+};
+
+}  // namespace zeb_db

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "database/database_collector.h"
+
+namespace zeb_db {
+
+// The database service on one SQLite file. Every operation is one transaction; writers take the
+// write lock at the start (BEGIN IMMEDIATE) and wait for each other through the busy timeout.
+class SqliteDatabase final : public IDatabaseCollector {
+public:
+    // Opens or creates the file and brings its schema up to date. Null, with the reason in
+    // `error`, when the file is not a sound database of ours; such a file is not written to.
+    static std::unique_ptr<SqliteDatabase> Open(const std::wstring& path, std::string& error);
+    ~SqliteDatabase() override;
+
+    // Forgets the connection without closing it: a forked child must not close its parent's
+    // connection, whose locks belong to the parent.
+    void Abandon() { db_ = nullptr; }
+
+    int32_t MaterialExistsInGroup(const std::wstring& material, const std::wstring& group,
+                                  int32_t reserved) override;
+    int32_t GetMaterialPairs(ZebMaterialPairList& pairs, int32_t reserved) override;
+    int32_t AddMaterial(const std::wstring& group, const std::wstring& material,
+                        int32_t reserved) override;
+    int32_t DeleteMaterial(const std::wstring& group, const std::wstring& material,
+                           int32_t reserved) override;
+    int32_t UndoAddedMaterials(const ZebMaterialPairList& added, int32_t reserved) override;
+    int32_t UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t reserved) override;
+    int32_t GetMaterialGroups(std::list<std::wstring>& groups, int32_t reserved) override;
+    int32_t GetGroupMaterials(const std::wstring& group, std::wstring& materials,
+                              int32_t reserved) override;
+    int32_t CheckMaterialUse(const std::wstring& material, const std::wstring& group,
+                             int32_t reserved) override;
+    int32_t GetFastenerNames(std::list<std::wstring>& names) override;
+    int32_t GetAlternateFastenerNames(std::list<std::wstring>& names) override;
+    int32_t SetFastenerAttribute(const std::wstring& designation, const std::wstring& text) override;
+    int32_t AddFastenerName(const std::wstring& name) override;
+    int32_t DeleteFastenerName(const std::wstring& name) override;
+    int32_t RenameFastenerName(const std::wstring& oldName, const std::wstring& newName) override;
+    int32_t GetHardwareList(std::list<ZebHardwareRecord>& records) override;
+    int32_t GetInterferenceIgnoreList(std::list<std::wstring>& names) override;
+    int32_t SaveInterferenceIgnoreList(const std::list<std::wstring>& names) override;
+    int32_t GetAttributeData(const std::wstring& setName,
+                             std::map<std::wstring, std::wstring>& data) override;
+    int32_t AddHardwareRecord(ZebHardwareRecord& record) override;
+    int32_t UpdateHardwareRecord(const ZebHardwareRecord& record) override;
+    int32_t DeleteHardwareRecord(int64_t id) override;
+    int32_t GetThreadSizes(std::list<std::wstring>& threads) override;
+    int32_t GetDatabaseName(std::wstring& name) override;
+    std::wstring GetDatabasePath() const override { return path_; }
+
+private:
+    SqliteDatabase(sqlite3* db, std::wstring path) : db_(db), path_(std::move(path)) {}
+
+    // Runs `body` in one transaction. A failed SQLite call rolls back, is reported on standard
+    // error and gives -1; a write whose body returns non-zero is rolled back as well.
+    int32_t Read(const char* operation, const std::function<int32_t()>& body);
+    int32_t Write(const char* operation, const std::function<int32_t()>& body);
+    int32_t Transaction(const char* operation, bool write, const std::function<int32_t()>& body);
+
+    // Shared by the single changes and their undo. 0 stored, 5 already there.
+    int32_t InsertMaterial(const std::wstring& group, const std::wstring& material);
+    // True when the pair was stored; a group left empty goes too.
+    bool RemoveMaterial(const std::wstring& group, const std::wstring& material);
+    // A column of texts, in the query's order.
+    int32_t ReadTexts(const char* operation, const char* sql, std::list<std::wstring>& texts);
+
+    sqlite3* db_;
+    std::wstring path_;
+};
+
+}  // namespace zeb_db
