@@ -4,6 +4,7 @@
 
 #include <pugixml.hpp>
 
+#include <cctype>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
@@ -501,7 +502,8 @@ private:
 bool ParseCellReference(std::string_view ref, uint32_t& column, uint32_t& row) {
     size_t i = 0;
     uint32_t col = 0;
-    while (i < ref.size() && ref[i] >= 'A' && ref[i] <= 'Z' && i < 3) col = col * 26 + (ref[i++] - 'A' + 1);
+    for (; i < ref.size() && i < 3 && std::isalpha(static_cast<unsigned char>(ref[i])); ++i)
+        col = col * 26 + static_cast<uint32_t>(std::toupper(static_cast<unsigned char>(ref[i])) - 'A' + 1);
     uint32_t r = 0;
     const auto result = std::from_chars(ref.data() + i, ref.data() + ref.size(), r);
     if (col == 0 || col > kMaxSheetColumns || result.ec != std::errc() || result.ptr != ref.data() + ref.size() ||

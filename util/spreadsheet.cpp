@@ -17,6 +17,10 @@ constexpr unsigned kTextNotReadable = 6085;
 constexpr unsigned kTextCannotStart = 6086;
 constexpr unsigned kTextEmptyColumns = 6088;
 
+// Most characters one read collects (the 100,000-row benchmark sheet needs about 10 Mi): a shared
+// string named by many cells, or a number written out, turns a few bytes of sheet into much text.
+constexpr size_t kMaxCollectedChars = 32u * 1024 * 1024;
+
 // Row limit of the module's lifetime; 0 means none yet.
 int g_rowLimit = 0;
 
@@ -84,15 +88,18 @@ public:
 
     const SheetRequest& Request() const { return m_request; }
     CollectedColumn& Collected(size_t slot) { return m_collected[slot]; }
+    bool TooLarge() const { return m_collectedChars > kMaxCollectedChars; }
 
     void Cell(uint32_t column, uint32_t row, CellKind kind, double number, std::string_view text) override {
-        if (column >= m_slotsOfColumn.size()) return;
+        if (column >= m_slotsOfColumn.size() || TooLarge()) return;
         for (size_t slot : m_slotsOfColumn[column]) {
             CollectedColumn& collected = m_collected[slot];
             if (collected.spans.size() <= row) collected.spans.resize(row + 1);
             const size_t start = collected.pool.size();
             AppendCellText(collected.pool, kind, number, text, m_columns[slot].kind);
-            collected.spans[row] = {static_cast<uint32_t>(start), static_cast<uint32_t>(collected.pool.size() - start)};
+            const size_t length = collected.pool.size() - start;
+            collected.spans[row] = {static_cast<uint32_t>(start), static_cast<uint32_t>(length)};
+            m_collectedChars += length;
         }
     }
 
@@ -117,6 +124,7 @@ private:
     std::vector<std::vector<size_t>> m_slotsOfColumn;
     SheetRequest m_request;
     std::wstring m_separator;
+    size_t m_collectedChars = 0;
 };
 
 // One column read the usual way: column "A" runs to its first empty cell and sets the row limit;
@@ -160,7 +168,7 @@ unsigned CollectCells(const std::wstring& path, bool openXmlOnly, ColumnCollecto
         status = ReadBiffSheet(file, collector.Request(), collector, extent);
     switch (status) {
     case SheetReadStatus::Ok:
-        return 0;
+        return collector.TooLarge() ? kTextNotReadable : 0;
     case SheetReadStatus::CannotStart:
         return kTextCannotStart;
     default:

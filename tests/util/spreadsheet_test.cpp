@@ -383,6 +383,27 @@ TEST_F(SpreadsheetTest, AZipBombStopsAtTheEntryCap) {
     EXPECT_EQ(Refusal(path), LoadLocalizedString(6085));
 }
 
+TEST_F(SpreadsheetTest, TextThatWidensPastTheCapIsRefused) {
+    // One shared string of a million characters, named by many cells of a small sheet.
+    const auto package = [](int rows) {
+        std::map<std::string, std::string> parts = HandWrittenPackage(
+            "<worksheet><sheetData>" + Repeat("<row><c t=\"s\"><v>0</v></c></row>", rows) + "</sheetData></worksheet>");
+        parts["xl/sharedStrings.xml"] = "<sst><si><t>" + std::string(1 << 20, 'x') + "</t></si></sst>";
+        return parts;
+    };
+    WriteZip(m_dir / "wide.XLSX", package(40));
+    bool ok = true;
+    std::wstring error;
+    Read(m_dir / "wide.XLSX", Columns({L"A"}), &ok, &error);
+    EXPECT_FALSE(ok);
+    EXPECT_EQ(error, LoadLocalizedString(6085));
+    WriteZip(m_dir / "wide.XLSX", package(20));
+    const Table within = Read(m_dir / "wide.XLSX", Columns({L"A"}), &ok);
+    EXPECT_TRUE(ok);
+    ASSERT_EQ(within.size(), 1u);
+    EXPECT_EQ(within[0].size(), 20u);
+}
+
 TEST_F(SpreadsheetTest, RowsVariantAndEmptyColumnCheck) {
     const fs::path book = m_dir / "rows.XLSX";
     WriteXlsx(book, [](lxw_workbook*, lxw_worksheet* sheet) {
