@@ -18,8 +18,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <vector>
 #include <string>
+#include <vector>
 
 #include "framework/text_convert.h"
 #include "util/spreadsheet.h"
@@ -56,7 +56,8 @@ bool MakeXlsx(const std::string& path) {
 
 std::vector<SpreadsheetColumn> SixColumns() {
     std::vector<SpreadsheetColumn> columns;
-    for (const wchar_t* letter : {L"A", L"B", L"C", L"D", L"E", L"F"}) columns.push_back({letter, 0});
+    for (const wchar_t* letter : {L"A", L"B", L"C", L"D", L"E", L"F"})
+        columns.push_back({letter, 0});
     columns[2].kind = kSpreadsheetDecimalColumn;
     return columns;
 }
@@ -88,14 +89,16 @@ void PrintFigures(const char* label, const std::string& path) {
     if (child == 0) {
         const auto start = std::chrono::steady_clock::now();
         const size_t rows = ReadRows(path);
-        const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        const double seconds =
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         const double figures[2] = {static_cast<double>(rows), seconds};
         (void)!write(pipeFds[1], figures, sizeof figures);
         _exit(rows ? 0 : 1);
     }
     close(pipeFds[1]);
     double figures[2] = {0, 0};
-    const bool got = read(pipeFds[0], figures, sizeof figures) == static_cast<ssize_t>(sizeof figures);
+    const bool got =
+        read(pipeFds[0], figures, sizeof figures) == static_cast<ssize_t>(sizeof figures);
     close(pipeFds[0]);
     int status = 0;
     rusage usage{};
@@ -104,8 +107,8 @@ void PrintFigures(const char* label, const std::string& path) {
         std::printf("%s: read failed\n", label);
         return;
     }
-    std::printf("%s: %.0f rows x 6 columns in %.3f s: %.0f rows/s, peak memory %.1f MiB\n", label, figures[0],
-                figures[1], figures[0] / figures[1], usage.ru_maxrss / 1024.0);
+    std::printf("%s: %.0f rows x 6 columns in %.3f s: %.0f rows/s, peak memory %.1f MiB\n", label,
+                figures[0], figures[1], figures[0] / figures[1], usage.ru_maxrss / 1024.0);
     std::fflush(stdout);
 }
 
@@ -113,7 +116,8 @@ void BM_ReadXlsx(benchmark::State& state) {
     const std::string path = XlsxPath();
     size_t rows = 0;
     for (auto _ : state) rows = ReadRows(path);
-    state.counters["rows/s"] = benchmark::Counter(static_cast<double>(rows), benchmark::Counter::kIsIterationInvariantRate);
+    state.counters["rows/s"] = benchmark::Counter(static_cast<double>(rows),
+                                                  benchmark::Counter::kIsIterationInvariantRate);
 }
 BENCHMARK(BM_ReadXlsx)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 
@@ -125,7 +129,8 @@ void BM_ReadXls(benchmark::State& state) {
     }
     size_t rows = 0;
     for (auto _ : state) rows = ReadRows(path);
-    state.counters["rows/s"] = benchmark::Counter(static_cast<double>(rows), benchmark::Counter::kIsIterationInvariantRate);
+    state.counters["rows/s"] = benchmark::Counter(static_cast<double>(rows),
+                                                  benchmark::Counter::kIsIterationInvariantRate);
 }
 BENCHMARK(BM_ReadXls)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 }  // namespace
@@ -147,7 +152,8 @@ int main(int argc, char** argv) {
     if (std::filesystem::exists(XlsPath()))
         PrintFigures("xls (built-in reader)", XlsPath());
     else
-        std::printf("xls: skipped, %s is missing (bench/compare_sheetjs.sh writes it)\n", XlsPath().c_str());
+        std::printf("xls: skipped, %s is missing (bench/compare_sheetjs.sh writes it)\n",
+                    XlsPath().c_str());
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

@@ -34,7 +34,8 @@ int RunSheet(const std::vector<std::string>& args) {
     const bool ok = ReadSpreadsheet(FromUtf8(args[0]), columns, table, error);
     StopAssemblyRulesApp();
     if (!ok) {
-        std::fprintf(stderr, "%s\n", error.empty() ? "The spreadsheet could not be read." : ToUtf8(error).c_str());
+        std::fprintf(stderr, "%s\n",
+                     error.empty() ? "The spreadsheet could not be read." : ToUtf8(error).c_str());
         return 2;
     }
     std::vector<std::list<std::wstring>::const_iterator> next;
@@ -57,7 +58,8 @@ int RunSheet(const std::vector<std::string>& args) {
 }
 }  // namespace
 
-VANTOR_HOST_COMMAND(sheet, "sheet", "FILE COL[:4] ...",
-                    "Reads the named columns of a workbook as a dialog's import does and prints one\n"
-                    "line per row, columns separated by tabs; COL:4 marks a decimal column.",
-                    RunSheet);
+VANTOR_HOST_COMMAND(
+    sheet, "sheet", "FILE COL[:4] ...",
+    "Reads the named columns of a workbook as a dialog's import does and prints one\n"
+    "line per row, columns separated by tabs; COL:4 marks a decimal column.",
+    RunSheet);

@@ -12,7 +12,8 @@ namespace {
 // The library has no application object of its own: its texts come straight from the
 // localized resource library, or the English one.
 std::wstring LoadErrorText(unsigned id) {
-    for (const std::wstring& folder : {CLocationHelper::GetLocalizedResPath(), CLocationHelper::GetDefaultResPath()}) {
+    for (const std::wstring& folder :
+         {CLocationHelper::GetLocalizedResPath(), CLocationHelper::GetDefaultResPath()}) {
         std::unique_ptr<CZebResourceLibrary> library(
             CZebResourceLibrary::Load(folder + L"/" + CZEBAssemblyRulesApp::kResourceFileName));
         bool found = false;
@@ -26,8 +27,8 @@ std::wstring LoadErrorText(unsigned id) {
 }  // namespace
 
 extern "C" __attribute__((visibility("default"))) bool ReadExcelAndFillTableColByCol(
-    const std::wstring& path, const std::vector<SpreadsheetColumn>& columns, SpreadsheetTable& table,
-    std::wstring& error) {
+    const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
+    SpreadsheetTable& table, std::wstring& error) {
     int rowLimit = 0;
     const unsigned id = ReadWorkbookTable(path, columns, table, rowLimit, true);
     if (id == 0) return true;

@@ -34,9 +34,12 @@ struct GObjectPtr {
 };
 
 uint16_t Read16(std::string_view data, size_t at) {
-    return static_cast<uint16_t>(static_cast<unsigned char>(data[at]) | static_cast<unsigned char>(data[at + 1]) << 8);
+    return static_cast<uint16_t>(static_cast<unsigned char>(data[at]) |
+                                 static_cast<unsigned char>(data[at + 1]) << 8);
 }
-uint32_t Read32(std::string_view data, size_t at) { return Read16(data, at) | uint32_t(Read16(data, at + 2)) << 16; }
+uint32_t Read32(std::string_view data, size_t at) {
+    return Read16(data, at) | uint32_t(Read16(data, at + 2)) << 16;
+}
 
 // The workbook stream of a compound file; false when there is none or it is too large.
 bool ReadWorkbookStream(const std::string& path, std::string& stream) {
@@ -44,8 +47,9 @@ bool ReadWorkbookStream(const std::string& path, std::string& stream) {
     std::call_once(gsfStarted, [] {
         gsf_init();
         // Damaged files are reported to the user by the caller, not on the terminal.
-        g_log_set_handler("libgsf:msole", G_LOG_LEVEL_MASK, [](const gchar*, GLogLevelFlags, const gchar*, gpointer) {},
-                          nullptr);
+        g_log_set_handler(
+            "libgsf:msole", G_LOG_LEVEL_MASK,
+            [](const gchar*, GLogLevelFlags, const gchar*, gpointer) {}, nullptr);
     });
     GObjectPtr<GsfInput> input{gsf_input_stdio_new(path.c_str(), nullptr)};
     if (!input.p) return false;
@@ -57,7 +61,8 @@ bool ReadWorkbookStream(const std::string& path, std::string& stream) {
     const gsf_off_t size = gsf_input_size(book.p);
     if (size <= 0 || static_cast<uint64_t>(size) > kMaxWorkbookStream) return false;
     stream.resize(static_cast<size_t>(size));
-    return gsf_input_read(book.p, stream.size(), reinterpret_cast<guint8*>(stream.data())) != nullptr;
+    return gsf_input_read(book.p, stream.size(), reinterpret_cast<guint8*>(stream.data())) !=
+           nullptr;
 }
 
 struct SheetEntry {
@@ -79,7 +84,8 @@ bool FindActiveSheet(std::string_view stream, unsigned& freexlIndex, uint32_t& s
         if (type == 0x000A) break;  // end of the globals
         if (type == 0x003D && length >= 12) activeTab = Read16(stream, body + 10);
         if (type == 0x0085 && length >= 6)
-            sheets.push_back({Read32(stream, body), static_cast<unsigned char>(stream[body + 5]) == 0});
+            sheets.push_back(
+                {Read32(stream, body), static_cast<unsigned char>(stream[body + 5]) == 0});
         at = body + length;
     }
     if (activeTab >= sheets.size() || !sheets[activeTab].worksheet) return false;
@@ -109,7 +115,8 @@ bool DeclaredSizeAcceptable(std::string_view stream, uint32_t sheetOffset) {
 }
 
 // Cells of the sheet that hold a boolean or an error: libfreexl hands them on as integers.
-std::set<std::pair<unsigned, unsigned>> BooleanAndErrorCells(std::string_view stream, uint32_t sheetOffset) {
+std::set<std::pair<unsigned, unsigned>> BooleanAndErrorCells(std::string_view stream,
+                                                             uint32_t sheetOffset) {
     std::set<std::pair<unsigned, unsigned>> cells;
     size_t at = sheetOffset;
     while (at + 4 <= stream.size()) {
@@ -117,7 +124,8 @@ std::set<std::pair<unsigned, unsigned>> BooleanAndErrorCells(std::string_view st
         const uint16_t length = Read16(stream, at + 2);
         const size_t body = at + 4;
         if (body + length > stream.size() || type == 0x000A) break;
-        if (type == 0x0205 && length >= 4) cells.emplace(Read16(stream, body), Read16(stream, body + 2));
+        if (type == 0x0205 && length >= 4)
+            cells.emplace(Read16(stream, body), Read16(stream, body + 2));
         at = body + length;
     }
     return cells;
@@ -134,7 +142,9 @@ int PaddedCopy(const std::string& stream) {
         if (!book.p) return -1;
         std::string padded = stream;
         padded.resize(kMiniStreamCutoff + 512, '\0');
-        if (!gsf_output_write(book.p, padded.size(), reinterpret_cast<const guint8*>(padded.data()))) return -1;
+        if (!gsf_output_write(book.p, padded.size(),
+                              reinterpret_cast<const guint8*>(padded.data())))
+            return -1;
         gsf_output_close(book.p);
         gsf_output_close(GSF_OUTPUT(ole.p));
     }
@@ -172,16 +182,18 @@ bool LooksLikeCompoundFile(const std::string& path) {
     return n == sizeof head && std::memcmp(head, kSignature, sizeof head) == 0;
 }
 
-SheetReadStatus ReadBiffSheet(const std::string& path, const SheetRequest& request, CSheetCellSink& sink,
-                              SheetExtent& extent) {
+SheetReadStatus ReadBiffSheet(const std::string& path, const SheetRequest& request,
+                              CSheetCellSink& sink, SheetExtent& extent) {
     std::string stream;
     if (!ReadWorkbookStream(path, stream)) return SheetReadStatus::NotReadable;
     unsigned sheetIndex = 0;
     uint32_t sheetOffset = 0;
-    if (!FindActiveSheet(stream, sheetIndex, sheetOffset) || !DeclaredSizeAcceptable(stream, sheetOffset))
+    if (!FindActiveSheet(stream, sheetIndex, sheetOffset) ||
+        !DeclaredSizeAcceptable(stream, sheetOffset))
         return SheetReadStatus::NotReadable;
 
-    const std::set<std::pair<unsigned, unsigned>> notNumbers = BooleanAndErrorCells(stream, sheetOffset);
+    const std::set<std::pair<unsigned, unsigned>> notNumbers =
+        BooleanAndErrorCells(stream, sheetOffset);
     std::string openPath = path;
     int copy = -1;
     if (stream.size() < kMiniStreamCutoff) {
@@ -196,11 +208,13 @@ SheetReadStatus ReadBiffSheet(const std::string& path, const SheetRequest& reque
     if (copy >= 0) close(copy);
     if (opened != FREEXL_OK) {
         xls.handle = nullptr;
-        return opened == FREEXL_INSUFFICIENT_MEMORY ? SheetReadStatus::CannotStart : SheetReadStatus::NotReadable;
+        return opened == FREEXL_INSUFFICIENT_MEMORY ? SheetReadStatus::CannotStart
+                                                    : SheetReadStatus::NotReadable;
     }
     unsigned rows = 0;
     unsigned short columns = 0;
-    if (freexl_select_active_worksheet(xls.handle, static_cast<unsigned short>(sheetIndex)) != FREEXL_OK ||
+    if (freexl_select_active_worksheet(xls.handle, static_cast<unsigned short>(sheetIndex)) !=
+            FREEXL_OK ||
         freexl_worksheet_dimensions(xls.handle, &rows, &columns) != FREEXL_OK)
         return SheetReadStatus::NotReadable;
     if (rows > kMaxSheetRows) rows = kMaxSheetRows;
@@ -215,23 +229,24 @@ SheetReadStatus ReadBiffSheet(const std::string& path, const SheetRequest& reque
                 continue;
             }
             switch (cell.type) {
-            case FREEXL_CELL_INT:
-                sink.Cell(column, row, CellKind::Number, cell.value.int_value, {});
-                break;
-            case FREEXL_CELL_DOUBLE:
-                sink.Cell(column, row, CellKind::Number, cell.value.double_value, {});
-                break;
-            case FREEXL_CELL_TEXT:
-            case FREEXL_CELL_SST_TEXT:
-                sink.Cell(column, row, CellKind::Text, 0.0, cell.value.text_value ? cell.value.text_value : "");
-                break;
-            case FREEXL_CELL_DATE:
-            case FREEXL_CELL_DATETIME:
-            case FREEXL_CELL_TIME:
-                sink.Cell(column, row, CellKind::Other, 0.0, {});
-                break;
-            default:
-                break;
+                case FREEXL_CELL_INT:
+                    sink.Cell(column, row, CellKind::Number, cell.value.int_value, {});
+                    break;
+                case FREEXL_CELL_DOUBLE:
+                    sink.Cell(column, row, CellKind::Number, cell.value.double_value, {});
+                    break;
+                case FREEXL_CELL_TEXT:
+                case FREEXL_CELL_SST_TEXT:
+                    sink.Cell(column, row, CellKind::Text, 0.0,
+                              cell.value.text_value ? cell.value.text_value : "");
+                    break;
+                case FREEXL_CELL_DATE:
+                case FREEXL_CELL_DATETIME:
+                case FREEXL_CELL_TIME:
+                    sink.Cell(column, row, CellKind::Other, 0.0, {});
+                    break;
+                default:
+                    break;
             }
         }
     }

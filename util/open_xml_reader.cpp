@@ -2,13 +2,12 @@
 
 #include <zip.h>
 
-#include <pugixml.hpp>
-
 #include <cctype>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <pugixml.hpp>
 #include <string_view>
 #include <vector>
 
@@ -114,18 +113,26 @@ void AppendXmlText(std::string& out, std::string_view raw) {
             continue;
         }
         const std::string_view ref = raw.substr(amp + 1, semi - amp - 1);
-        if (ref == "lt") out += '<';
-        else if (ref == "gt") out += '>';
-        else if (ref == "amp") out += '&';
-        else if (ref == "quot") out += '"';
-        else if (ref == "apos") out += '\'';
+        if (ref == "lt")
+            out += '<';
+        else if (ref == "gt")
+            out += '>';
+        else if (ref == "amp")
+            out += '&';
+        else if (ref == "quot")
+            out += '"';
+        else if (ref == "apos")
+            out += '\'';
         else if (ref.size() > 1 && ref[0] == '#') {
             const bool hex = ref[1] == 'x' || ref[1] == 'X';
             const std::string_view digits = ref.substr(hex ? 2 : 1);
             uint32_t code = 0;
-            const auto r = std::from_chars(digits.data(), digits.data() + digits.size(), code, hex ? 16 : 10);
-            if (r.ec == std::errc() && r.ptr == digits.data() + digits.size()) AppendUtf8(out, code);
-            else out.append(raw.substr(amp, semi - amp + 1));
+            const auto r =
+                std::from_chars(digits.data(), digits.data() + digits.size(), code, hex ? 16 : 10);
+            if (r.ec == std::errc() && r.ptr == digits.data() + digits.size())
+                AppendUtf8(out, code);
+            else
+                out.append(raw.substr(amp, semi - amp + 1));
         } else {
             out.append(raw.substr(amp, semi - amp + 1));
         }
@@ -142,7 +149,8 @@ std::string DecodeOoxmlEscapes(const std::string& text) {
     while (i < text.size()) {
         uint32_t code = 0;
         if (text.compare(i, 2, "_x") == 0 && i + 7 <= text.size() && text[i + 6] == '_' &&
-            std::from_chars(text.data() + i + 2, text.data() + i + 6, code, 16).ptr == text.data() + i + 6) {
+            std::from_chars(text.data() + i + 2, text.data() + i + 6, code, 16).ptr ==
+                text.data() + i + 6) {
             AppendUtf8(out, code);
             i += 7;
         } else {
@@ -157,7 +165,9 @@ bool FindAttribute(std::string_view attrs, std::string_view name, std::string_vi
     size_t i = 0;
     const size_t n = attrs.size();
     while (i < n) {
-        while (i < n && (attrs[i] == ' ' || attrs[i] == '\t' || attrs[i] == '\r' || attrs[i] == '\n')) ++i;
+        while (i < n &&
+               (attrs[i] == ' ' || attrs[i] == '\t' || attrs[i] == '\r' || attrs[i] == '\n'))
+            ++i;
         const size_t nameStart = i;
         while (i < n && attrs[i] != '=' && attrs[i] != ' ' && attrs[i] != '/') ++i;
         const std::string_view attrName = attrs.substr(nameStart, i - nameStart);
@@ -223,7 +233,7 @@ public:
     std::string_view name;   // local name of a Start or End tag
     std::string_view attrs;  // raw attribute text of a Start tag
     bool selfClosing = false;
-    std::string_view text;   // raw text; CDATA sections come verbatim
+    std::string_view text;  // raw text; CDATA sections come verbatim
     bool cdata = false;
 
 private:
@@ -259,7 +269,8 @@ private:
         text = std::string_view(m_buf).substr(m_pos, lt - m_pos);
         cdata = false;
         m_pos = lt;
-        if (m_stack.empty() && text.find_first_not_of(" \t\r\n") != std::string_view::npos) return Error;
+        if (m_stack.empty() && text.find_first_not_of(" \t\r\n") != std::string_view::npos)
+            return Error;
         return Text;
     }
     Kind ScanTag() {
@@ -342,7 +353,8 @@ std::string ResolveTarget(const std::string& sourcePart, const std::string& targ
 
 std::string RelsPartOf(const std::string& part) {
     const size_t slash = part.rfind('/');
-    const std::string folder = slash == std::string::npos ? std::string() : part.substr(0, slash + 1);
+    const std::string folder =
+        slash == std::string::npos ? std::string() : part.substr(0, slash + 1);
     const std::string file = slash == std::string::npos ? part : part.substr(slash + 1);
     return folder + "_rels/" + file + ".rels";
 }
@@ -408,7 +420,8 @@ bool IsDateFormatCode(std::string_view code) {
             if (end == std::string_view::npos) return false;
             const std::string_view inside = code.substr(i + 1, end - i - 1);
             // Elapsed time ([h], [mm], [ss]) is a time; colours and locales are not.
-            if (!inside.empty() && inside.find_first_not_of("hHmMsS") == std::string_view::npos) return true;
+            if (!inside.empty() && inside.find_first_not_of("hHmMsS") == std::string_view::npos)
+                return true;
             i = end;
         } else if (std::strchr("dDmMyYhHsS", c) && c != '\0') {
             return true;
@@ -418,7 +431,8 @@ bool IsDateFormatCode(std::string_view code) {
 }
 
 bool IsBuiltInDateFormat(unsigned id) {
-    return (id >= 14 && id <= 22) || (id >= 27 && id <= 36) || (id >= 45 && id <= 47) || (id >= 50 && id <= 58);
+    return (id >= 14 && id <= 22) || (id >= 27 && id <= 36) || (id >= 45 && id <= 47) ||
+           (id >= 50 && id <= 58);
 }
 
 // For each cell style index: whether it shows a date.
@@ -429,7 +443,8 @@ std::vector<bool> LoadDateStyles(zip_t* zip, const std::string& stylesPart) {
     const pugi::xml_node root = doc.document_element();
     std::vector<std::pair<unsigned, bool>> custom;
     for (pugi::xml_node fmt : ChildByLocalName(root, "numFmts").children())
-        custom.emplace_back(fmt.attribute("numFmtId").as_uint(), IsDateFormatCode(fmt.attribute("formatCode").value()));
+        custom.emplace_back(fmt.attribute("numFmtId").as_uint(),
+                            IsDateFormatCode(fmt.attribute("formatCode").value()));
     for (pugi::xml_node xf : ChildByLocalName(root, "cellXfs").children()) {
         const unsigned id = xf.attribute("numFmtId").as_uint();
         bool isDate = IsBuiltInDateFormat(id);
@@ -453,32 +468,37 @@ public:
         int phonetic = 0;
         for (;;) {
             switch (xml.Next()) {
-            case XmlScanner::Start:
-                if (xml.name == "si") {
-                    if (m_offsets.size() >= kMaxSharedStrings) return false;
-                    current.clear();
-                    if (xml.selfClosing) Add(current);
-                } else if (xml.name == "rPh" && !xml.selfClosing) {
-                    ++phonetic;
-                } else if (xml.name == "t") {
-                    inText = !xml.selfClosing;
-                }
-                break;
-            case XmlScanner::End:
-                if (xml.name == "si") Add(DecodeOoxmlEscapes(current));
-                else if (xml.name == "rPh") --phonetic;
-                else if (xml.name == "t") inText = false;
-                break;
-            case XmlScanner::Text:
-                if (inText && phonetic == 0) {
-                    if (xml.cdata) current.append(xml.text);
-                    else AppendXmlText(current, xml.text);
-                }
-                break;
-            case XmlScanner::Done:
-                return true;
-            case XmlScanner::Error:
-                return false;
+                case XmlScanner::Start:
+                    if (xml.name == "si") {
+                        if (m_offsets.size() >= kMaxSharedStrings) return false;
+                        current.clear();
+                        if (xml.selfClosing) Add(current);
+                    } else if (xml.name == "rPh" && !xml.selfClosing) {
+                        ++phonetic;
+                    } else if (xml.name == "t") {
+                        inText = !xml.selfClosing;
+                    }
+                    break;
+                case XmlScanner::End:
+                    if (xml.name == "si")
+                        Add(DecodeOoxmlEscapes(current));
+                    else if (xml.name == "rPh")
+                        --phonetic;
+                    else if (xml.name == "t")
+                        inText = false;
+                    break;
+                case XmlScanner::Text:
+                    if (inText && phonetic == 0) {
+                        if (xml.cdata)
+                            current.append(xml.text);
+                        else
+                            AppendXmlText(current, xml.text);
+                    }
+                    break;
+                case XmlScanner::Done:
+                    return true;
+                case XmlScanner::Error:
+                    return false;
             }
         }
     }
@@ -503,11 +523,12 @@ bool ParseCellReference(std::string_view ref, uint32_t& column, uint32_t& row) {
     size_t i = 0;
     uint32_t col = 0;
     for (; i < ref.size() && i < 3 && std::isalpha(static_cast<unsigned char>(ref[i])); ++i)
-        col = col * 26 + static_cast<uint32_t>(std::toupper(static_cast<unsigned char>(ref[i])) - 'A' + 1);
+        col = col * 26 +
+              static_cast<uint32_t>(std::toupper(static_cast<unsigned char>(ref[i])) - 'A' + 1);
     uint32_t r = 0;
     const auto result = std::from_chars(ref.data() + i, ref.data() + ref.size(), r);
-    if (col == 0 || col > kMaxSheetColumns || result.ec != std::errc() || result.ptr != ref.data() + ref.size() ||
-        r == 0 || r > kMaxSheetRows)
+    if (col == 0 || col > kMaxSheetColumns || result.ec != std::errc() ||
+        result.ptr != ref.data() + ref.size() || r == 0 || r > kMaxSheetRows)
         return false;
     column = col - 1;
     row = r - 1;
@@ -521,12 +542,12 @@ bool ParseUnsigned(std::string_view text, uint32_t& value) {
 
 // Streams the sheet's cells to the sink, only the requested columns in full.
 SheetReadStatus ScanSheet(zip_t* zip, const std::string& part, const SharedStrings& strings,
-                          const std::vector<bool>& dateStyles, const SheetRequest& request, CSheetCellSink& sink,
-                          SheetExtent& extent) {
+                          const std::vector<bool>& dateStyles, const SheetRequest& request,
+                          CSheetCellSink& sink, SheetExtent& extent) {
     ZipEntryStream in(zip, part, kMaxZipEntryBytes);
     if (!in.IsOpen()) return SheetReadStatus::NotReadable;
     XmlScanner xml(in);
-    uint32_t row = 0;       // 1-based row of the current <row>; 0 before the first
+    uint32_t row = 0;  // 1-based row of the current <row>; 0 before the first
     uint32_t nextColumn = 0;
     // The cell being read.
     bool inCell = false, wanted = false, inValue = false, inInline = false, inText = false;
@@ -540,8 +561,10 @@ SheetReadStatus ScanSheet(zip_t* zip, const std::string& part, const SharedStrin
         if (kind == XmlScanner::Done) return SheetReadStatus::Ok;
         if (kind == XmlScanner::Text) {
             if (wanted && (inValue || (inInline && inText && phonetic == 0))) {
-                if (xml.cdata) value.append(xml.text);
-                else AppendXmlText(value, xml.text);
+                if (xml.cdata)
+                    value.append(xml.text);
+                else
+                    AppendXmlText(value, xml.text);
             }
             continue;
         }
@@ -562,7 +585,8 @@ SheetReadStatus ScanSheet(zip_t* zip, const std::string& part, const SharedStrin
             } else if (name == "c") {
                 std::string_view ref;
                 if (FindAttribute(xml.attrs, "r", ref)) {
-                    if (!ParseCellReference(ref, cellColumn, cellRow)) return SheetReadStatus::NotReadable;
+                    if (!ParseCellReference(ref, cellColumn, cellRow))
+                        return SheetReadStatus::NotReadable;
                 } else {
                     if (nextColumn >= kMaxSheetColumns) return SheetReadStatus::NotReadable;
                     cellColumn = nextColumn;
@@ -581,22 +605,30 @@ SheetReadStatus ScanSheet(zip_t* zip, const std::string& part, const SharedStrin
                 std::string_view t, s;
                 type = FindAttribute(xml.attrs, "t", t) ? std::string(t) : std::string("n");
                 uint32_t style = 0;
-                isDate = FindAttribute(xml.attrs, "s", s) && ParseUnsigned(s, style) && style < dateStyles.size() &&
-                         dateStyles[style];
+                isDate = FindAttribute(xml.attrs, "s", s) && ParseUnsigned(s, style) &&
+                         style < dateStyles.size() && dateStyles[style];
                 value.clear();
             } else if (inCell && wanted && !xml.selfClosing) {
-                if (name == "v") inValue = true;
-                else if (name == "is") inInline = true;
-                else if (name == "t") inText = true;
-                else if (name == "rPh") ++phonetic;
+                if (name == "v")
+                    inValue = true;
+                else if (name == "is")
+                    inInline = true;
+                else if (name == "t")
+                    inText = true;
+                else if (name == "rPh")
+                    ++phonetic;
             }
             continue;
         }
         // End tags.
-        if (name == "v") inValue = false;
-        else if (name == "is") inInline = false;
-        else if (name == "t") inText = false;
-        else if (name == "rPh") --phonetic;
+        if (name == "v")
+            inValue = false;
+        else if (name == "is")
+            inInline = false;
+        else if (name == "t")
+            inText = false;
+        else if (name == "rPh")
+            --phonetic;
         else if (name == "c" && inCell) {
             inCell = false;
             if (!wanted) continue;
@@ -636,11 +668,12 @@ bool LooksLikeZip(const std::string& path) {
     return n == 4 && head[0] == 'P' && head[1] == 'K' && head[2] == 3 && head[3] == 4;
 }
 
-SheetReadStatus ReadOpenXmlSheet(const std::string& path, const SheetRequest& request, CSheetCellSink& sink,
-                                 SheetExtent& extent) {
+SheetReadStatus ReadOpenXmlSheet(const std::string& path, const SheetRequest& request,
+                                 CSheetCellSink& sink, SheetExtent& extent) {
     int error = 0;
     ZipPtr zip(zip_open(path.c_str(), ZIP_RDONLY, &error));
-    if (!zip) return error == ZIP_ER_MEMORY ? SheetReadStatus::CannotStart : SheetReadStatus::NotReadable;
+    if (!zip)
+        return error == ZIP_ER_MEMORY ? SheetReadStatus::CannotStart : SheetReadStatus::NotReadable;
 
     // The package's main part, then its active sheet.
     std::string workbookPart = LoadRelationships(zip.get(), "").TargetOfType("/officeDocument");
@@ -648,8 +681,9 @@ SheetReadStatus ReadOpenXmlSheet(const std::string& path, const SheetRequest& re
     pugi::xml_document workbook;
     if (!LoadXmlPart(zip.get(), workbookPart, workbook)) return SheetReadStatus::NotReadable;
     const pugi::xml_node root = workbook.document_element();
-    const unsigned activeTab =
-        ChildByLocalName(ChildByLocalName(root, "bookViews"), "workbookView").attribute("activeTab").as_uint(0);
+    const unsigned activeTab = ChildByLocalName(ChildByLocalName(root, "bookViews"), "workbookView")
+                                   .attribute("activeTab")
+                                   .as_uint(0);
     pugi::xml_node sheet;
     unsigned index = 0;
     for (pugi::xml_node candidate : ChildByLocalName(root, "sheets").children()) {
@@ -668,7 +702,8 @@ SheetReadStatus ReadOpenXmlSheet(const std::string& path, const SheetRequest& re
     if (sheetPart.empty()) return SheetReadStatus::NotReadable;
 
     SharedStrings strings;
-    if (!strings.Load(zip.get(), rels.TargetOfType("/sharedStrings"))) return SheetReadStatus::NotReadable;
+    if (!strings.Load(zip.get(), rels.TargetOfType("/sharedStrings")))
+        return SheetReadStatus::NotReadable;
     const std::vector<bool> dateStyles = LoadDateStyles(zip.get(), rels.TargetOfType("/styles"));
     return ScanSheet(zip.get(), sheetPart, strings, dateStyles, request, sink, extent);
 }

@@ -21,13 +21,14 @@ enum class CellKind {
 class CSheetCellSink {
 public:
     virtual ~CSheetCellSink() = default;
-    virtual void Cell(uint32_t column, uint32_t row, CellKind kind, double number, std::string_view text) = 0;
+    virtual void Cell(uint32_t column, uint32_t row, CellKind kind, double number,
+                      std::string_view text) = 0;
 };
 
 enum class SheetReadStatus {
     Ok,
-    NotReadable,     // not a workbook these readers know, damaged, or no sheet
-    CannotStart,     // the reader could not be set up (memory, temporary copy)
+    NotReadable,  // not a workbook these readers know, damaged, or no sheet
+    CannotStart,  // the reader could not be set up (memory, temporary copy)
 };
 
 // Which columns a reader delivers: wanted[c] for 0-based column c.

@@ -36,7 +36,9 @@ int ColumnIndex(const std::wstring& letter) {
     return index <= static_cast<int>(kMaxSheetColumns) ? index - 1 : -1;
 }
 
-bool IsColumnA(const std::wstring& letter) { return letter.size() == 1 && std::towupper(letter[0]) == L'A'; }
+bool IsColumnA(const std::wstring& letter) {
+    return letter.size() == 1 && std::towupper(letter[0]) == L'A';
+}
 
 bool EndsWith(const std::wstring& text, const std::wstring& tail) {
     return !tail.empty() && text.size() >= tail.size() &&
@@ -47,16 +49,19 @@ bool EndsWith(const std::wstring& text, const std::wstring& tail) {
 // cell before the table is built.
 struct CollectedColumn {
     std::wstring pool;
-    std::vector<std::pair<uint32_t, uint32_t>> spans;  // start and length in the pool, by 0-based row
+    std::vector<std::pair<uint32_t, uint32_t>>
+        spans;  // start and length in the pool, by 0-based row
 
     std::wstring At(uint32_t row) const {
         if (row >= spans.size()) return {};
         std::wstring text(pool, spans[row].first, spans[row].second);
-        if (!text.empty() && (std::iswspace(text.front()) || std::iswspace(text.back()))) return TrimBlanks(text);
+        if (!text.empty() && (std::iswspace(text.front()) || std::iswspace(text.back())))
+            return TrimBlanks(text);
         return text;
     }
     std::wstring Untrimmed(uint32_t row) const {
-        return row < spans.size() ? std::wstring(pool, spans[row].first, spans[row].second) : std::wstring();
+        return row < spans.size() ? std::wstring(pool, spans[row].first, spans[row].second)
+                                  : std::wstring();
     }
 };
 
@@ -90,7 +95,8 @@ public:
     CollectedColumn& Collected(size_t slot) { return m_collected[slot]; }
     bool TooLarge() const { return m_collectedChars > kMaxCollectedChars; }
 
-    void Cell(uint32_t column, uint32_t row, CellKind kind, double number, std::string_view text) override {
+    void Cell(uint32_t column, uint32_t row, CellKind kind, double number,
+              std::string_view text) override {
         if (column >= m_slotsOfColumn.size() || TooLarge()) return;
         for (size_t slot : m_slotsOfColumn[column]) {
             CollectedColumn& collected = m_collected[slot];
@@ -154,12 +160,14 @@ std::list<std::wstring> TakeColumn(const SpreadsheetColumn& column, const Collec
 bool TakeFixedRun(const SpreadsheetColumn& column, const CollectedColumn& cells, int count,
                   std::list<std::wstring>& texts) {
     if (ColumnIndex(column.letter) < 0 || count > static_cast<int>(kMaxSheetRows)) return false;
-    for (int row = 0; row < count; ++row) texts.push_back(cells.Untrimmed(static_cast<uint32_t>(row)));
+    for (int row = 0; row < count; ++row)
+        texts.push_back(cells.Untrimmed(static_cast<uint32_t>(row)));
     return true;
 }
 
 // Reads the requested columns' cells; 0 or the id of the error text.
-unsigned CollectCells(const std::wstring& path, bool openXmlOnly, ColumnCollector& collector, SheetExtent& extent) {
+unsigned CollectCells(const std::wstring& path, bool openXmlOnly, ColumnCollector& collector,
+                      SheetExtent& extent) {
     const std::string file = ToUtf8(path);
     SheetReadStatus status = SheetReadStatus::NotReadable;
     if (LooksLikeZip(file))
@@ -167,21 +175,23 @@ unsigned CollectCells(const std::wstring& path, bool openXmlOnly, ColumnCollecto
     else if (!openXmlOnly && LooksLikeCompoundFile(file))
         status = ReadBiffSheet(file, collector.Request(), collector, extent);
     switch (status) {
-    case SheetReadStatus::Ok:
-        return collector.TooLarge() ? kTextNotReadable : 0;
-    case SheetReadStatus::CannotStart:
-        return kTextCannotStart;
-    default:
-        return kTextNotReadable;
+        case SheetReadStatus::Ok:
+            return collector.TooLarge() ? kTextNotReadable : 0;
+        case SheetReadStatus::CannotStart:
+            return kTextCannotStart;
+        default:
+            return kTextNotReadable;
     }
 }
 
 bool CallReaderLibrary(const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
                        SpreadsheetTable& table, std::wstring& error) {
-    const std::string library = ToUtf8(CLocationHelper::GetLibraryFolder()) + "/" + kSpreadsheetLibraryName;
+    const std::string library =
+        ToUtf8(CLocationHelper::GetLibraryFolder()) + "/" + kSpreadsheetLibraryName;
     void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle) return false;
-    const auto read = reinterpret_cast<ReadExcelAndFillTableColByColFn>(dlsym(handle, kSpreadsheetEntryPoint));
+    const auto read =
+        reinterpret_cast<ReadExcelAndFillTableColByColFn>(dlsym(handle, kSpreadsheetEntryPoint));
     const bool ok = read && read(path, columns, table, error);
     dlclose(handle);
     if (!ok) return false;
@@ -191,7 +201,9 @@ bool CallReaderLibrary(const std::wstring& path, const std::vector<SpreadsheetCo
     return true;
 }
 
-bool EndsWithXlsx(const std::wstring& path) { return path.size() >= 5 && path.compare(path.size() - 5, 5, L".xlsx") == 0; }
+bool EndsWithXlsx(const std::wstring& path) {
+    return path.size() >= 5 && path.compare(path.size() - 5, 5, L".xlsx") == 0;
+}
 }  // namespace
 
 unsigned ReadWorkbookTable(const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
@@ -232,7 +244,8 @@ bool ReadSpreadsheetRows(const std::wstring& path, const std::vector<Spreadsheet
     }
     for (size_t i = 0; i < columns.size(); ++i) {
         if (rowCount == 0 && i == 0) {
-            table.push_back(TakeColumn(columns[0], collector.Collected(0), extent.usedRows, g_rowLimit));
+            table.push_back(
+                TakeColumn(columns[0], collector.Collected(0), extent.usedRows, g_rowLimit));
             rowCount = IsColumnA(columns[0].letter) ? static_cast<int>(table[0].size()) : 0;
             continue;
         }

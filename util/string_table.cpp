@@ -6,7 +6,9 @@ namespace {
 const std::wstring kTab = CZEBStringTableParser::kTabTag;
 const std::wstring kEndLine = CZEBStringTableParser::kEndLineTag;
 
-bool SameComponent(const std::wstring& a, const std::wstring& b) { return !ComponentNamesDiffer(a, b); }
+bool SameComponent(const std::wstring& a, const std::wstring& b) {
+    return !ComponentNamesDiffer(a, b);
+}
 }  // namespace
 
 void CZEBStringTableParser::Parse(const std::wstring& text, std::vector<StringTableRow>& rows) {
@@ -37,7 +39,8 @@ std::wstring CZEBStringTableParser::Compose(const std::vector<StringTableRow>& r
     return text;
 }
 
-bool CZEBStringTableParser::Validate(const std::vector<StringTableRow>& rows, int& row, int& column) {
+bool CZEBStringTableParser::Validate(const std::vector<StringTableRow>& rows, int& row,
+                                     int& column) {
     std::vector<const std::wstring*> preferred;
     for (const StringTableRow& r : rows)
         if (!r.Col4.empty()) preferred.push_back(&r.Col4);

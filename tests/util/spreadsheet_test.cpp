@@ -32,7 +32,8 @@ std::vector<SpreadsheetColumn> Columns(std::initializer_list<const wchar_t*> let
 }
 
 // Writes a workbook with libxlsxwriter; `fill` writes the first sheet.
-void WriteXlsx(const fs::path& path, const std::function<void(lxw_workbook*, lxw_worksheet*)>& fill) {
+void WriteXlsx(const fs::path& path,
+               const std::function<void(lxw_workbook*, lxw_worksheet*)>& fill) {
     lxw_workbook* workbook = workbook_new(path.c_str());
     lxw_worksheet* sheet = workbook_add_worksheet(workbook, nullptr);
     fill(workbook, sheet);
@@ -56,7 +57,10 @@ void WriteSharedSheet(lxw_workbook* workbook, lxw_worksheet* sheet) {
     worksheet_write_string(sheet, 2, 1, "M8", nullptr);
     worksheet_write_number(sheet, 2, 2, 100, nullptr);
     worksheet_write_string(sheet, 2, 3, "third", nullptr);
-    worksheet_write_string(sheet, 3, 0, "\xC3\xBCn\xC3\xAF" "code & <tags>", nullptr);
+    worksheet_write_string(sheet, 3, 0,
+                           "\xC3\xBCn\xC3\xAF"
+                           "code & <tags>",
+                           nullptr);
     worksheet_write_number(sheet, 3, 1, -4, nullptr);
     worksheet_write_number(sheet, 3, 2, 1e-7, nullptr);
     worksheet_write_string(sheet, 3, 3, "x", nullptr);
@@ -133,8 +137,8 @@ protected:
     }
 
     // Reads through ReadSpreadsheet and checks that a failure leaves the table empty.
-    Table Read(const fs::path& path, const std::vector<SpreadsheetColumn>& columns, bool* ok = nullptr,
-               std::wstring* error = nullptr) {
+    Table Read(const fs::path& path, const std::vector<SpreadsheetColumn>& columns,
+               bool* ok = nullptr, std::wstring* error = nullptr) {
         SpreadsheetTable table{{L"stale"}};
         std::wstring text = L"stale";
         const bool read = ReadSpreadsheet(path.wstring(), columns, table, text);
@@ -163,9 +167,13 @@ TEST_F(SpreadsheetTest, ColumnADecidesTheRowsAndTheLimitOutlivesTheCall) {
     const fs::path book = m_dir / "rows.XLSX";
     WriteXlsx(book, [](lxw_workbook*, lxw_worksheet* sheet) {
         for (int row = 0; row < 5; ++row) {
-            if (row != 3) worksheet_write_string(sheet, row, 0, ("part" + std::to_string(row + 1)).c_str(), nullptr);
+            if (row != 3)
+                worksheet_write_string(sheet, row, 0, ("part" + std::to_string(row + 1)).c_str(),
+                                       nullptr);
             worksheet_write_string(sheet, row, 1, ("b" + std::to_string(row + 1)).c_str(), nullptr);
-            if (row != 1) worksheet_write_string(sheet, row, 3, ("d" + std::to_string(row + 1)).c_str(), nullptr);
+            if (row != 1)
+                worksheet_write_string(sheet, row, 3, ("d" + std::to_string(row + 1)).c_str(),
+                                       nullptr);
         }
     });
     // A4 is empty: three rows, D2 empty inside them, nothing of row 5.
@@ -175,7 +183,8 @@ TEST_F(SpreadsheetTest, ColumnADecidesTheRowsAndTheLimitOutlivesTheCall) {
     // A later call without "A" keeps to the rows "A" allowed.
     EXPECT_EQ(Read(book, Columns({L"B"})), (Table{{L"b1", L"b2", L"b3"}}));
     // "A" requested after another column limits only what follows it; lower case counts as "A".
-    EXPECT_EQ(Read(book, Columns({L"B", L"a"})), (Table{{L"b1", L"b2", L"b3"}, {L"part1", L"part2", L"part3"}}));
+    EXPECT_EQ(Read(book, Columns({L"B", L"a"})),
+              (Table{{L"b1", L"b2", L"b3"}, {L"part1", L"part2", L"part3"}}));
 
     const fs::path emptyA = m_dir / "empty_a.XLSX";
     WriteXlsx(emptyA, [](lxw_workbook*, lxw_worksheet* sheet) {
@@ -199,7 +208,8 @@ TEST_F(SpreadsheetTest, NumbersStringsAndOtherCellTypes) {
     const Table decimal = Read(book, decimals);
     ASSERT_EQ(plain.size(), 6u);
     // Leading and trailing blanks go; the rest of the text stays as written.
-    EXPECT_EQ(plain[0], (std::vector<std::wstring>{L"bolt.prt", L"nut.prt", L"washer.prt", L"\u00fcn\u00efcode & <tags>"}));
+    EXPECT_EQ(plain[0], (std::vector<std::wstring>{L"bolt.prt", L"nut.prt", L"washer.prt",
+                                                   L"\u00fcn\u00efcode & <tags>"}));
     EXPECT_EQ(plain[1], (std::vector<std::wstring>{L"3", L"12", L"M8", L"-4"}));
     EXPECT_EQ(decimal[1], (std::vector<std::wstring>{L"3.0", L"12.0", L"M8", L"-4.0"}));
     EXPECT_EQ(plain[2], (std::vector<std::wstring>{L"2.5", L"0.125", L"100", L"0"}));
@@ -221,7 +231,8 @@ TEST_F(SpreadsheetTest, TheSameSheetReadsAlikeFromXlsxAndXls) {
     EXPECT_EQ(fromLibrary[2][3], L"0.0");
     // The small workbook's stream lives in the compound file's mini stream; the large one's not.
     for (const char* name : {"shared_small.xls", "shared_large.xls"}) {
-        EXPECT_EQ(Read(fs::path(VANTOR_SOURCE_DIR) / "tests/data" / name, columns), fromLibrary) << name;
+        EXPECT_EQ(Read(fs::path(VANTOR_SOURCE_DIR) / "tests/data" / name, columns), fromLibrary)
+            << name;
     }
     // The same file through the built-in reader.
     fs::copy_file(xlsx, m_dir / "shared.XLSX");
@@ -252,16 +263,19 @@ TEST_F(SpreadsheetTest, OnlyALowerCaseXlsxEndingGoesToTheReaderLibrary) {
 }
 
 TEST_F(SpreadsheetTest, ActiveSheetSharedStringsAndCellsWithoutReferences) {
-    WriteZip(m_dir / "hand.xlsx",
-             HandWrittenPackage(
-                 R"(<worksheet xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main"><sheetData>)"
-                 R"(<row r="1"><c t="s"><v>0</v></c><c t="inlineStr"><is><t> inline </t></is></c><c t="e"><v>#DIV/0!</v></c></row>)"
-                 R"(<row><c t="s"><v>1</v></c><c t="str"><v>formula text</v></c><c t="b"><v>1</v></c></row>)"
-                 R"(<row r="3"><c r="A3" t="s"><v>2</v></c><c r="C3"><v>7.25</v></c></row>)"
-                 R"(<row r="5"><c r="A5" t="inlineStr"><is><r><t>after</t></r><r><t> gap</t></r></is></c></row>)"
-                 R"(</sheetData></worksheet>)"));
+    WriteZip(
+        m_dir / "hand.xlsx",
+        HandWrittenPackage(
+            R"(<worksheet xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main"><sheetData>)"
+            R"(<row r="1"><c t="s"><v>0</v></c><c t="inlineStr"><is><t> inline </t></is></c><c t="e"><v>#DIV/0!</v></c></row>)"
+            R"(<row><c t="s"><v>1</v></c><c t="str"><v>formula text</v></c><c t="b"><v>1</v></c></row>)"
+            R"(<row r="3"><c r="A3" t="s"><v>2</v></c><c r="C3"><v>7.25</v></c></row>)"
+            R"(<row r="5"><c r="A5" t="inlineStr"><is><r><t>after</t></r><r><t> gap</t></r></is></c></row>)"
+            R"(</sheetData></worksheet>)"));
     EXPECT_EQ(Read(m_dir / "hand.xlsx", Columns({L"A", L"B", L"C"})),
-              (Table{{L"plain", L"rich text", L"tab\there & A"}, {L"inline", L"formula text", L""}, {L"", L"", L"7.25"}}));
+              (Table{{L"plain", L"rich text", L"tab\there & A"},
+                     {L"inline", L"formula text", L""},
+                     {L"", L"", L"7.25"}}));
 
     const fs::path second = m_dir / "second.xlsx";
     WriteXlsx(second, [](lxw_workbook* workbook, lxw_worksheet* first) {
@@ -273,7 +287,8 @@ TEST_F(SpreadsheetTest, ActiveSheetSharedStringsAndCellsWithoutReferences) {
     });
     const Table expected{{L"second sheet", L"row 2"}};
     EXPECT_EQ(Read(second, Columns({L"A"})), expected);
-    EXPECT_EQ(Read(fs::path(VANTOR_SOURCE_DIR) / "tests/data/second_active.xls", Columns({L"A"})), expected);
+    EXPECT_EQ(Read(fs::path(VANTOR_SOURCE_DIR) / "tests/data/second_active.xls", Columns({L"A"})),
+              expected);
 }
 
 TEST_F(SpreadsheetTest, DamagedAndHostileFilesGiveTheErrorText) {
@@ -290,21 +305,25 @@ TEST_F(SpreadsheetTest, DamagedAndHostileFilesGiveTheErrorText) {
     const fs::path good = m_dir / "good.xlsx";
     WriteXlsx(good, WriteSharedSheet);
     const fs::path biff = fs::path(VANTOR_SOURCE_DIR) / "tests/data/shared_large.xls";
-    for (const auto& [source, cut] : {std::pair{good, m_dir / "cut.XLSX"}, std::pair{biff, m_dir / "cut.xls"}}) {
+    for (const auto& [source, cut] :
+         {std::pair{good, m_dir / "cut.XLSX"}, std::pair{biff, m_dir / "cut.xls"}}) {
         std::ifstream in(source, std::ios::binary);
         std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
         std::ofstream(cut, std::ios::binary) << bytes.substr(0, bytes.size() / 2);
         EXPECT_EQ(Refusal(cut), notReadable) << cut;
     }
 
-    const std::string head = R"(<worksheet><sheetData><row r="1"><c r="A1" t="inlineStr"><is><t>x</t></is></c>)";
+    const std::string head =
+        R"(<worksheet><sheetData><row r="1"><c r="A1" t="inlineStr"><is><t>x</t></is></c>)";
     const std::map<std::string, std::string> broken{
         {"unclosed", head + "</sheetData></worksheet>"},
         {"truncated", head + "</row></sheetData><"},
         {"two roots", head + "</row></sheetData></worksheet><worksheet/>"},
-        {"doctype", "<!DOCTYPE worksheet [<!ENTITY a 'aaaa'>]>" + head + "</row></sheetData></worksheet>"},
+        {"doctype",
+         "<!DOCTYPE worksheet [<!ENTITY a 'aaaa'>]>" + head + "</row></sheetData></worksheet>"},
         {"row out of range", R"(<worksheet><sheetData><row r="1048577"/></sheetData></worksheet>)"},
-        {"cell out of range", R"(<worksheet><sheetData><row><c r="XFE1"/></row></sheetData></worksheet>)"},
+        {"cell out of range",
+         R"(<worksheet><sheetData><row><c r="XFE1"/></row></sheetData></worksheet>)"},
         {"nested too deep", Repeat("<a>", 300) + Repeat("</a>", 300)},
     };
     for (const auto& [what, xml] : broken) {
@@ -335,29 +354,32 @@ zip_int64_t BombCallback(void* state, void* data, zip_uint64_t length, zip_sourc
     static const std::string kHeader = "<worksheet><sheetData>";
     auto* bomb = static_cast<BombSource*>(state);
     switch (command) {
-    case ZIP_SOURCE_OPEN:
-    case ZIP_SOURCE_CLOSE:
-    case ZIP_SOURCE_FREE:
-        return 0;
-    case ZIP_SOURCE_READ: {
-        char* out = static_cast<char*>(data);
-        const zip_uint64_t n = std::min<zip_uint64_t>(length, bomb->size - bomb->position);
-        for (zip_uint64_t i = 0; i < n; ++i, ++bomb->position)
-            out[i] = bomb->position < kHeader.size() ? kHeader[bomb->position] : BombByte(bomb->position - kHeader.size());
-        return static_cast<zip_int64_t>(n);
-    }
-    case ZIP_SOURCE_STAT: {
-        auto* st = static_cast<zip_stat_t*>(data);
-        zip_stat_init(st);
-        return sizeof(zip_stat_t);
-    }
-    case ZIP_SOURCE_ERROR:
-        return 2 * sizeof(int);
-    case ZIP_SOURCE_SUPPORTS:
-        return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT,
-                                              ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, -1);
-    default:
-        return -1;
+        case ZIP_SOURCE_OPEN:
+        case ZIP_SOURCE_CLOSE:
+        case ZIP_SOURCE_FREE:
+            return 0;
+        case ZIP_SOURCE_READ: {
+            char* out = static_cast<char*>(data);
+            const zip_uint64_t n = std::min<zip_uint64_t>(length, bomb->size - bomb->position);
+            for (zip_uint64_t i = 0; i < n; ++i, ++bomb->position)
+                out[i] = bomb->position < kHeader.size()
+                             ? kHeader[bomb->position]
+                             : BombByte(bomb->position - kHeader.size());
+            return static_cast<zip_int64_t>(n);
+        }
+        case ZIP_SOURCE_STAT: {
+            auto* st = static_cast<zip_stat_t*>(data);
+            zip_stat_init(st);
+            return sizeof(zip_stat_t);
+        }
+        case ZIP_SOURCE_ERROR:
+            return 2 * sizeof(int);
+        case ZIP_SOURCE_SUPPORTS:
+            return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ,
+                                                  ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT,
+                                                  ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, -1);
+        default:
+            return -1;
     }
 }
 }  // namespace
@@ -370,7 +392,8 @@ TEST_F(SpreadsheetTest, AZipBombStopsAtTheEntryCap) {
     ASSERT_NE(zip, nullptr);
     BombSource bomb{600ull * 1024 * 1024};
     zip_source_t* source = zip_source_function(zip, BombCallback, &bomb);
-    const zip_int64_t index = zip_file_add(zip, "xl/worksheets/other.xml", source, ZIP_FL_OVERWRITE);
+    const zip_int64_t index =
+        zip_file_add(zip, "xl/worksheets/other.xml", source, ZIP_FL_OVERWRITE);
     ASSERT_GE(index, 0);
     zip_set_file_compression(zip, static_cast<zip_uint64_t>(index), ZIP_CM_DEFLATE, 1);
     ASSERT_EQ(zip_close(zip), 0);
@@ -387,8 +410,10 @@ TEST_F(SpreadsheetTest, TextThatWidensPastTheCapIsRefused) {
     // One shared string of a million characters, named by many cells of a small sheet.
     const auto package = [](int rows) {
         std::map<std::string, std::string> parts = HandWrittenPackage(
-            "<worksheet><sheetData>" + Repeat("<row><c t=\"s\"><v>0</v></c></row>", rows) + "</sheetData></worksheet>");
-        parts["xl/sharedStrings.xml"] = "<sst><si><t>" + std::string(1 << 20, 'x') + "</t></si></sst>";
+            "<worksheet><sheetData>" + Repeat("<row><c t=\"s\"><v>0</v></c></row>", rows) +
+            "</sheetData></worksheet>");
+        parts["xl/sharedStrings.xml"] =
+            "<sst><si><t>" + std::string(1 << 20, 'x') + "</t></si></sst>";
         return parts;
     };
     WriteZip(m_dir / "wide.XLSX", package(40));

@@ -20,8 +20,8 @@ TEST(StringTable, ComposeAndParseRoundTrip) {
                     {L"", L"a b", L"", L"\u00e9crou.prt"},
                     {L"", L"", L"", L""}};
     const std::wstring text = CZEBStringTableParser::Compose(rows);
-    EXPECT_TRUE(text.starts_with(L"housing.asm" + kTab + L"bolt_m6.prt" + kTab + L"bolt_m8.prt" + kTab +
-                                 L"bolt_m10.prt" + kEnd + kTab + L"a b" + kTab))
+    EXPECT_TRUE(text.starts_with(L"housing.asm" + kTab + L"bolt_m6.prt" + kTab + L"bolt_m8.prt" +
+                                 kTab + L"bolt_m10.prt" + kEnd + kTab + L"a b" + kTab))
         << text;
     // Four empty fields: three tab tags and the end tag.
     EXPECT_EQ(text.substr(text.size() - 3 * kTab.size() - kEnd.size()), kTab + kTab + kTab + kEnd);
@@ -52,10 +52,11 @@ TEST(StringTable, IncompleteRowsAreIgnored) {
 TEST(StringTable, ValidateFindsTheFirstConflictColumnThreeFirst) {
     int row = -1, column = -1;
     // Rows without a fourth column never conflict.
-    EXPECT_TRUE(CZEBStringTableParser::Validate({{L"", L"bolt.prt", L"nut.prt", L""}, {L"", L"nut.prt", L"bolt.prt", L""}},
-                                                row, column));
+    EXPECT_TRUE(CZEBStringTableParser::Validate(
+        {{L"", L"bolt.prt", L"nut.prt", L""}, {L"", L"nut.prt", L"bolt.prt", L""}}, row, column));
 
-    const Rows rows{{L"", L"", L"", L"bolt.prt"}, {L"", L"screw.prt", L"washer.prt", L""},
+    const Rows rows{{L"", L"", L"", L"bolt.prt"},
+                    {L"", L"screw.prt", L"washer.prt", L""},
                     {L"", L"bolt.prt;2", L"bolt.prt", L""}};
     EXPECT_FALSE(CZEBStringTableParser::Validate(rows, row, column));
     EXPECT_EQ(row, 2);
@@ -69,7 +70,8 @@ TEST(StringTable, ValidateFindsTheFirstConflictColumnThreeFirst) {
     own[1].Col2 = L"Pin.prt";
     EXPECT_TRUE(CZEBStringTableParser::Validate(own, row, column));
     // Without ".prt" the names are cut behind ".asm".
-    EXPECT_FALSE(CZEBStringTableParser::Validate({{L"", L"", L"frame.asm/3", L"frame.asm"}}, row, column));
+    EXPECT_FALSE(
+        CZEBStringTableParser::Validate({{L"", L"", L"frame.asm/3", L"frame.asm"}}, row, column));
     EXPECT_EQ(row, 0);
     EXPECT_EQ(column, 3);
 }
