@@ -49,8 +49,8 @@ bool EndsWith(const std::wstring& text, const std::wstring& tail) {
 // cell before the table is built.
 struct CollectedColumn {
     std::wstring pool;
-    std::vector<std::pair<uint32_t, uint32_t>>
-        spans;  // start and length in the pool, by 0-based row
+    // Start and length in the pool, by 0-based row.
+    std::vector<std::pair<uint32_t, uint32_t>> spans;
 
     std::wstring At(uint32_t row) const {
         if (row >= spans.size()) return {};
