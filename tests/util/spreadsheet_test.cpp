@@ -1,6 +1,7 @@
 #include "util/spreadsheet.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <xlsxwriter.h>
 #include <zip.h>
 
@@ -455,4 +456,31 @@ TEST_F(SpreadsheetTest, RowsVariantAndEmptyColumnCheck) {
     EXPECT_FALSE(CheckImportedColumns(SpreadsheetTable{{L"x"}, {}, {}}, message));
     EXPECT_NE(message.find(L"2, 3"), std::wstring::npos) << message;
     EXPECT_EQ(message.find(L"1"), std::wstring::npos) << message;
+}
+
+namespace {
+// Runs `vantor-rules sheet ARGS`; returns its standard output and sets its exit status.
+std::string RunSheetCommand(const std::string& args, int& status) {
+    const std::string command = VANTOR_BUILD_DIR "/bin/vantor-rules sheet " + args + " 2>/dev/null";
+    std::FILE* pipe = popen(command.c_str(), "r");
+    std::string out;
+    char buffer[256];
+    while (pipe && std::fgets(buffer, sizeof buffer, pipe)) out += buffer;
+    status = pipe ? WEXITSTATUS(pclose(pipe)) : -1;
+    return out;
+}
+}  // namespace
+
+TEST_F(SpreadsheetTest, SheetCommandPrintsRowsWithTabsOrTheError) {
+    int status = -1;
+    const std::string data = VANTOR_SOURCE_DIR "/tests/data/";
+    EXPECT_EQ(RunSheetCommand(data + "shared_small.xls A B:4 D", status),
+              "bolt.prt\t3.0\tfirst\nnut.prt\t12.0\t\nwasher.prt\tM8\tthird\n"
+              "\xC3\xBCn\xC3\xAF"
+              "code & <tags>\t-4.0\tx\n");
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(RunSheetCommand(data + "make_xls.js A", status), "");
+    EXPECT_EQ(status, 2);
+    RunSheetCommand(data + "shared_small.xls", status);
+    EXPECT_EQ(status, 2);
 }
