@@ -19,6 +19,12 @@ void PrintHelp(std::FILE* out) {
             start = end + 1;
         }
     }
+    std::fprintf(out,
+                 "\nThe module ZEBAssemblyRules.so is loaded from --module-dir DIR, else from the folder\n"
+                 "named by VANTOR_MODULE_DIR, else from the installation's library folder; a\n"
+                 "ZEBDatabaseu.so beside it is loaded before any rule. Settings files are written through a\n"
+                 "temporary file, so a failed write leaves an existing file as it was.\n"
+                 "Exit status: 0 done, 1 module not loadable or file not written, 2 bad input.\n");
 }
 }  // namespace
 

@@ -1,7 +1,12 @@
 #include "module/assembly_rules_app.h"
 
 namespace {
-CZEBAssemblyRulesApp theApp;
+// Made on first use: the module's load-time start-up may run before this file's globals are
+// constructed, and must not see its work undone by them afterwards.
+CZEBAssemblyRulesApp& TheApp() {
+    static CZEBAssemblyRulesApp app;
+    return app;
+}
 CZEBAssemblyRulesApp* g_app = nullptr;
 
 void FreeLibrary(CZebResourceLibrary*& library) {
@@ -45,15 +50,15 @@ CZEBAssemblyRulesApp* GetAssemblyRulesApp() { return g_app; }
 
 bool StartAssemblyRulesApp() {
     if (g_app) return true;
-    if (!theApp.InitInstance()) return false;
-    g_app = &theApp;
+    if (!TheApp().InitInstance()) return false;
+    g_app = &TheApp();
     return true;
 }
 
 void StopAssemblyRulesApp() {
     if (!g_app) return;
     g_app = nullptr;
-    theApp.ExitInstance();
+    TheApp().ExitInstance();
 }
 
 CZebResourceScope::CZebResourceScope() : m_saved(ZebGetResourceHandle()) {

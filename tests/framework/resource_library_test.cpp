@@ -67,6 +67,7 @@ TEST(ResourceLibrary, EveryIdTheCodeLoadsExists) {
     std::unique_ptr<CZebResourceLibrary> en(CZebResourceLibrary::Load(ResPath("en")));
     std::unique_ptr<CZebResourceLibrary> de(CZebResourceLibrary::Load(ResPath("de")));
     ASSERT_TRUE(en && de);
+    int seen = 0;
     const std::regex call(R"((?:LoadLocalizedString|ZebLoadString|LoadDefaultString|LoadString)\(\s*(\d{3,5})\s*[,)])");
 
     for (const char* folder : {"framework", "module", "rules", "util", "database", "controls",
@@ -84,8 +85,9 @@ TEST(ResourceLibrary, EveryIdTheCodeLoadsExists) {
                 en->LoadString(id, &inEnglish);
                 de->LoadString(id, &inGerman);
                 EXPECT_TRUE(inEnglish && inGerman) << id << " loaded in " << entry.path();
-
+                ++seen;
             }
         }
     }
+    EXPECT_GT(seen, 5);  // the scan itself works
 }

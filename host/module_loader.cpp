@@ -1,0 +1,65 @@
+#include "host/module_loader.h"
+
+#include <dlfcn.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "framework/location_helper.h"
+#include "framework/text_convert.h"
+
+namespace {
+template <class Fn>
+bool Resolve(void* handle, const char* name, Fn& fn, std::string& error) {
+    fn = reinterpret_cast<Fn>(dlsym(handle, name));
+    if (!fn) error = std::string("the module does not export ") + name;
+    return fn != nullptr;
+}
+}  // namespace
+
+ModuleLoader::~ModuleLoader() {
+    if (m_module) {
+        if (SetXMLDoc) SetXMLDoc(nullptr);
+        dlclose(m_module);
+    }
+    if (m_database) dlclose(m_database);
+}
+
+std::string ModuleLoader::ModuleFolder(const std::string& option) {
+    if (!option.empty()) return option;
+    if (const char* env = std::getenv("VANTOR_MODULE_DIR"); env && *env) return env;
+    return ToUtf8(CLocationHelper::GetLibraryFolder());
+}
+
+bool ModuleLoader::Load(const std::string& folder, std::string& error) {
+    const std::string path = folder + "/" + kModuleFile;
+    m_module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!m_module) {
+        const char* reason = dlerror();
+        error = "cannot load " + path + ": " + (reason ? reason : "unknown reason");
+        return false;
+    }
+    if (!Resolve(m_module, "SetXMLDoc", SetXMLDoc, error) || !Resolve(m_module, "GetAllRules", GetAllRules, error) ||
+        !Resolve(m_module, "GetRule", GetRule, error) || !Resolve(m_module, "DeleteRule", DeleteRule, error) ||
+        !Resolve(m_module, "GetModuleName", GetModuleName, error) ||
+        !Resolve(m_module, "GetModuleSummary", GetModuleSummary, error) ||
+        !Resolve(m_module, "SetDBModuleList", SetDBModuleList, error))
+        return false;
+
+    // The framework loads the database module before any rule and tells the module about it.
+    const std::string databasePath = folder + "/" + kDatabaseModuleFile;
+    std::list<std::wstring> databases;
+    std::error_code ec;
+    if (std::filesystem::exists(databasePath, ec)) {
+        m_database = dlopen(databasePath.c_str(), RTLD_NOW | RTLD_LOCAL);
+        if (m_database) {
+            m_databasePath = databasePath;
+            databases.push_back(FromUtf8(databasePath));
+        } else {
+            const char* reason = dlerror();
+            m_databaseError = "cannot load " + databasePath + ": " + (reason ? reason : "unknown reason");
+        }
+    }
+    SetDBModuleList(databases);
+    return true;
+}

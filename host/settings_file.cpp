@@ -1,0 +1,145 @@
+#include "host/settings_file.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "framework/text_convert.h"
+#include "framework/unit_convertor.h"
+#include "framework/zeb_rule.h"
+
+namespace {
+// Written so that nothing is upgraded when the module reads the file back.
+constexpr const wchar_t* kSettingsVersion = L"v3.5";
+
+bool ParseUnit(const std::string& text, int& unit) {
+    char* end = nullptr;
+    const long code = std::strtol(text.c_str(), &end, 10);
+    if (text.empty() || *end != '\0' || !CZEBUnitConvertor::FindUnit(code)) return false;
+    unit = static_cast<int>(code);
+    return true;
+}
+}  // namespace
+
+bool ParseCommandArgs(const std::vector<std::string>& args, CommandArgs& parsed) {
+    for (size_t i = 0; i < args.size(); ++i) {
+        const std::string& word = args[i];
+        const bool takesValue = word == "-o" || word == "--unit" || word == "--module-dir";
+        if (!takesValue) {
+            if (word.size() > 1 && word[0] == '-') {
+                std::fprintf(stderr, "vantor-rules: unknown option '%s' (see vantor-rules --help)\n", word.c_str());
+                return false;
+            }
+            parsed.positional.push_back(word);
+            continue;
+        }
+        if (i + 1 >= args.size()) {
+            std::fprintf(stderr, "vantor-rules: option %s needs a value\n", word.c_str());
+            return false;
+        }
+        const std::string& value = args[++i];
+        if (word == "-o") {
+            parsed.output = value;
+        } else if (word == "--module-dir") {
+            parsed.moduleDir = value;
+        } else {
+            int unit = 0;
+            if (!ParseUnit(value, unit)) {
+                std::fprintf(stderr, "vantor-rules: '%s' is not a unit code (see vantor-rules units)\n",
+                             value.c_str());
+                return false;
+            }
+            parsed.unit = unit;
+        }
+    }
+    return true;
+}
+
+bool LoadModule(ModuleLoader& loader, const CommandArgs& args) {
+    std::string error;
+    if (loader.Load(ModuleLoader::ModuleFolder(args.moduleDir), error)) {
+        if (!loader.DatabaseModuleError().empty())
+            std::fprintf(stderr, "vantor-rules: warning: %s; the rules see no database\n",
+                         loader.DatabaseModuleError().c_str());
+        return true;
+    }
+    std::fprintf(stderr, "vantor-rules: %s\n", error.c_str());
+    return false;
+}
+
+bool ReadSettingsFile(const std::string& path, ZebXMLDocument& doc) {
+    std::wstring error;
+    if (doc.LoadFile(FromUtf8(path), error)) return true;
+    std::fprintf(stderr, "vantor-rules: %s: %s\n", path.c_str(), ToUtf8(error).c_str());
+    return false;
+}
+
+ZebXMLNode* StartSettingsDocument(ZebXMLDocument& doc, int unit) {
+    std::unique_ptr<ZebXMLNode> root(doc.CreateDocumentElement(L"VantorSettings"));
+    ZebXMLNode* rules = root->AppendNode(L"AssemblyRules");
+    rules->AddAttribute(L"Version", kSettingsVersion);
+    rules->AddAttribute(L"Unit", std::to_wstring(unit));
+    return rules;
+}
+
+bool WriteSettingsFile(const ZebXMLDocument& doc, const std::string& path) {
+    std::wstring error;
+    if (doc.SaveFile(FromUtf8(path), error)) return true;
+    std::fprintf(stderr, "vantor-rules: %s\n", ToUtf8(error).c_str());
+    return false;
+}
+
+int ParentUnit(ZebXMLNode* node) {
+    std::unique_ptr<ZebXMLNode> parent(node ? node->GetParentNode() : nullptr);
+    std::wstring text;
+    if (!parent || !parent->GetAttributeValue(L"Unit", text)) return 0;
+    return static_cast<int>(std::wcstol(text.c_str(), nullptr, 10));
+}
+
+std::string RuleLine(const CZebRule& rule) {
+    return ToUtf8(rule.Name) + "\t" + ToUtf8(rule.DisplayName) + "\t" + std::to_string(rule.Severity) + "\t" +
+           ToUtf8(rule.Summary);
+}
+
+int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
+    if (args.positional.size() != 1 || args.output.empty()) {
+        std::fprintf(stderr, "vantor-rules: give one settings file and -o OUT (see vantor-rules --help)\n");
+        return 2;
+    }
+    ZebXMLDocument input;
+    if (!ReadSettingsFile(args.positional[0], input)) return 2;
+    ModuleLoader loader;
+    if (!LoadModule(loader, args)) return 1;
+
+    std::unique_ptr<ZebXMLNodeList> ruleNodes(input.GetElementsByTagName(L"Rule"));
+    int firstUnit = 0;
+    if (ruleNodes->GetSize() > 0) {
+        std::unique_ptr<ZebXMLNode> first((*ruleNodes)[0]);
+        firstUnit = ParentUnit(first.get());
+    }
+    ZebXMLDocument output;
+    std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(output, toUnit.value_or(firstUnit)));
+    loader.SetXMLDoc(&output);
+
+    for (long i = 0; i < ruleNodes->GetSize(); ++i) {
+        std::unique_ptr<ZebXMLNode> node((*ruleNodes)[i]);
+        CZebRule* made = nullptr;
+        loader.GetRule(node.get(), &made);
+        if (!made) {
+            std::wstring name;
+            node->GetAttributeValue(L"Name", name);
+            std::fprintf(stderr, "vantor-rules: warning: skipped the rule '%s': no rule of the module has that name\n",
+                         ToUtf8(name).c_str());
+            continue;
+        }
+        RuleHandle rule(loader, made);
+        if (toUnit) {
+            const UnitSetting from{ParentUnit(node.get()), 0};
+            const UnitSetting to{*toUnit, 0};
+            rule->ConvertUnits(&from, &to);
+        }
+        std::unique_ptr<ZebXMLNode> exported(rule->ExportToXML());
+        if (exported) parent->AppendNode(exported.get());
+    }
+    return WriteSettingsFile(output, args.output) ? 0 : 1;
+}

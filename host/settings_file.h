@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "framework/zeb_xml.h"
+#include "host/module_loader.h"
+
+class CZebRule;
+
+// Arguments shared by the commands: positional words and the options -o, --unit, --module-dir.
+struct CommandArgs {
+    std::vector<std::string> positional;
+    std::string output;
+    std::optional<int> unit;
+    std::string moduleDir;
+};
+
+// False, after a message on standard error, for an unknown option, a missing option value or
+// a unit code the framework does not know.
+bool ParseCommandArgs(const std::vector<std::string>& args, CommandArgs& parsed);
+
+// Loads the module for a command; prints the reason and returns false when that fails.
+bool LoadModule(ModuleLoader& loader, const CommandArgs& args);
+
+// Reads a settings file; on failure prints one message naming the file and the position of
+// the XML error and returns false.
+bool ReadSettingsFile(const std::string& path, ZebXMLDocument& doc);
+
+// Makes `doc` a settings document: root "VantorSettings", one child "AssemblyRules" with
+// "Version" and "Unit". Returns that child; the caller deletes the handle.
+ZebXMLNode* StartSettingsDocument(ZebXMLDocument& doc, int unit);
+
+// Writes through a temporary file and a rename; prints the reason and returns false on failure.
+bool WriteSettingsFile(const ZebXMLDocument& doc, const std::string& path);
+
+// The "Unit" attribute of the element's parent; 0 when there is none.
+int ParentUnit(ZebXMLNode* node);
+
+// One line: identity name, display name, severity and summary, separated by tabs.
+std::string RuleLine(const CZebRule& rule);
+
+// resave and convert: every "Rule" element of FILE recreated by the module, optionally
+// converted to `toUnit`, and exported into a new settings document written to -o.
+int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit);

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+class CZebRule;
+
+// One rule class of the module: its name string id and how to make one.
+struct RuleCatalogueEntry {
+    unsigned nameId;
+    CZebRule* (*create)();
+};
+
+// The twelve rule classes in the order GetAllRules creates them.
+const std::vector<RuleCatalogueEntry>& RuleCreationOrder();
+// The same classes in the order GetRule tries their names.
+const std::vector<RuleCatalogueEntry>& RuleLookupOrder();
+
+// A new rule whose English name equals `name`, case ignored; null when none does. Each
+// candidate's English name is loaded afresh.
+CZebRule* CreateRuleByName(const std::wstring& name);

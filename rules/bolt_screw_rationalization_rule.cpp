@@ -1,0 +1,64 @@
+#include "rules/bolt_screw_rationalization_rule.h"
+
+#include "module/assembly_rules_app.h"
+#include "rules/rule_record.h"
+
+namespace {
+constexpr long kSameHead = 9024;
+constexpr long kSameMaterial = 9025;
+constexpr long kLengthStep = 9026;
+constexpr long kDiameterStep = 9027;
+constexpr long kExtraSwitch = 9603;
+}  // namespace
+
+CZEBAssemblyBoltScrewRationalizationRule::CZEBAssemblyBoltScrewRationalizationRule() {
+    FillRuleRecord(*this, {.nameId = 9028, .summaryId = 9029, .severity = 2, .dialogImageId = 13180,
+                           .summaryAsLoaded = true, .setStatus = false});
+    InitParameters();
+}
+
+void CZEBAssemblyBoltScrewRationalizationRule::InitParameters() {
+    AddParameter(*this, ZebType_Bool, kSameHead, ZebOp_Equal, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Bool, kSameMaterial, ZebOp_Equal, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Double, kLengthStep, ZebOp_GreaterEqual, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Double, kDiameterStep, ZebOp_GreaterEqual, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Bool, kExtraSwitch, ZebOp_Equal, ZebParam_Value, true);
+    auto* lengthStep = FindTyped<double>(*this, kLengthStep);
+    lengthStep->values.Add(4.0);
+    lengthStep->criteriaStatus = true;
+    auto* diameterStep = FindTyped<double>(*this, kDiameterStep);
+    diameterStep->values.Add(2.0);
+    diameterStep->criteriaStatus = true;
+    IsPopulated = true;
+}
+
+void CZEBAssemblyBoltScrewRationalizationRule::RebuildSummary() {
+    CZebParamStorage* head = FindParameterInArray(kSameHead);
+    CZebParamStorage* material = FindParameterInArray(kSameMaterial);
+    CZebParamStorage* length = FindParameterInArray(kLengthStep);
+    CZebParamStorage* diameter = FindParameterInArray(kDiameterStep);
+    if (!head || !material || !length || !diameter) return;
+    std::wstring text = L"Bolts & Screws can be rationalized based on same diameter";
+    if (head->GetParam()->status) text += L", same head type";
+    if (material->GetParam()->status) text += L", same material";
+    if (length->GetParam()->criteriaStatus) text += L", same length or difference between consecutive lengths";
+    if (diameter->GetParam()->criteriaStatus) text += L", difference between consecutive diameters";
+    Summary = text + L".";
+}
+
+// Switch parameters hold no default value, so only the two steps are replaced.
+void CZEBAssemblyBoltScrewRationalizationRule::ImportFromXML(ZebXMLNode* node) {
+    CZebResourceScope scope;
+    RemoveFirstValue(*this, kLengthStep);
+    RemoveFirstValue(*this, kDiameterStep);
+    ImportRuleXML(this, node);
+}
+
+ZebXMLNode* CZEBAssemblyBoltScrewRationalizationRule::ExportToXML() {
+    CZebResourceScope scope;
+    return ExportRuleXML(this);
+}
+
+bool CZEBAssemblyBoltScrewRationalizationRule::IsApplicable(void*) { return false; }
+
+void CZEBAssemblyBoltScrewRationalizationRule::ConvertUnits(const UnitSetting*, const UnitSetting*) {}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "framework/zeb_rule.h"
+
+// Which properties bolts and screws are grouped by (9024 to 9027, 9603).
+class CZEBAssemblyBoltScrewRationalizationRule : public CZebRule {
+public:
+    CZEBAssemblyBoltScrewRationalizationRule();
+    void InitParameters() override;
+    void ImportFromXML(ZebXMLNode* node) override;
+    ZebXMLNode* ExportToXML() override;
+    bool IsApplicable(void* arg) override;
+    void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    // The summary from the switches, in fixed English text.
+    void RebuildSummary();
+};

@@ -1,0 +1,46 @@
+#include "rules/contact_material_rule.h"
+
+#include "module/assembly_rules_app.h"
+#include "rules/rule_record.h"
+#include "rules/rule_units.h"
+
+namespace {
+constexpr long kMaterialPairs = 7065;
+constexpr long kDistance = 7051;
+}  // namespace
+
+CZEBAssemblyCheckContactMaterialRule::CZEBAssemblyCheckContactMaterialRule() {
+    FillRuleRecord(*this, {7064, 7050, 2, 13100, {L"", L"", L""}});
+    InitParameters();
+}
+
+// The rule counts as populated only once settings or the dialog have filled it.
+void CZEBAssemblyCheckContactMaterialRule::InitParameters() {
+    AddParameter(*this, ZebType_Row, kMaterialPairs, ZebOp_Equal, ZebParam_Table, true);
+    AddParameter(*this, ZebType_Double, kDistance, ZebOp_Less, ZebParam_Value, true);
+    auto* distance = FindTyped<double>(*this, kDistance);
+    distance->values.Add(0.1);
+    distance->criteriaStatus = false;
+}
+
+void CZEBAssemblyCheckContactMaterialRule::ImportFromXML(ZebXMLNode* node) {
+    CZebResourceScope scope;
+    RemoveAllValues(*this, kMaterialPairs);
+    RemoveFirstValue(*this, kDistance);
+    ImportRuleXML(this, node);
+}
+
+ZebXMLNode* CZEBAssemblyCheckContactMaterialRule::ExportToXML() {
+    CZebResourceScope scope;
+    return ExportRuleXML(this);
+}
+
+void CZEBAssemblyCheckContactMaterialRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+    if (!to) return;
+    auto* distance = FindTyped<double>(*this, kDistance);
+    if (distance && !distance->values.IsEmpty() && LengthUnitsDiffer(from, to))
+        distance->values[0] = ConvertLength(distance->values[0], from->LengthUnit, to->LengthUnit);
+    CurrentUnits = *to;
+}
+
+long CZEBAssemblyCheckContactMaterialRule::Import(ZebXMLDocument*, ZebXMLNode*, void*) { return 0; }

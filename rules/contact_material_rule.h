@@ -1,0 +1,14 @@
+#pragma once
+
+#include "framework/zeb_rule.h"
+
+// Material pairs that must not touch (7065) and the contact distance (7051).
+class CZEBAssemblyCheckContactMaterialRule : public CZebRule {
+public:
+    CZEBAssemblyCheckContactMaterialRule();
+    void InitParameters() override;
+    void ImportFromXML(ZebXMLNode* node) override;
+    ZebXMLNode* ExportToXML() override;
+    void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    long Import(ZebXMLDocument* doc, ZebXMLNode* node, void* context) override;
+};

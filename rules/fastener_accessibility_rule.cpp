@@ -1,0 +1,40 @@
+#include "rules/fastener_accessibility_rule.h"
+
+#include "module/assembly_rules_app.h"
+#include "rules/rule_record.h"
+
+namespace {
+constexpr long kToolClearance = 6080;
+constexpr long kSecondClearance = 6092;
+constexpr long kToolSwitch = 6093;
+}  // namespace
+
+CZEBAssemblyFastenerAccessibilityRule::CZEBAssemblyFastenerAccessibilityRule() {
+    FillRuleRecord(*this, {.nameId = 6074, .summaryId = 6075, .severity = 2, .dialogImageId = 13060,
+                           .summaryAsLoaded = true});
+    InitParameters();
+}
+
+void CZEBAssemblyFastenerAccessibilityRule::InitParameters() {
+    AddParameter(*this, ZebType_Double, kToolClearance, ZebOp_GreaterEqual, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Double, kSecondClearance, ZebOp_GreaterEqual, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Double, kToolSwitch, ZebOp_Equal, ZebParam_Value, true);
+    FindTyped<double>(*this, kToolClearance)->values.Add(1.2);
+    FindTyped<double>(*this, kSecondClearance)->values.Add(2.5);
+    FindTyped<double>(*this, kToolSwitch)->values.Add(0.0);
+}
+
+void CZEBAssemblyFastenerAccessibilityRule::ImportFromXML(ZebXMLNode* node) {
+    CZebResourceScope scope;
+    RemoveFirstValue(*this, kToolClearance);
+    RemoveFirstValue(*this, kSecondClearance);
+    RemoveFirstValue(*this, kToolSwitch);
+    ImportRuleXML(this, node);
+}
+
+ZebXMLNode* CZEBAssemblyFastenerAccessibilityRule::ExportToXML() {
+    CZebResourceScope scope;
+    return ExportRuleXML(this);
+}
+
+void CZEBAssemblyFastenerAccessibilityRule::ConvertUnits(const UnitSetting*, const UnitSetting*) {}

@@ -1,0 +1,63 @@
+#include "rules/fastener_alignment_rule.h"
+
+#include "module/assembly_rules_app.h"
+#include "rules/rule_record.h"
+#include "rules/rule_units.h"
+#include "util/texts.h"
+
+namespace {
+constexpr long kOffset = 8019;
+constexpr long kSwitch = 8076;
+constexpr long kOperatorHolder = 8011;
+constexpr long kSummarySwitch = 8021;
+}  // namespace
+
+CZEBAssemblyFastenerAlignmentRule::CZEBAssemblyFastenerAlignmentRule() {
+    FillRuleRecord(*this, {.nameId = 8011, .summaryId = 8012, .severity = 2, .dialogImageId = 13150,
+                           .summaryAsLoaded = true});
+    InitParameters();
+}
+
+void CZEBAssemblyFastenerAlignmentRule::InitParameters() {
+    AddParameter(*this, ZebType_Double, kOffset, ZebOp_Equal, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Bool, kSwitch, ZebOp_Equal, ZebParam_Value, true);
+    FindTyped<double>(*this, kOffset)->values.Add(0.0);
+    FindParameterInArray(kSwitch)->GetParam()->status = false;
+    IsPopulated = true;
+    UpdateSummary();
+}
+
+void CZEBAssemblyFastenerAlignmentRule::UpdateSummary() {
+    CZebParamStorage* holder = FindParameterInArray(kOperatorHolder);
+    auto* summarySwitch = FindTyped<double>(*this, kSummarySwitch);
+    auto* offset = FindTyped<double>(*this, kOffset);
+    if (!holder || !summarySwitch || summarySwitch->values.IsEmpty() || !offset) return;
+    if (static_cast<long>(summarySwitch->values[0]) == 0) {
+        Summary = LoadLocalizedString(8012);
+        return;
+    }
+    const std::wstring value = offset->values.IsEmpty() ? L"" : FormatTrimmedNumber(offset->values[0], L".");
+    Summary = ZebFormatText(LoadLocalizedString(8014),
+                            {OperatorToText(holder->GetParam()->op), value, GetUnitText(CurrentUnits.LengthUnit)});
+}
+
+void CZEBAssemblyFastenerAlignmentRule::ImportFromXML(ZebXMLNode* node) {
+    CZebResourceScope scope;
+    RemoveFirstValue(*this, kOffset);
+    ImportRuleXML(this, node);
+    CurrentUnits.LengthUnit = GetUnitAttribute(node);
+}
+
+ZebXMLNode* CZEBAssemblyFastenerAlignmentRule::ExportToXML() {
+    CZebResourceScope scope;
+    return ExportRuleXML(this);
+}
+
+void CZEBAssemblyFastenerAlignmentRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+    auto* offset = FindTyped<double>(*this, kOffset);
+    if (!to || !offset || offset->values.IsEmpty()) return;
+    if (LengthUnitsDiffer(from, to))
+        offset->values[0] = ConvertLength(offset->values[0], from->LengthUnit, to->LengthUnit);
+    CurrentUnits = *to;
+    UpdateSummary();
+}

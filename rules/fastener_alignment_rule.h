@@ -1,0 +1,15 @@
+#pragma once
+
+#include "framework/zeb_rule.h"
+
+// Allowed offset between a fastener and its hole axis (8019).
+class CZEBAssemblyFastenerAlignmentRule : public CZebRule {
+public:
+    CZEBAssemblyFastenerAlignmentRule();
+    void InitParameters() override;
+    void ImportFromXML(ZebXMLNode* node) override;
+    ZebXMLNode* ExportToXML() override;
+    void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    // Rebuilds the summary from 8011, 8019 and 8021 when the rule holds all three.
+    void UpdateSummary();
+};

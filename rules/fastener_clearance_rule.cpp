@@ -1,0 +1,70 @@
+#include "rules/fastener_clearance_rule.h"
+
+#include "module/assembly_rules_app.h"
+#include "rules/rule_record.h"
+#include "rules/rule_units.h"
+
+namespace {
+constexpr long kClearances = 2052;
+constexpr long kAlternative = 9450;
+
+// Settings of older versions kept (name, A, B) in 2052 only; B moves to a 9450 row.
+void MigrateOldLayout(ZebTypedParam<ZebRow>& clearances, ZebTypedParam<ZebRow>& alternative) {
+    if (clearances.values.IsEmpty() || !alternative.values.IsEmpty()) return;
+    for (ZebRow& row : clearances.values) {
+        if (row.size() < 3) continue;
+        alternative.values.Add(ZebRow{row[0], row[2], L""});
+        row[2].clear();
+    }
+}
+
+// Only ">=" and "RANGE" make sense for a clearance limit.
+void RepairOperator(ZebTypedParam<ZebRow>& p) {
+    if (p.op != ZebOp_GreaterEqual && p.op != ZebOp_Range) p.op = ZebOp_GreaterEqual;
+}
+
+void ConvertRows(ZebTypedParam<ZebRow>* p, int32_t from, int32_t to) {
+    if (!p) return;
+    for (ZebRow& row : p->values) {
+        if (row.size() < 3) continue;
+        ConvertCell(row[1], from, to);
+        ConvertCell(row[2], from, to);
+    }
+}
+}  // namespace
+
+CZEBAssemblyFastenerClearanceRule::CZEBAssemblyFastenerClearanceRule() {
+    FillRuleRecord(*this, {2051, 2061, 2, 13040, {L"", L"", L""}});
+    InitParameters();
+}
+
+void CZEBAssemblyFastenerClearanceRule::InitParameters() {
+    AddParameter(*this, ZebType_Row, kClearances, ZebOp_GreaterEqual, ZebParam_Table, true);
+    AddParameter(*this, ZebType_Row, kAlternative, ZebOp_GreaterEqual, ZebParam_Table, true);
+}
+
+void CZEBAssemblyFastenerClearanceRule::ImportFromXML(ZebXMLNode* node) {
+    CZebResourceScope scope;
+    RemoveAllValues(*this, kClearances);
+    RemoveAllValues(*this, kAlternative);
+    ImportRuleXML(this, node);
+    auto* clearances = FindTyped<ZebRow>(*this, kClearances);
+    auto* alternative = FindTyped<ZebRow>(*this, kAlternative);
+    if (clearances && alternative) MigrateOldLayout(*clearances, *alternative);
+    if (clearances) RepairOperator(*clearances);
+    if (alternative) RepairOperator(*alternative);
+}
+
+ZebXMLNode* CZEBAssemblyFastenerClearanceRule::ExportToXML() {
+    CZebResourceScope scope;
+    return ExportRuleXML(this);
+}
+
+void CZEBAssemblyFastenerClearanceRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+    if (!to) return;
+    if (LengthUnitsDiffer(from, to)) {
+        ConvertRows(FindTyped<ZebRow>(*this, kClearances), from->LengthUnit, to->LengthUnit);
+        ConvertRows(FindTyped<ZebRow>(*this, kAlternative), from->LengthUnit, to->LengthUnit);
+    }
+    CurrentUnits = *to;
+}

@@ -1,0 +1,39 @@
+#include "rules/fastener_engagement_len_rule.h"
+
+#include "module/assembly_rules_app.h"
+#include "rules/rule_record.h"
+#include "rules/rule_units.h"
+
+namespace {
+constexpr long kLengths = 2053;
+}
+
+CZEBAssemblyFastenerEngagementLenRule::CZEBAssemblyFastenerEngagementLenRule() {
+    FillRuleRecord(*this, {2054, 2055, 2, 13030, {L">="}});
+    InitParameters();
+}
+
+void CZEBAssemblyFastenerEngagementLenRule::InitParameters() {
+    AddParameter(*this, ZebType_Row, kLengths, ZebOp_Equal, ZebParam_Table, true);
+}
+
+void CZEBAssemblyFastenerEngagementLenRule::ImportFromXML(ZebXMLNode* node) {
+    CZebResourceScope scope;
+    RemoveAllValues(*this, kLengths);
+    ImportRuleXML(this, node);
+}
+
+ZebXMLNode* CZEBAssemblyFastenerEngagementLenRule::ExportToXML() {
+    CZebResourceScope scope;
+    return ExportRuleXML(this);
+}
+
+void CZEBAssemblyFastenerEngagementLenRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+    if (!to) return;
+    auto* lengths = FindTyped<ZebRow>(*this, kLengths);
+    if (lengths && LengthUnitsDiffer(from, to)) {
+        for (ZebRow& row : lengths->values)
+            if (row.size() >= 2) ConvertCell(row[1], from->LengthUnit, to->LengthUnit);
+    }
+    CurrentUnits = *to;
+}

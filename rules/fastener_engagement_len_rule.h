@@ -1,0 +1,13 @@
+#pragma once
+
+#include "framework/zeb_rule.h"
+
+// Thread engagement length per fastener name: 2053 rows of (name, length, ...).
+class CZEBAssemblyFastenerEngagementLenRule : public CZebRule {
+public:
+    CZEBAssemblyFastenerEngagementLenRule();
+    void InitParameters() override;
+    void ImportFromXML(ZebXMLNode* node) override;
+    ZebXMLNode* ExportToXML() override;
+    void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+};

@@ -1,0 +1,48 @@
+#include "rules/interference_detection_rule.h"
+
+#include "framework/unit_convertor.h"
+#include "module/assembly_rules_app.h"
+#include "rules/rule_record.h"
+
+namespace {
+constexpr long kSwitches[] = {6067, 6069, 8073, 6070};
+constexpr long kVolumeLimit = 8978;
+constexpr long kComponentPairs = 6068;
+}  // namespace
+
+CZEBAssemblyInterferenceDetectionRule::CZEBAssemblyInterferenceDetectionRule() {
+    FillRuleRecord(*this, {6065, 6066, 1, 13050, {}});
+    InitParameters();
+}
+
+void CZEBAssemblyInterferenceDetectionRule::InitParameters() {
+    const bool defaults[] = {true, true, false, false};
+    for (long id : kSwitches) AddParameter(*this, ZebType_Bool, id, ZebOp_Equal, ZebParam_Switch, true);
+    AddParameter(*this, ZebType_Double, kVolumeLimit, ZebOp_LessEqual, ZebParam_Value, false);
+    AddParameter(*this, ZebType_Row, kComponentPairs, ZebOp_Equal, ZebParam_Table, true);
+    for (size_t i = 0; i < std::size(kSwitches); ++i) FindTyped<bool>(*this, kSwitches[i])->values.Add(defaults[i]);
+    IsPopulated = true;
+}
+
+void CZEBAssemblyInterferenceDetectionRule::ImportFromXML(ZebXMLNode* node) {
+    CZebResourceScope scope;
+    for (long id : kSwitches) RemoveFirstValue(*this, id);
+    // The framework keeps its own component pairs while the rule status word is set.
+    if (RuleStatusWord == 0) RemoveAllValues(*this, kComponentPairs);
+    RemoveFirstValue(*this, kVolumeLimit);
+    ImportRuleXML(this, node);
+}
+
+ZebXMLNode* CZEBAssemblyInterferenceDetectionRule::ExportToXML() {
+    CZebResourceScope scope;
+    return ExportRuleXML(this);
+}
+
+void CZEBAssemblyInterferenceDetectionRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+    if (!to) return;
+    CurrentUnits = *to;
+    auto* volume = FindTyped<double>(*this, kVolumeLimit);
+    if (!from || from->LengthUnit == to->LengthUnit || !volume || volume->values.IsEmpty()) return;
+    volume->values[0] = CZEBUnitConvertor::ConversionFromOneUnitToAnotherForVolume(
+        volume->values[0], 1, from->LengthUnit, to->LengthUnit);
+}

@@ -1,0 +1,88 @@
+#include "rules/min_clearance_rule.h"
+
+#include "module/assembly_rules_app.h"
+#include "rules/rule_record.h"
+#include "rules/rule_units.h"
+#include "util/texts.h"
+
+namespace {
+// 2062 holds (switch, general clearance); 2049 switches the part-pair list 2048.
+constexpr long kGeneral = 2062;
+constexpr long kPairSwitch = 2049;
+constexpr long kPairs = 2048;
+constexpr long kOthers[] = {2063, 6072, 6073, 8095};
+
+double ValueAt(const ZebTypedParam<double>* p, int32_t index) {
+    return p && p->values.GetSize() > index ? p->values[index] : 0.0;
+}
+}  // namespace
+
+CZEBAssemblyMinClearanceBetPartsRule::CZEBAssemblyMinClearanceBetPartsRule() {
+    FillRuleRecord(*this, {6017, 6020, 1, 13020, {L"", L"", L""}});
+    InitParameters();
+}
+
+void CZEBAssemblyMinClearanceBetPartsRule::InitParameters() {
+    AddParameter(*this, ZebType_Double, kGeneral, ZebOp_GreaterEqual, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Double, kPairSwitch, ZebOp_Equal, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Row, kPairs, ZebOp_Equal, ZebParam_Table, true);
+    AddParameter(*this, ZebType_Double, 2063, ZebOp_GreaterEqual, ZebParam_Value, true);
+    for (long id : {6072, 6073, 8095}) AddParameter(*this, ZebType_Bool, id, ZebOp_Equal, ZebParam_Switch, true);
+    auto* general = FindTyped<double>(*this, kGeneral);
+    general->values.Add(1.0);
+    general->values.Add(0.1);
+    FindTyped<double>(*this, kPairSwitch)->values.Add(0.0);
+    FindTyped<double>(*this, 2063)->values.Add(1.0);
+    FindTyped<bool>(*this, 6072)->values.Add(false);
+    FindTyped<bool>(*this, 6073)->values.Add(true);
+    FindTyped<bool>(*this, 8095)->values.Add(false);
+    IsPopulated = true;
+    Summary = GeneralClearanceSummary();
+}
+
+std::wstring CZEBAssemblyMinClearanceBetPartsRule::GeneralClearanceSummary() {
+    const double clearance = ValueAt(FindTyped<double>(*this, kGeneral), 1);
+    return ZebFormatText(LoadLocalizedString(6020), {L">=", FormatTrimmedNumber(clearance, L"."),
+                                                     GetUnitText(CurrentUnits.LengthUnit)});
+}
+
+void CZEBAssemblyMinClearanceBetPartsRule::RebuildSummary() {
+    std::wstring text;
+    if (static_cast<long>(ValueAt(FindTyped<double>(*this, kGeneral), 0)) != 0) text = GeneralClearanceSummary();
+    if (static_cast<long>(ValueAt(FindTyped<double>(*this, kPairSwitch), 0)) != 0) text += LoadLocalizedString(6057);
+    Summary = text;
+}
+
+void CZEBAssemblyMinClearanceBetPartsRule::ImportFromXML(ZebXMLNode* node) {
+    CZebResourceScope scope;
+    RemoveAllValues(*this, kGeneral);
+    RemoveFirstValue(*this, kPairSwitch);
+    if (RuleStatusWord == 0) RemoveAllValues(*this, kPairs);
+    for (long id : kOthers) RemoveFirstValue(*this, id);
+    ImportRuleXML(this, node);
+    CurrentUnits.LengthUnit = GetUnitAttribute(node);
+    RebuildSummary();
+}
+
+ZebXMLNode* CZEBAssemblyMinClearanceBetPartsRule::ExportToXML() {
+    CZebResourceScope scope;
+    ZebXMLNode* node = ExportRuleXML(this);
+    RebuildSummary();
+    return node;
+}
+
+void CZEBAssemblyMinClearanceBetPartsRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+    auto* general = FindTyped<double>(*this, kGeneral);
+    if (!to || !general) return;
+    if (LengthUnitsDiffer(from, to)) {
+        if (general->values.GetSize() > 1)
+            general->values[1] = ConvertLength(general->values[1], from->LengthUnit, to->LengthUnit);
+        auto* pairs = FindTyped<ZebRow>(*this, kPairs);
+        if (!pairs) return;
+        for (ZebRow& row : pairs->values)
+            if (row.size() >= 3) ConvertCell(row[2], from->LengthUnit, to->LengthUnit);
+    }
+    CurrentUnits = *to;
+    CZebResourceScope scope;
+    Summary = GeneralClearanceSummary();
+}

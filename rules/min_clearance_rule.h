@@ -1,0 +1,19 @@
+#pragma once
+
+#include "framework/zeb_rule.h"
+
+// Minimum clearance between parts: general clearance (2062), per-pair clearances (2048).
+class CZEBAssemblyMinClearanceBetPartsRule : public CZebRule {
+public:
+    CZEBAssemblyMinClearanceBetPartsRule();
+    void InitParameters() override;
+    void ImportFromXML(ZebXMLNode* node) override;
+    ZebXMLNode* ExportToXML() override;
+    void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    // General clearance part, then the part-pair part, each as its switch says.
+    void RebuildSummary();
+
+private:
+    // The general clearance part, whatever its switch says.
+    std::wstring GeneralClearanceSummary();
+};

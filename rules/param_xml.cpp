@@ -1,0 +1,267 @@
+#include "rules/param_xml.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <cwchar>
+#include <locale>
+#include <memory>
+#include <sstream>
+
+#include "framework/text_convert.h"
+#include "framework/zeb_xml.h"
+#include "rules/param_visit.h"
+
+namespace {
+using NodePtr = std::unique_ptr<ZebXMLNode>;
+using ListPtr = std::unique_ptr<ZebXMLNodeList>;
+
+// How one value of the list becomes text and back. Decode returns false when the value type
+// has no text form that can be read back (the value is then not appended).
+template <class T> struct ValueCodec;
+
+template <> struct ValueCodec<int32_t> {
+    static std::wstring Text(int32_t v) { return XmlInt(v); }
+    static bool Decode(const std::wstring& text, int32_t& v) {
+        long parsed = 0;
+        ParseXmlInt(text, parsed);
+        v = static_cast<int32_t>(parsed);
+        return true;
+    }
+};
+template <> struct ValueCodec<long> {
+    static std::wstring Text(long v) { return XmlInt(v); }
+    static bool Decode(const std::wstring& text, long& v) {
+        v = 0;
+        ParseXmlInt(text, v);
+        return true;
+    }
+};
+template <> struct ValueCodec<bool> {
+    static std::wstring Text(bool v) { return v ? L"1" : L"0"; }
+    static bool Decode(const std::wstring& text, bool& v) {
+        v = text != L"0";
+        return true;
+    }
+};
+template <> struct ValueCodec<double> {
+    static std::wstring Text(double v) { return XmlDouble(v); }
+    static bool Decode(const std::wstring& text, double& v) {
+        v = ParseXmlDouble(text);
+        return true;
+    }
+};
+template <> struct ValueCodec<std::wstring> {
+    static std::wstring Text(const std::wstring& v) { return v; }
+    static bool Decode(const std::wstring& text, std::wstring& v) {
+        v = text;
+        return true;
+    }
+};
+// Opaque values belong to the framework: written empty, never decoded.
+template <> struct ValueCodec<ZebOpaque> {
+    static std::wstring Text(ZebOpaque) { return {}; }
+    static bool Decode(const std::wstring&, ZebOpaque&) { return false; }
+};
+template <> struct ValueCodec<uint32_t> {
+    static std::wstring Text(uint32_t v) { return XmlInt(static_cast<long>(v)); }
+    static bool Decode(const std::wstring& text, uint32_t& v) {
+        long parsed = 0;
+        ParseXmlInt(text, parsed);
+        v = static_cast<uint32_t>(parsed);
+        return true;
+    }
+};
+// Rows only have a text form as attributes (kind 24); as plain values they are written empty
+// and not read back.
+template <> struct ValueCodec<ZebRow> {
+    static std::wstring Text(const ZebRow&) { return {}; }
+    static bool Decode(const std::wstring&, ZebRow&) { return false; }
+};
+
+std::wstring SeverityWord(int32_t code) {
+    switch (code) {
+        case 1: return L"Warning";
+        case 2: return L"Info";
+        default: return L"Unknown";
+    }
+}
+
+void AppendText(ZebXMLNode& parent, const std::wstring& name, const std::wstring& text) {
+    NodePtr child(parent.AppendNode(name));
+    child->SetNodeValue(text);
+}
+
+void WriteDeviation(ZebXMLNode& criteria, const std::wstring& name, const ZebDeviationMap& map) {
+    NodePtr holder(criteria.AppendNode(name));
+    for (const auto& [code, pair] : map) {
+        NodePtr entry(holder->AppendNode(SeverityWord(code)));
+        AppendText(*entry, L"Value", XmlDouble(pair.first));
+        if (pair.second > 0) AppendText(*entry, L"Value", XmlDouble(pair.second));
+    }
+}
+
+// An "Unknown" entry is not read back: only warnings and infos have a place in the map.
+void ReadDeviation(ZebXMLNode& criteria, const std::wstring& name, ZebDeviationMap& map) {
+    map.clear();
+    NodePtr holder(criteria.SelectSingleNode(name));
+    if (!holder) return;
+    for (const auto& [word, code] : {std::pair{L"Warning", 1}, std::pair{L"Info", 2}}) {
+        NodePtr entry(holder->SelectSingleNode(word));
+        if (!entry) continue;
+        ListPtr values(entry->GetNodeList(L"Value"));
+        const long count = values->GetSize();
+        if (count == 0) continue;
+        std::pair<double, double> pair{0.0, 0.0};
+        if (count <= 2) {
+            NodePtr first((*values)[0]);
+            pair.first = ParseXmlDouble(first->GetNodeValue());
+            if (count == 2) {
+                NodePtr second((*values)[1]);
+                pair.second = ParseXmlDouble(second->GetNodeValue());
+            }
+        }
+        map[code] = pair;
+    }
+}
+
+int ChildInt(ZebXMLNode& parent, const std::wstring& name) {
+    NodePtr child(parent.SelectSingleNode(name));
+    int value = 0;
+    if (child && !child->GetNodeValueInInt(value)) value = 0;
+    return value;
+}
+
+template <class T>
+ZebXMLNode* WriteTyped(ZebXMLDocument* doc, ZebTypedParam<T>& p) {
+    if (p.op == 1) {
+        const int32_t count = p.values.GetSize();
+        if (count % 3 != 0 && count % 2 != 0) p.values.RemoveAll();
+    }
+    auto* node = doc->CreateNode(L"Parameter");
+    node->AddAttribute(L"Name", p.name);
+    node->AddAttribute(L"Type", XmlInt(p.id));
+    node->AddAttribute(L"Status", p.status ? L"1" : L"0");
+    AppendText(*node, L"Operator", XmlInt(p.op));
+    for (int32_t option : p.opOptions) AppendText(*node, L"OperatorOption", XmlInt(option));
+    AppendText(*node, L"ParameterType", XmlInt(p.kind));
+    if constexpr (std::is_same_v<T, ZebRow>) {
+        if (p.kind == ZebParam_Table) {
+            for (const ZebRow& row : p.values) {
+                if (row.empty()) continue;
+                NodePtr value(node->AppendNode(L"Value"));
+                for (size_t i = 0; i < row.size(); ++i)
+                    value->AddAttribute(L"Attribute" + std::to_wstring(i + 1), row[i]);
+            }
+        } else {
+            for (const ZebRow& row : p.values) AppendText(*node, L"Value", ValueCodec<T>::Text(row));
+        }
+    } else {
+        for (const T& v : p.values) AppendText(*node, L"Value", ValueCodec<T>::Text(v));
+    }
+    NodePtr criteria(node->AppendNode(L"ResultCriteria"));
+    criteria->AddAttribute(L"Status", p.criteriaStatus ? L"1" : L"0");
+    criteria->AddAttribute(L"CriteriaType", XmlInt(p.criteriaType));
+    WriteDeviation(*criteria, L"PercentDeviation", p.percentDeviation);
+    WriteDeviation(*criteria, L"AbsoluteDeviation", p.absoluteDeviation);
+    WriteDeviation(*criteria, L"AbsoluteValue", p.absoluteValue);
+    AppendText(*node, L"Remarks", p.remarks);
+    return node;
+}
+
+NodePtr FindParameterNode(ZebXMLNode* ruleNode, int32_t id) {
+    ListPtr list(ruleNode->GetNodeList(L"Parameter"));
+    for (long i = 0; i < list->GetSize(); ++i) {
+        NodePtr node((*list)[i]);
+        std::wstring text;
+        long type = 0;
+        if (node->GetAttributeValue(L"Type", text) && ParseXmlInt(text, type) && type == id) return node;
+    }
+    return nullptr;
+}
+
+template <class T>
+void ReadTyped(ZebXMLNode* ruleNode, ZebTypedParam<T>& p) {
+    NodePtr node = FindParameterNode(ruleNode, p.id);
+    if (!node) return;
+    p.op = ChildInt(*node, L"Operator");
+    ListPtr options(node->GetNodeList(L"OperatorOption"));
+    if (options->GetSize() > 0) {
+        p.opOptions.RemoveAll();
+        for (long i = 0; i < options->GetSize(); ++i) {
+            NodePtr option((*options)[i]);
+            long code = 0;
+            ParseXmlInt(option->GetNodeValue(), code);
+            p.opOptions.Add(static_cast<int32_t>(code));
+        }
+    }
+    p.kind = ChildInt(*node, L"ParameterType");
+    std::wstring status;
+    p.status = !(node->GetAttributeValue(L"Status", status) && status == L"0");
+
+    ListPtr values(node->GetNodeList(L"Value"));
+    for (long i = 0; i < values->GetSize(); ++i) {
+        NodePtr value((*values)[i]);
+        if constexpr (std::is_same_v<T, ZebRow>) {
+            if (p.kind == ZebParam_Table) {
+                ZebRow row;
+                for (int a = 1; a <= 5; ++a) {
+                    std::wstring cell;
+                    if (value->GetAttributeValue(L"Attribute" + std::to_wstring(a), cell)) row.push_back(cell);
+                }
+                p.values.Add(std::move(row));
+                continue;
+            }
+        }
+        T decoded{};
+        if (ValueCodec<T>::Decode(value->GetNodeValue(), decoded)) p.values.Add(decoded);
+    }
+
+    NodePtr criteria(node->SelectSingleNode(L"ResultCriteria"));
+    if (!criteria) return;
+    std::wstring text;
+    p.criteriaStatus = !(criteria->GetAttributeValue(L"Status", text) && text == L"0");
+    long type = 0;
+    text.clear();
+    if (criteria->GetAttributeValue(L"CriteriaType", text)) ParseXmlInt(text, type);
+    p.criteriaType = static_cast<int32_t>(type);
+    ReadDeviation(*criteria, L"PercentDeviation", p.percentDeviation);
+    ReadDeviation(*criteria, L"AbsoluteDeviation", p.absoluteDeviation);
+    ReadDeviation(*criteria, L"AbsoluteValue", p.absoluteValue);
+}
+
+}  // namespace
+
+std::wstring XmlInt(long value) { return std::to_wstring(value); }
+
+std::wstring XmlDouble(double value) {
+    char buffer[400];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 6);
+    return FromUtf8(std::string_view(buffer, result.ptr - buffer));
+}
+
+bool ParseXmlInt(const std::wstring& text, long& value) {
+    const wchar_t* start = text.c_str();
+    wchar_t* end = nullptr;
+    const long parsed = std::wcstol(start, &end, 10);
+    if (end == start) return false;
+    value = parsed;
+    return true;
+}
+
+double ParseXmlDouble(const std::wstring& text) {
+    std::istringstream in(ToUtf8(text));
+    in.imbue(std::locale::classic());
+    double value = 0.0;
+    if (!(in >> value)) return 0.0;
+    return value;
+}
+
+ZebXMLNode* WriteParameterXML(ZebXMLDocument* doc, CZebParamStorage& param) {
+    ZebXMLNode* node = nullptr;
+    VisitTyped(param, [&](auto& typed) { node = WriteTyped(doc, typed); });
+    return node;
+}
+
+bool ReadParameterXML(ZebXMLNode* ruleNode, CZebParamStorage& param) {
+    return VisitTyped(param, [&](auto& typed) { ReadTyped(ruleNode, typed); });
+}

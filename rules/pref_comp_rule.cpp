@@ -1,0 +1,34 @@
+#include "rules/pref_comp_rule.h"
+
+#include "module/assembly_rules_app.h"
+#include "rules/rule_record.h"
+
+namespace {
+constexpr long kTable = 7002;
+}
+
+CZEBAssemblyCheckPrefCompRule::CZEBAssemblyCheckPrefCompRule() {
+    FillRuleRecord(*this, {.nameId = 7000, .summaryId = 7001, .severity = 2, .dialogImageId = 13070,
+                           .summaryAsLoaded = true});
+    InitParameters();
+}
+
+void CZEBAssemblyCheckPrefCompRule::InitParameters() {
+    AddParameter(*this, ZebType_String, kTable, ZebOp_GreaterEqual, ZebParam_Value, true);
+    FindTyped<std::wstring>(*this, kTable)->values.Add(std::wstring());
+    IsPopulated = true;
+}
+
+void CZEBAssemblyCheckPrefCompRule::ImportFromXML(ZebXMLNode* node) {
+    CZebResourceScope scope;
+    RemoveFirstValue(*this, kTable);
+    ImportRuleXML(this, node);
+}
+
+ZebXMLNode* CZEBAssemblyCheckPrefCompRule::ExportToXML() {
+    CZebResourceScope scope;
+    return ExportRuleXML(this);
+}
+
+// Component names carry no lengths; not even the units are recorded.
+void CZEBAssemblyCheckPrefCompRule::ConvertUnits(const UnitSetting*, const UnitSetting*) {}

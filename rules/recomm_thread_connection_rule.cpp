@@ -1,0 +1,38 @@
+#include "rules/recomm_thread_connection_rule.h"
+
+#include "module/assembly_rules_app.h"
+#include "rules/rule_record.h"
+
+namespace {
+constexpr long kThreadPairs = 7072;
+constexpr long kThreadSizes = 9148;
+}  // namespace
+
+CZEBAssemblyRecommThreadConnectionRule::CZEBAssemblyRecommThreadConnectionRule() {
+    FillRuleRecord(*this, {7070, 7071, 2, 13120, {L"", L"", L""}});
+    InitParameters();
+}
+
+void CZEBAssemblyRecommThreadConnectionRule::InitParameters() {
+    AddParameter(*this, ZebType_Row, kThreadPairs, ZebOp_Equal, ZebParam_Table, true);
+    AddParameter(*this, ZebType_Row, kThreadSizes, ZebOp_Equal, ZebParam_Table, true);
+    FindParameterInArray(kThreadSizes)->GetParam()->criteriaStatus = false;
+}
+
+// The thread sizes are not cleared first: stored rows are added to the ones held.
+void CZEBAssemblyRecommThreadConnectionRule::ImportFromXML(ZebXMLNode* node) {
+    CZebResourceScope scope;
+    RemoveAllValues(*this, kThreadPairs);
+    ImportRuleXML(this, node);
+}
+
+ZebXMLNode* CZEBAssemblyRecommThreadConnectionRule::ExportToXML() {
+    CZebResourceScope scope;
+    return ExportRuleXML(this);
+}
+
+void CZEBAssemblyRecommThreadConnectionRule::ConvertUnits(const UnitSetting*, const UnitSetting* to) {
+    if (to) CurrentUnits = *to;
+}
+
+long CZEBAssemblyRecommThreadConnectionRule::Import(ZebXMLDocument*, ZebXMLNode*, void*) { return 0; }

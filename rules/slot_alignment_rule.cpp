@@ -1,0 +1,80 @@
+#include "rules/slot_alignment_rule.h"
+
+#include "module/assembly_rules_app.h"
+#include "rules/alignment_support.h"
+#include "rules/rule_record.h"
+#include "rules/rule_units.h"
+#include "util/texts.h"
+
+namespace {
+constexpr long kOffset = 8004;
+constexpr long kSecondOffset = 9503;
+constexpr long kFirstSwitch = 9606;
+constexpr long kSecondSwitch = 9608;
+// Settings older than this lack the two switches.
+constexpr double kSwitchVersion = 3.5;
+}  // namespace
+
+CZEBASMSlotAlignmentCheckRule::CZEBASMSlotAlignmentCheckRule(unsigned nameId, unsigned summaryId,
+                                                             int32_t dialogImageId) {
+    FillRuleRecord(*this, {nameId, summaryId, 1, dialogImageId, {L"", L"", L""}});
+    InitParameters();
+}
+
+void CZEBASMSlotAlignmentCheckRule::InitParameters() {
+    AddParameter(*this, ZebType_Double, kOffset, ZebOp_LessEqual, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Double, kSecondOffset, ZebOp_LessEqual, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Bool, kFirstSwitch, ZebOp_Equal, ZebParam_Plain, true);
+    AddParameter(*this, ZebType_Bool, kSecondSwitch, ZebOp_Equal, ZebParam_Plain, true);
+    FindTyped<double>(*this, kOffset)->values.Add(0.5);
+    auto* second = FindTyped<double>(*this, kSecondOffset);
+    second->values.Add(0.5);
+    second->criteriaStatus = false;
+    FindTyped<bool>(*this, kFirstSwitch)->values.Add(false);
+    FindTyped<bool>(*this, kSecondSwitch)->values.Add(false);
+    IsPopulated = true;
+}
+
+void CZEBASMSlotAlignmentCheckRule::RebuildSummary() {
+    auto* offset = FindTyped<double>(*this, kOffset);
+    if (!offset) return;
+    const std::wstring value = offset->values.IsEmpty() ? L"" : FormatNumber(offset->values[0]);
+    Summary = ZebFormatText(LoadLocalizedString(8006),
+                            {OperatorSymbol(offset->op), value, GetUnitText(CurrentUnits.LengthUnit)});
+}
+
+long CZEBASMSlotAlignmentCheckRule::Evaluate(void*, void*, void*) { return -3; }
+
+void CZEBASMSlotAlignmentCheckRule::ImportFromXML(ZebXMLNode* node) {
+    if (!node) return;
+    RemoveFirstValue(*this, kOffset);
+    RemoveFirstValue(*this, kSecondOffset);
+    RemoveFirstValue(*this, kSecondSwitch);
+    RemoveFirstValue(*this, kFirstSwitch);
+    ImportRuleXML(this, node);
+    if (ParentVersionWithoutV(node) < kSwitchVersion) {
+        if (auto* p = FindTyped<bool>(*this, kSecondSwitch)) p->values.Add(false);
+        if (auto* p = FindTyped<bool>(*this, kFirstSwitch)) p->values.Add(false);
+    }
+    RebuildSummary();
+}
+
+ZebXMLNode* CZEBASMSlotAlignmentCheckRule::ExportToXML() {
+    ZebXMLNode* node = ExportRuleXML(this);
+    AddDatabaseAttributes(*this, node);
+    RebuildSummary();
+    return node;
+}
+
+void CZEBASMSlotAlignmentCheckRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+    auto* offset = FindTyped<double>(*this, kOffset);
+    auto* second = FindTyped<double>(*this, kSecondOffset);
+    if (!to || !offset || !second) return;
+    if (LengthUnitsDiffer(from, to)) {
+        for (auto* p : {offset, second})
+            if (!p->values.IsEmpty()) p->values[0] = ConvertLength(p->values[0], from->LengthUnit, to->LengthUnit);
+    }
+    CurrentUnits = *to;
+    CZebResourceScope scope;
+    RebuildSummary();
+}

@@ -1,0 +1,215 @@
+// Runs the built vantor-rules as a user would and checks its output files and messages.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+struct HostRun {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+std::string ReadFile(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+void WriteFile(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+
+std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+class HostCommandsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir = fs::temp_directory_path() /
+              ("vantor-host-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+        fs::remove_all(dir);
+        fs::create_directories(dir);
+    }
+    void TearDown() override { fs::remove_all(dir); }
+
+    // `prefix` runs in the same shell before the host (limits, traps).
+    HostRun Host(const std::string& args, const std::string& prefix = "") {
+        const fs::path err = dir / "stderr.txt";
+        const std::string command = prefix + " env VANTOR_RES_DIR=" VANTOR_BUILD_DIR "/share/vantor/res LANG=en_US.UTF-8 "
+                                    "LC_ALL=C.UTF-8 " VANTOR_BUILD_DIR "/bin/vantor-rules " + args + " 2>" + err.string();
+        HostRun run;
+        FILE* pipe = popen(command.c_str(), "r");
+        char buffer[4096];
+        for (size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.out.append(buffer, n);
+        const int status = pclose(pipe);
+        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        run.err = ReadFile(err);
+        return run;
+    }
+
+    std::string P(const std::string& name) const { return (dir / name).string(); }
+
+    fs::path dir;
+};
+}  // namespace
+
+TEST_F(HostCommandsTest, ListUnitsAndHelp) {
+    HostRun list = Host("list");
+    ASSERT_EQ(list.status, 0) << list.err;
+    auto lines = Lines(list.out);
+    ASSERT_EQ(lines.size(), 12u);
+    EXPECT_EQ(lines[0].substr(0, lines[0].find('\t')), "Hole Alignment");
+    EXPECT_EQ(lines[11].substr(0, lines[11].find('\t')), "Slot Alignment");
+    EXPECT_EQ(lines[7], "Fastener Clearance\tFastener Clearance\t2\tChecks the clearance around each fastener "
+                        "against the limits set for its fastener name.");
+
+    HostRun units = Host("units");
+    ASSERT_EQ(units.status, 0) << units.err;
+    auto unitLines = Lines(units.out);
+    ASSERT_EQ(unitLines.size(), 11u);
+    EXPECT_EQ(unitLines[0], "0\tmm\t0.001");
+    EXPECT_EQ(unitLines[3], "3\tin\t0.0254");
+    EXPECT_EQ(unitLines[5], "5\t\t1e-09");
+
+    HostRun help = Host("--help");
+    EXPECT_EQ(help.status, 0);
+    for (const char* word : {"list", "units", "new", "show", "resave", "convert", "--module-dir"})
+        EXPECT_NE(help.out.find(word), std::string::npos) << word;
+    EXPECT_EQ(Host("configure").status, 2);
+}
+
+TEST_F(HostCommandsTest, NewShowAndConvert) {
+    HostRun made = Host("new -o " + P("inch.xml") + " --unit 3");
+    ASSERT_EQ(made.status, 0) << made.err;
+    const std::string text = ReadFile(dir / "inch.xml");
+    EXPECT_NE(text.find("<AssemblyRules Version=\"v3.5\" Unit=\"3\">"), std::string::npos);
+    EXPECT_EQ(Lines(Host("list").out).size(), 12u);
+
+    HostRun shown = Host("show " + P("inch.xml"));
+    ASSERT_EQ(shown.status, 0) << shown.err;
+    auto lines = Lines(shown.out);
+    EXPECT_EQ(lines[0].substr(0, 15), "Hole Alignment\t");
+    EXPECT_EQ(lines[1], "  7800\tdouble\top <=\tkind 1\tstatus 1\tcriteria 1 type 0\tvalues 0.019685");
+
+    HostRun converted = Host("convert " + P("inch.xml") + " --unit 1 -o " + P("cm.xml"));
+    ASSERT_EQ(converted.status, 0) << converted.err;
+    EXPECT_NE(ReadFile(dir / "cm.xml").find("Unit=\"1\""), std::string::npos);
+    HostRun shownCm = Host("show " + P("cm.xml"));
+    EXPECT_NE(shownCm.out.find("  7800\tdouble\top <=\tkind 1\tstatus 1\tcriteria 1 type 0\tvalues 0.05"),
+              std::string::npos)
+        << shownCm.out;
+    EXPECT_NE(shownCm.out.find("must be <= 0.05 cm."), std::string::npos);
+
+    // Reading and writing again changes no value. Summaries may differ: the slot alignment
+    // rule does not take its unit from the document.
+    ASSERT_EQ(Host("resave " + P("cm.xml") + " -o " + P("again.xml")).status, 0);
+    const std::regex summary(" Summary=\"[^\"]*\"");
+    EXPECT_TRUE(std::regex_replace(ReadFile(dir / "again.xml"), summary, "") ==
+                std::regex_replace(ReadFile(dir / "cm.xml"), summary, ""));
+}
+
+TEST_F(HostCommandsTest, ResaveFindsRulesAtAnyDepthAndSkipsUnknownOnes) {
+    WriteFile(dir / "mixed.xml", R"(<Project><Settings><Old Unit="2">
+        <Rule Name="FASTENER ALIGNMENT" Severity="3"><Parameter Type="8019"><Operator>8</Operator><ParameterType>1</ParameterType><Value>0.25</Value></Parameter></Rule>
+        <Rule Name="Wobble Check"/></Old></Settings>
+        <Rule Name="Preferred Components"/></Project>)");
+    HostRun resaved = Host("resave " + P("mixed.xml") + " -o " + P("out.xml"));
+    ASSERT_EQ(resaved.status, 0) << resaved.err;
+    EXPECT_NE(resaved.err.find("Wobble Check"), std::string::npos);
+    const std::string out = ReadFile(dir / "out.xml");
+    EXPECT_NE(out.find("<VantorSettings>\n  <AssemblyRules Version=\"v3.5\" Unit=\"2\">"), std::string::npos);
+    const size_t alignment = out.find("Name=\"FASTENER ALIGNMENT\"");
+    const size_t preferred = out.find("Name=\"Preferred Components\"");
+    EXPECT_NE(alignment, std::string::npos);
+    EXPECT_NE(preferred, std::string::npos);
+    EXPECT_LT(alignment, preferred);
+    EXPECT_EQ(out.find("Wobble"), std::string::npos);
+    EXPECT_NE(out.find("<Value>0.250000</Value>"), std::string::npos);
+
+    // Each rule converts from its own parent's unit: metres to millimetres here.
+    ASSERT_EQ(Host("convert " + P("mixed.xml") + " --unit 0 -o " + P("mm.xml")).status, 0);
+    EXPECT_NE(ReadFile(dir / "mm.xml").find("<Value>250.000000</Value>"), std::string::npos);
+}
+
+TEST_F(HostCommandsTest, BadInputIsReportedAndWritesNothing) {
+    WriteFile(dir / "broken.xml", "<VantorSettings>\n  <AssemblyRules>\n</VantorSettings>\n");
+    WriteFile(dir / "empty.xml", "");
+    WriteFile(dir / "keep.xml", "old contents");
+    for (const std::string& command : {"show " + P("broken.xml"), "resave " + P("broken.xml") + " -o " + P("keep.xml"),
+                                       "convert " + P("broken.xml") + " --unit 1 -o " + P("keep.xml")}) {
+        HostRun run = Host(command);
+        EXPECT_EQ(run.status, 2) << command;
+        EXPECT_EQ(Lines(run.err).size(), 1u) << run.err;
+        EXPECT_NE(run.err.find("broken.xml: line 3, column"), std::string::npos) << run.err;
+        EXPECT_TRUE(run.out.empty());
+    }
+    EXPECT_EQ(ReadFile(dir / "keep.xml"), "old contents");
+
+    HostRun empty = Host("resave " + P("empty.xml") + " -o " + P("new.xml"));
+    EXPECT_EQ(empty.status, 2);
+    EXPECT_NE(empty.err.find("empty"), std::string::npos);
+    HostRun missing = Host("show " + P("missing.xml"));
+    EXPECT_EQ(missing.status, 2);
+    EXPECT_NE(missing.err.find("cannot open"), std::string::npos);
+    EXPECT_EQ(Host("convert " + P("keep.xml") + " --unit 99 -o " + P("new.xml")).status, 2);
+    EXPECT_EQ(Host("convert " + P("keep.xml") + " -o " + P("new.xml")).status, 2);
+    EXPECT_EQ(Host("new").status, 2);
+    EXPECT_FALSE(fs::exists(dir / "new.xml"));
+
+    HostRun noModule = Host("list --module-dir " + P("nowhere"));
+    EXPECT_EQ(noModule.status, 1);
+    EXPECT_NE(noModule.err.find("cannot load"), std::string::npos);
+}
+
+TEST_F(HostCommandsTest, ModuleFolderWithADatabaseModule) {
+    // Any loadable shared object stands in for the database module here.
+    const fs::path modules = dir / "modules";
+    fs::create_directories(modules);
+    fs::copy_file(VANTOR_BUILD_DIR "/lib/vantor/ZEBAssemblyRules.so", modules / "ZEBAssemblyRules.so");
+    fs::copy_file(VANTOR_BUILD_DIR "/share/vantor/res/en/ZEBAssemblyRulesResu.so", modules / "ZEBDatabaseu.so");
+    HostRun made = Host("new -o " + P("db.xml") + " --module-dir " + modules.string());
+    ASSERT_EQ(made.status, 0) << made.err;
+    const std::string text = ReadFile(dir / "db.xml");
+    EXPECT_NE(text.find("SelectedDatabase=\"ZEBDatabaseu\" DBCategory=\"Hardware\""), std::string::npos);
+
+    // Without it the alignment rules name no database.
+    fs::remove(modules / "ZEBDatabaseu.so");
+    ASSERT_EQ(Host("new -o " + P("nodb.xml") + " --module-dir " + modules.string()).status, 0);
+    EXPECT_NE(ReadFile(dir / "nodb.xml").find("SelectedDatabase=\"\" DBCategory=\"Hardware\""), std::string::npos);
+
+    // A database module that does not load is reported, and the rules still come.
+    WriteFile(modules / "ZEBDatabaseu.so", "not a library");
+    HostRun broken = Host("list --module-dir " + modules.string());
+    EXPECT_EQ(broken.status, 0);
+    EXPECT_EQ(Lines(broken.out).size(), 12u);
+    EXPECT_NE(broken.err.find("warning: cannot load"), std::string::npos) << broken.err;
+}
+
+TEST_F(HostCommandsTest, FailedWriteKeepsTheOldFile) {
+    WriteFile(dir / "keep.xml", "old contents");
+    // A one-kilobyte file size limit makes the write fail part way.
+    HostRun run = Host("new -o " + P("keep.xml"), "trap '' XFSZ; ulimit -f 1;");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.err.find("cannot write"), std::string::npos) << run.err;
+    EXPECT_EQ(ReadFile(dir / "keep.xml"), "old contents");
+    size_t files = 0;
+    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(dir)) ++files;
+    EXPECT_EQ(files, 2u);  // keep.xml and the captured messages, no temporary left behind
+
+    HostRun noFolder = Host("new -o " + P("no/such/folder/out.xml"));
+    EXPECT_EQ(noFolder.status, 1);
+    EXPECT_FALSE(noFolder.err.empty());
+}
