@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include "util/sheet_cells.h"
+
+// Reads the requested columns of the active sheet of an Office Open XML workbook (".xlsx").
+// Shared by the module's built-in reader and the reader library, so both read a sheet alike.
+// Hostile files are bounded: each ZIP entry is read up to a size cap, entry names are only looked
+// up inside the archive, rows and columns beyond the format's limits are refused.
+SheetReadStatus ReadOpenXmlSheet(const std::string& path, const SheetRequest& request,
+                                 CSheetCellSink& sink, SheetExtent& extent);
+
+// True when the file starts like a ZIP archive.
+bool LooksLikeZip(const std::string& path);
+
+// Largest decompressed size of one ZIP entry the reader accepts.
+constexpr uint64_t kMaxZipEntryBytes = 512ull * 1024 * 1024;
