@@ -80,15 +80,8 @@ int RunShow(const std::vector<std::string>& words) {
     std::unique_ptr<ZebXMLNodeList> nodes(doc.GetElementsByTagName(L"Rule"));
     for (long i = 0; i < nodes->GetSize(); ++i) {
         std::unique_ptr<ZebXMLNode> node((*nodes)[i]);
-        CZebRule* made = nullptr;
-        loader.GetRule(node.get(), &made);
-        if (!made) {
-            std::wstring name;
-            node->GetAttributeValue(L"Name", name);
-            std::fprintf(stderr, "vantor-rules: warning: skipped the rule '%s': no rule of the module has that name\n",
-                         ToUtf8(name).c_str());
-            continue;
-        }
+        CZebRule* made = RecreateRule(loader, node.get());
+        if (!made) continue;
         RuleHandle rule(loader, made);
         PrintRule(*rule.get());
     }

@@ -7,6 +7,7 @@
 #include "framework/text_convert.h"
 #include "framework/unit_convertor.h"
 #include "framework/zeb_rule.h"
+#include "util/texts.h"
 
 namespace {
 // Written so that nothing is upgraded when the module reads the file back.
@@ -89,11 +90,16 @@ bool WriteSettingsFile(const ZebXMLDocument& doc, const std::string& path) {
     return false;
 }
 
-int ParentUnit(ZebXMLNode* node) {
-    std::unique_ptr<ZebXMLNode> parent(node ? node->GetParentNode() : nullptr);
-    std::wstring text;
-    if (!parent || !parent->GetAttributeValue(L"Unit", text)) return 0;
-    return static_cast<int>(std::wcstol(text.c_str(), nullptr, 10));
+CZebRule* RecreateRule(const ModuleLoader& loader, ZebXMLNode* node) {
+    CZebRule* made = nullptr;
+    loader.GetRule(node, &made);
+    if (!made) {
+        std::wstring name;
+        node->GetAttributeValue(L"Name", name);
+        std::fprintf(stderr, "vantor-rules: warning: skipped the rule '%s': no rule of the module has that name\n",
+                     ToUtf8(name).c_str());
+    }
+    return made;
 }
 
 std::string RuleLine(const CZebRule& rule) {
@@ -115,7 +121,7 @@ int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
     int firstUnit = 0;
     if (ruleNodes->GetSize() > 0) {
         std::unique_ptr<ZebXMLNode> first((*ruleNodes)[0]);
-        firstUnit = ParentUnit(first.get());
+        firstUnit = GetUnitAttribute(first.get());
     }
     ZebXMLDocument output;
     std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(output, toUnit.value_or(firstUnit)));
@@ -123,18 +129,11 @@ int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
 
     for (long i = 0; i < ruleNodes->GetSize(); ++i) {
         std::unique_ptr<ZebXMLNode> node((*ruleNodes)[i]);
-        CZebRule* made = nullptr;
-        loader.GetRule(node.get(), &made);
-        if (!made) {
-            std::wstring name;
-            node->GetAttributeValue(L"Name", name);
-            std::fprintf(stderr, "vantor-rules: warning: skipped the rule '%s': no rule of the module has that name\n",
-                         ToUtf8(name).c_str());
-            continue;
-        }
+        CZebRule* made = RecreateRule(loader, node.get());
+        if (!made) continue;
         RuleHandle rule(loader, made);
         if (toUnit) {
-            const UnitSetting from{ParentUnit(node.get()), 0};
+            const UnitSetting from{GetUnitAttribute(node.get()), 0};
             const UnitSetting to{*toUnit, 0};
             rule->ConvertUnits(&from, &to);
         }

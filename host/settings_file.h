@@ -35,8 +35,9 @@ ZebXMLNode* StartSettingsDocument(ZebXMLDocument& doc, int unit);
 // Writes through a temporary file and a rename; prints the reason and returns false on failure.
 bool WriteSettingsFile(const ZebXMLDocument& doc, const std::string& path);
 
-// The "Unit" attribute of the element's parent; 0 when there is none.
-int ParentUnit(ZebXMLNode* node);
+// The rule the module recreates from a "Rule" element (owned by the caller, returned through
+// the module's DeleteRule); null, after a warning naming it, when no rule has that name.
+CZebRule* RecreateRule(const ModuleLoader& loader, ZebXMLNode* node);
 
 // One line: identity name, display name, severity and summary, separated by tabs.
 std::string RuleLine(const CZebRule& rule);

@@ -1,5 +1,7 @@
 #include "util/open_xml_reader.h"
 
+#include "framework/text_convert.h"
+
 #include <zip.h>
 
 #include <cctype>
@@ -78,22 +80,8 @@ std::string_view LocalName(std::string_view name) {
 }
 
 void AppendUtf8(std::string& out, uint32_t c) {
-    if (c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = 0xFFFD;
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | (c >> 6));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        out += static_cast<char>(0xE0 | (c >> 12));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | (c >> 18));
-        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    }
+    const wchar_t wide = static_cast<wchar_t>(c);
+    out += ToUtf8(std::wstring_view(&wide, 1));
 }
 
 // Appends `raw` with its XML references resolved; an unknown reference is kept as written.
