@@ -2,12 +2,14 @@
 
 #include <memory>
 
+#include "framework/resource_library.h"
 #include "framework/text_convert.h"
 #include "framework/zeb_rule.h"
 #include "framework/zeb_xml.h"
 #include "module/assembly_rules_app.h"
 #include "rules/param_xml.h"
 #include "rules/rule_record.h"
+#include "util/texts.h"
 
 namespace {
 std::wstring ParentVersionText(ZebXMLNode* ruleNode) {
@@ -47,4 +49,12 @@ void AddDatabaseAttributes(CZebRule& rule, ZebXMLNode* ruleNode) {
     const std::string name = ToUtf8(rule.SelectedDatabase.substr(0, kMaxDatabaseNameLength));
     ruleNode->AddAttribute1("SelectedDatabase", name.c_str());
     ruleNode->AddAttribute(L"DBCategory", rule.DBCategory);
+}
+
+void RebuildOffsetSummary(CZebRule& rule, long offsetId, unsigned formatId) {
+    auto* offset = FindTyped<double>(rule, offsetId);
+    if (!offset) return;
+    const std::wstring value = offset->values.IsEmpty() ? L"" : FormatNumber(offset->values[0]);
+    rule.Summary = ZebFormatText(LoadLocalizedString(formatId),
+                                 {OperatorSymbol(offset->op), value, GetUnitText(rule.CurrentUnits.LengthUnit)});
 }

@@ -16,3 +16,7 @@ bool ParentVersionHasV(ZebXMLNode* ruleNode);
 // "SelectedDatabase" and "DBCategory" on an exported "Rule" element, from the module's first
 // database module and the rule's category (English default when empty).
 void AddDatabaseAttributes(CZebRule& rule, ZebXMLNode* ruleNode);
+
+// The summary: string `formatId` with the operator symbol and first value of parameter
+// `offsetId` and the text of the rule's length unit. Left as it is without that parameter.
+void RebuildOffsetSummary(CZebRule& rule, long offsetId, unsigned formatId);

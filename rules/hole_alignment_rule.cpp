@@ -43,11 +43,7 @@ void CZEBASMHoleAlignmentCheckRule::InitParameters() {
 }
 
 void CZEBASMHoleAlignmentCheckRule::RebuildSummary() {
-    auto* offset = FindTyped<double>(*this, kOffset);
-    if (!offset) return;
-    const std::wstring value = offset->values.IsEmpty() ? L"" : FormatNumber(offset->values[0]);
-    Summary = ZebFormatText(LoadLocalizedString(6028),
-                            {OperatorSymbol(offset->op), value, GetUnitText(CurrentUnits.LengthUnit)});
+    RebuildOffsetSummary(*this, kOffset, 6028);
 }
 
 long CZEBASMHoleAlignmentCheckRule::Evaluate(void*, void*, void*) { return -3; }

@@ -36,11 +36,7 @@ void CZEBASMSlotAlignmentCheckRule::InitParameters() {
 }
 
 void CZEBASMSlotAlignmentCheckRule::RebuildSummary() {
-    auto* offset = FindTyped<double>(*this, kOffset);
-    if (!offset) return;
-    const std::wstring value = offset->values.IsEmpty() ? L"" : FormatNumber(offset->values[0]);
-    Summary = ZebFormatText(LoadLocalizedString(8006),
-                            {OperatorSymbol(offset->op), value, GetUnitText(CurrentUnits.LengthUnit)});
+    RebuildOffsetSummary(*this, kOffset, 8006);
 }
 
 long CZEBASMSlotAlignmentCheckRule::Evaluate(void*, void*, void*) { return -3; }
