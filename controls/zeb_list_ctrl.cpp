@@ -21,6 +21,28 @@ QString ToQ(const std::wstring& text) { return QString::fromStdWString(text); }
 bool EqualNoCase(const std::wstring& a, const std::wstring& b) {
     return ToQ(a).compare(ToQ(b), Qt::CaseInsensitive) == 0;
 }
+// Moves an in-place editor over the cell and shows it; on first use it is created there, with
+// the table's font, its control id and its text limit (later openings keep the first limit).
+template <class Editor, class SetLimit>
+void PlaceEditor(QPointer<Editor>& editor, QWidget* table, int id, const QRect& rect, SetLimit setLimit) {
+    if (!editor) {
+        editor = new Editor(table);
+        SetZebControlId(editor, id);
+        editor->setFont(table->font());
+        setLimit(editor.data());
+    }
+    editor->setGeometry(rect);
+    editor->show();
+    editor->raise();
+}
+
+// Hides an editor; the table takes the keyboard focus back when the editor had it.
+void HideEditor(QWidget* editor, QWidget* table) {
+    const bool hadFocus = editor->hasFocus();
+    editor->hide();
+    if (hadFocus) table->setFocus();
+}
+
 }  // namespace
 
 CZEBListCtrl::CZEBListCtrl(QWidget* parent) : QTableView(parent), m_model(new CZebGridModel(this)) {
@@ -85,18 +107,8 @@ void CZEBListCtrl::BeginCellEdit(int row, int column, int maxChars) {
     if (row < 0 || row >= GetRowCount() || column < 0 || column >= GetColumnCount()) return;
     const QRect rect = EditorRect(row, column);
     const std::wstring text = GetCellText(row, column);
-    if (m_textEditor) {
-        m_textEditor->setGeometry(rect);
-        m_textEditor->show();
-    } else {
-        m_textEditor = new QLineEdit(this);
-        SetZebControlId(m_textEditor, kTextEditorId);
-        m_textEditor->setGeometry(rect);
-        m_textEditor->setFont(font());
-        m_textEditor->setMaxLength(maxChars);
-        m_textEditor->show();
-    }
-    m_textEditor->raise();
+    PlaceEditor(m_textEditor, this, kTextEditorId, rect,
+                [maxChars](QLineEdit* editor) { editor->setMaxLength(maxChars); });
     m_textEditor->setText(ToQ(text));
     m_textEditor->selectAll();
     m_textEditor->setFocus();
@@ -108,9 +120,7 @@ bool CZEBListCtrl::IsCellEditOpen() const { return m_textEditor && !m_textEditor
 int CZEBListCtrl::EndCellEdit(std::wstring& text) {
     if (!IsCellEditOpen()) return 0;
     const std::wstring edited = m_textEditor->text().toStdWString();
-    const bool hadFocus = m_textEditor->hasFocus();
-    m_textEditor->hide();
-    if (hadFocus) setFocus();
+    HideEditor(m_textEditor, this);
     SetCellText(m_editRow, m_editColumn, edited);
     text = edited;
     return 1;
@@ -118,9 +128,7 @@ int CZEBListCtrl::EndCellEdit(std::wstring& text) {
 
 int CZEBListCtrl::CancelCellEdit() {
     if (!m_textEditor) return 0;
-    const bool hadFocus = m_textEditor->hasFocus();
-    m_textEditor->hide();
-    if (hadFocus) setFocus();
+    HideEditor(m_textEditor, this);
     return 1;
 }
 
@@ -134,18 +142,8 @@ void CZEBListCtrl::BeginCellChoice(int row, int column, int maxChars) {
     if (row < 0 || row >= GetRowCount() || column < 0 || column >= GetColumnCount()) return;
     const QRect rect = EditorRect(row, column);
     const std::wstring text = GetCellText(row, column);
-    if (m_choiceEditor) {
-        m_choiceEditor->setGeometry(rect);
-        m_choiceEditor->show();
-    } else {
-        m_choiceEditor = new CCustomComboBox(this);
-        SetZebControlId(m_choiceEditor, kChoiceEditorId);
-        m_choiceEditor->setGeometry(rect);
-        m_choiceEditor->setFont(font());
-        m_choiceEditor->SetTextLimit(maxChars);
-        m_choiceEditor->show();
-    }
-    m_choiceEditor->raise();
+    PlaceEditor(m_choiceEditor, this, kChoiceEditorId, rect,
+                [maxChars](CCustomComboBox* editor) { editor->SetTextLimit(maxChars); });
     m_choiceEditor->clear();
     int selected = 0;
     for (size_t i = 0; i < m_choices.size(); ++i) {
@@ -161,9 +159,7 @@ int CZEBListCtrl::EndCellChoice(std::wstring& text, const std::wstring& messageS
     const std::wstring old = GetCellText(m_editRow, m_editColumn);
     if (!m_choiceEditor) return 0;
     const std::wstring chosen = m_choiceEditor->currentText().toStdWString();
-    const bool hadFocus = m_choiceEditor->hasFocus();
-    m_choiceEditor->hide();
-    if (hadFocus) setFocus();
+    HideEditor(m_choiceEditor, this);
     if (!EqualNoCase(chosen, old) && FindInFirstColumn(chosen)) {
         ZebUiMessage(window(), chosen + L" " + messageSuffix, ZebMsgIcon::Information,
                      ZebMsgButtons::Ok);
