@@ -7,7 +7,7 @@
 #include <list>
 #include <string>
 
-#include "framework/db/data_helper.h"
+#include "database/service/data_helper.h"
 
 namespace {
 

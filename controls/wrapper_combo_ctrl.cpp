@@ -1,5 +1,7 @@
 #include "controls/wrapper_combo_ctrl.h"
 
+#include "framework/case_fold.h"
+
 void CWrapperComboCtrl::FillFromList(const std::vector<std::wstring>& texts) {
     clear();
     for (const std::wstring& text : texts) addItem(QString::fromStdWString(text));
@@ -13,9 +15,7 @@ void CWrapperComboCtrl::CollectItems(std::vector<std::wstring>& texts) const {
 }
 
 void CWrapperComboCtrl::AddIfAbsent(const std::wstring& text) {
-    const QString wanted = QString::fromStdWString(text);
-    for (int i = 0; i < count(); ++i) {
-        if (itemText(i).compare(wanted, Qt::CaseInsensitive) == 0) return;
-    }
-    addItem(wanted);
+    for (int i = 0; i < count(); ++i)
+        if (ZebEqualsNoCase(itemText(i).toStdWString(), text)) return;
+    addItem(QString::fromStdWString(text));
 }

@@ -3,17 +3,17 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
-#include "framework/resource_library.h"
-#include "module/assembly_rules_app.h"
-#include "util/texts.h"
+#include "app/assembly_rules_app.h"
+#include "util/number_text.h"
 
 namespace {
 constexpr int kNumberColumn = 3;
 const wchar_t* const kPartFilter = L"(*.prt)|*.prt||";
 }  // namespace
 
-bool CZEBAsmRuleListCtrl::IsPreferredComponentsMode() const {
-    return m_ruleName == ZebLoadString(7000);
+void CZEBAsmRuleListCtrl::SetMode(Mode mode, PartFileNaming naming) {
+    m_mode = mode;
+    m_pairNaming = naming;
 }
 
 void CZEBAsmRuleListCtrl::SetNumberedColumns(const std::vector<std::wstring>& headers,
@@ -53,9 +53,8 @@ void CZEBAsmRuleListCtrl::OnRightClick(const QPoint& point) {
     int row = -1, column = -1;
     HitTest(point, row, column);
     if (row < 0 || !IsBrowseColumn(column)) return;
-    // Only the pair tables pass their rule name, so that minimum clearance shows display names.
     BrowseFileIntoCell(row, column, kPartFilter,
-                       IsPreferredComponentsMode() ? std::wstring() : m_ruleName);
+                       IsPreferredComponentsMode() ? PartFileNaming::FileName : m_pairNaming);
 }
 
 std::wstring CZEBAsmRuleListCtrl::GetCellTooltip(int row, int column) const {
@@ -63,7 +62,7 @@ std::wstring CZEBAsmRuleListCtrl::GetCellTooltip(int row, int column) const {
         !IsBrowseColumn(column))
         return {};
     // The tooltip's own buffer holds 80 characters with its terminator.
-    return LoadLocalizedString(2074).substr(0, kTooltipBuffer - 1);
+    return LoadLocalizedString(IDS_TIP_CHOOSE_PART_FILE).substr(0, kTooltipBuffer - 1);
 }
 
 long CZEBAsmRuleListCtrl::KeyHandler(QEvent* event) {

@@ -2,20 +2,22 @@
 
 #include "controls/zeb_list_ctrl.h"
 
-// Component table of the interference, minimum clearance and preferred components dialogs. The
-// rule name decides the mode: the preferred components rule lists names in columns 2 to 4; every
-// other rule lists pairs in columns 1 and 2 with a number in column 3.
+// Component table of the interference, minimum clearance and preferred components dialogs. Its
+// dialog sets the mode once, from the rule it serves: the preferred components table lists names
+// in columns 2 to 4; a pair table lists part pairs in columns 1 and 2 with a number in column 3.
 class CZEBAsmRuleListCtrl : public CZEBListCtrl {
     Q_OBJECT
 public:
     enum : int { kTooltipBuffer = 80 };
+    enum class Mode { PartPairs, PreferredComponents };
 
     explicit CZEBAsmRuleListCtrl(QWidget* parent = nullptr) : CZEBListCtrl(parent) {}
 
-    void SetRuleName(const std::wstring& name) { m_ruleName = name; }
-    const std::wstring& GetRuleName() const { return m_ruleName; }
-    // Compared with string 7000 of the current resource library at every use.
-    bool IsPreferredComponentsMode() const;
+    // A pair table (the default) names chosen part files as `naming` says; the preferred
+    // components table always by file name.
+    void SetMode(Mode mode, PartFileNaming naming = PartFileNaming::FileName);
+    Mode GetMode() const { return m_mode; }
+    bool IsPreferredComponentsMode() const { return m_mode == Mode::PreferredComponents; }
 
     // Only on a table without columns: a 20 pixel column 0, the rest share the remaining width.
     void SetNumberedColumns(const std::vector<std::wstring>& headers, int totalWidth);
@@ -35,5 +37,6 @@ private:
     // Commits the text editor; in pair mode a number column that is not numeric is emptied.
     long CommitChecked();
 
-    std::wstring m_ruleName;
+    Mode m_mode = Mode::PartPairs;
+    PartFileNaming m_pairNaming = PartFileNaming::FileName;
 };

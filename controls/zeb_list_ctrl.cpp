@@ -1,16 +1,15 @@
 #include "controls/zeb_list_ctrl.h"
 
-#include <algorithm>
-
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QScrollBar>
 #include <QToolTip>
+#include <algorithm>
 
+#include "controls/cell_text_edit.h"
 #include "controls/custom_combo_box.h"
-#include "framework/resource_library.h"
+#include "framework/case_fold.h"
 #include "framework/ui/control_id.h"
 #include "framework/ui/ui_service.h"
 #include "util/file_helpers.h"
@@ -18,15 +17,15 @@
 namespace {
 QString ToQ(const std::wstring& text) { return QString::fromStdWString(text); }
 
-bool EqualNoCase(const std::wstring& a, const std::wstring& b) {
-    return ToQ(a).compare(ToQ(b), Qt::CaseInsensitive) == 0;
-}
 // Moves an in-place editor over the cell and shows it; on first use it is created there, with
 // the table's font, its control id and its text limit (later openings keep the first limit).
+// It comes right after the table in the window's tab order, so that Tab leaves the table for
+// the next control.
 template <class Editor, class SetLimit>
 void PlaceEditor(QPointer<Editor>& editor, QWidget* table, int id, const QRect& rect, SetLimit setLimit) {
     if (!editor) {
         editor = new Editor(table);
+        QWidget::setTabOrder(table, editor);
         SetZebControlId(editor, id);
         editor->setFont(table->font());
         setLimit(editor.data());
@@ -52,6 +51,8 @@ CZEBListCtrl::CZEBListCtrl(QWidget* parent) : QTableView(parent), m_model(new CZ
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setContextMenuPolicy(Qt::PreventContextMenu);
     setWordWrap(false);
+    // Tab moves between controls, not cells: the key handlers move the editor themselves.
+    setTabKeyNavigation(false);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -108,8 +109,8 @@ void CZEBListCtrl::BeginCellEdit(int row, int column, int maxChars) {
     const QRect rect = EditorRect(row, column);
     const std::wstring text = GetCellText(row, column);
     PlaceEditor(m_textEditor, this, kTextEditorId, rect,
-                [maxChars](QLineEdit* editor) { editor->setMaxLength(maxChars); });
-    m_textEditor->setText(ToQ(text));
+                [maxChars](CZebCellTextEdit* editor) { editor->SetTypingLimit(maxChars); });
+    m_textEditor->SetCellText(ToQ(text));
     m_textEditor->selectAll();
     m_textEditor->setFocus();
     RememberEditedCell(row, column, text);
@@ -148,7 +149,7 @@ void CZEBListCtrl::BeginCellChoice(int row, int column, int maxChars) {
     int selected = 0;
     for (size_t i = 0; i < m_choices.size(); ++i) {
         m_choiceEditor->addItem(ToQ(m_choices[i]));
-        if (EqualNoCase(m_choices[i], text)) selected = static_cast<int>(i);
+        if (ZebEqualsNoCase(m_choices[i], text)) selected = static_cast<int>(i);
     }
     m_choiceEditor->setCurrentIndex(m_choices.empty() ? -1 : selected);
     m_choiceEditor->setFocus();
@@ -160,7 +161,7 @@ int CZEBListCtrl::EndCellChoice(std::wstring& text, const std::wstring& messageS
     if (!m_choiceEditor) return 0;
     const std::wstring chosen = m_choiceEditor->currentText().toStdWString();
     HideEditor(m_choiceEditor, this);
-    if (!EqualNoCase(chosen, old) && FindInFirstColumn(chosen)) {
+    if (!ZebEqualsNoCase(chosen, old) && FindInFirstColumn(chosen)) {
         ZebUiMessage(window(), chosen + L" " + messageSuffix, ZebMsgIcon::Information,
                      ZebMsgButtons::Ok);
         return 0;
@@ -177,6 +178,8 @@ int CZEBListCtrl::HideCellChoice() {
 }
 
 int CZEBListCtrl::InsertRow(int index, const std::wstring& text) {
+    if (index < 0) return -1;
+    index = std::min(index, GetRowCount());
     return m_model->InsertRowAt(index, {text}) ? index : -1;
 }
 
@@ -186,7 +189,7 @@ void CZEBListCtrl::SetCellText(int row, int column, const std::wstring& text) {
 
 bool CZEBListCtrl::FindInFirstColumn(const std::wstring& text) const {
     for (const CZebGridModel::Row& row : GetRows()) {
-        if (EqualNoCase(row.empty() ? std::wstring() : row[0], text)) return true;
+        if (ZebEqualsNoCase(row.empty() ? std::wstring() : row[0], text)) return true;
     }
     return false;
 }
@@ -230,7 +233,7 @@ int CZEBListCtrl::DeleteSelectedRows() {
 }
 
 void CZEBListCtrl::BrowseFileIntoCell(int row, int column, const std::wstring& filter,
-                                      const std::wstring& ruleName) {
+                                      PartFileNaming naming) {
     IZebUiService* service = GetZebUiService();
     if (!service) return;
     ZebOpenFileRequest request;
@@ -240,7 +243,7 @@ void CZEBListCtrl::BrowseFileIntoCell(int row, int column, const std::wstring& f
     if (service->OpenFiles(window(), request, paths) && !paths.empty()) {
         const std::wstring& path = paths.front();
         name = GetFileNameFromPath(path);
-        if (ruleName == ZebLoadString(6017)) name = GetPartDisplayName(path, name);
+        if (naming == PartFileNaming::DisplayName) name = GetPartDisplayName(path, name);
     } else {
         name = GetCellText(row, column);
     }

@@ -8,7 +8,11 @@
 #include "controls/grid_model.h"
 
 class CCustomComboBox;
-class QLineEdit;
+class CZebCellTextEdit;
+
+// How a part file chosen for a cell is named: by its file name, or by its display name (the
+// name cut before its first point when the file is a part).
+enum class PartFileNaming { FileName, DisplayName };
 
 // Base of every editable table of the dialogs: one in-place text editor (control 6031) and one
 // in-place drop-down editor (control 6038), both created on first use and then reused, and the
@@ -48,6 +52,8 @@ public:
     std::vector<std::wstring>& ChoiceList() { return m_choices; }
 
     int GetRowCount() const { return m_model->rowCount(); }
+    // Inserts a row whose first cell is `text` at `index`, or at the end when `index` lies past
+    // it; returns the row's index, -1 for a negative index.
     int InsertRow(int index, const std::wstring& text);
     void SetCellText(int row, int column, const std::wstring& text);
     const std::wstring& GetCellText(int row, int column) const { return m_model->Text(row, column); }
@@ -67,8 +73,7 @@ public:
     int ClearSelectedRows();
     int DeleteSelectedRows();
 
-    void BrowseFileIntoCell(int row, int column, const std::wstring& filter,
-                            const std::wstring& ruleName);
+    void BrowseFileIntoCell(int row, int column, const std::wstring& filter, PartFileNaming naming);
     void BrowsePartFiles(std::vector<std::wstring>& names);
 
     // Row and column under a point of the viewport; row -1 when the point is on no cell.
@@ -95,7 +100,7 @@ private:
     int m_firstEditable = 0;
     int m_lastEditable = 0;
     std::vector<std::wstring> m_choices;
-    QPointer<QLineEdit> m_textEditor;
+    QPointer<CZebCellTextEdit> m_textEditor;
     QPointer<CCustomComboBox> m_choiceEditor;
     int m_editRow = -1;
     int m_editColumn = -1;

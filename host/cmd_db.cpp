@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "framework/db/data_helper.h"
+#include "database/service/data_helper.h"
 #include "framework/text_convert.h"
 #include "host/host_command.h"
 

@@ -4,10 +4,10 @@
 #include <memory>
 
 #include "framework/text_convert.h"
+#include "framework/zeb_operator.h"
 #include "framework/zeb_rule.h"
 #include "host/host_command.h"
-#include "host/settings_file.h"
-#include "util/texts.h"
+#include "settings_file.h"
 
 namespace {
 const char* TypeName(int32_t type) {
@@ -57,8 +57,8 @@ void PrintRule(CZebRule& rule) {
     std::printf("%s\n", RuleLine(rule).c_str());
     for (CZebParamStorage* p : rule.ParamArray) {
         const ZebTypedParamBase* base = p->GetParam();
-        std::string op = ToUtf8(OperatorToText(base->op));
-        if (op.empty()) op = std::to_string(base->op);
+        const wchar_t* opText = ZebOperatorText(base->op);
+        const std::string op = opText ? ToUtf8(opText) : std::to_string(base->op);
         std::printf("  %d\t%s\top %s\tkind %d\tstatus %d\tcriteria %d type %d\tvalues %s\n", base->id,
                     TypeName(p->GetType()), op.c_str(), base->kind, base->status ? 1 : 0,
                     base->criteriaStatus ? 1 : 0, base->criteriaType, ValuesOf(*p).c_str());
@@ -81,7 +81,13 @@ int RunShow(const std::vector<std::string>& words) {
     for (long i = 0; i < nodes->GetSize(); ++i) {
         std::unique_ptr<ZebXMLNode> node((*nodes)[i]);
         CZebRule* made = RecreateRule(loader, node.get());
-        if (!made) continue;
+        if (!made) {
+            std::fprintf(
+                stderr,
+                "vantor-rules: warning: no rule of the module reads the rule '%s'; not shown\n",
+                RuleElementName(node.get()).c_str());
+            continue;
+        }
         RuleHandle rule(loader, made);
         PrintRule(*rule.get());
     }

@@ -1,4 +1,4 @@
-#include "host/module_loader.h"
+#include "module_loader.h"
 
 #include <dlfcn.h>
 

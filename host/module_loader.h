@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "module/module_entry_points.h"
+#include "framework/module_entry_points.h"
 
 // Loads ZEBAssemblyRules.so as the framework does and resolves its entry points. The loader
 // also loads the database module ZEBDatabaseu.so from the same folder when it is there and

@@ -1,13 +1,13 @@
-#include "host/settings_file.h"
+#include "settings_file.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
+#include "framework/settings_format.h"
 #include "framework/text_convert.h"
 #include "framework/unit_convertor.h"
 #include "framework/zeb_rule.h"
-#include "util/texts.h"
 
 namespace {
 // Written so that nothing is upgraded when the module reads the file back.
@@ -93,13 +93,13 @@ bool WriteSettingsFile(const ZebXMLDocument& doc, const std::string& path) {
 CZebRule* RecreateRule(const ModuleLoader& loader, ZebXMLNode* node) {
     CZebRule* made = nullptr;
     loader.GetRule(node, &made);
-    if (!made) {
-        std::wstring name;
-        node->GetAttributeValue(L"Name", name);
-        std::fprintf(stderr, "vantor-rules: warning: skipped the rule '%s': no rule of the module has that name\n",
-                     ToUtf8(name).c_str());
-    }
     return made;
+}
+
+std::string RuleElementName(ZebXMLNode* node) {
+    std::wstring name;
+    node->GetAttributeValue(L"Name", name);
+    return ToUtf8(name);
 }
 
 std::string RuleLine(const CZebRule& rule) {
@@ -109,7 +109,8 @@ std::string RuleLine(const CZebRule& rule) {
 
 int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
     if (args.positional.size() != 1 || args.output.empty()) {
-        std::fprintf(stderr, "vantor-rules: give one settings file and -o OUT (see vantor-rules --help)\n");
+        std::fprintf(stderr,
+                     "vantor-rules: give one settings file and -o OUT (see vantor-rules --help)\n");
         return 2;
     }
     ZebXMLDocument input;
@@ -118,25 +119,41 @@ int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
     if (!LoadModule(loader, args)) return 1;
 
     std::unique_ptr<ZebXMLNodeList> ruleNodes(input.GetElementsByTagName(L"Rule"));
-    int firstUnit = 0;
-    if (ruleNodes->GetSize() > 0) {
+    // convert hands every rule the change of unit, as the framework does; resave only those
+    // whose parent is in another unit than the new document.
+    const bool converting = toUnit.has_value();
+    if (!toUnit) {
         std::unique_ptr<ZebXMLNode> first((*ruleNodes)[0]);
-        firstUnit = GetUnitAttribute(first.get());
+        toUnit = ZebParentUnitAttribute(first.get());
     }
     ZebXMLDocument output;
-    std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(output, toUnit.value_or(firstUnit)));
+    std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(output, *toUnit));
     loader.SetXMLDoc(&output);
 
     for (long i = 0; i < ruleNodes->GetSize(); ++i) {
         std::unique_ptr<ZebXMLNode> node((*ruleNodes)[i]);
+        const UnitSetting from{ZebParentUnitAttribute(node.get()), 0};
+        const UnitSetting to{*toUnit, 0};
         CZebRule* made = RecreateRule(loader, node.get());
-        if (!made) continue;
-        RuleHandle rule(loader, made);
-        if (toUnit) {
-            const UnitSetting from{GetUnitAttribute(node.get()), 0};
-            const UnitSetting to{*toUnit, 0};
-            rule->ConvertUnits(&from, &to);
+        if (!made) {
+            const std::string name = RuleElementName(node.get());
+            if (from.LengthUnit != to.LengthUnit) {
+                std::fprintf(stderr,
+                             "vantor-rules: no rule of the module reads the rule '%s', so its "
+                             "values cannot be "
+                             "converted from unit %d to unit %d; nothing was written\n",
+                             name.c_str(), from.LengthUnit, to.LengthUnit);
+                return 1;
+            }
+            std::fprintf(stderr,
+                         "vantor-rules: warning: no rule of the module reads the rule '%s'; it is "
+                         "kept as it stands\n",
+                         name.c_str());
+            parent->AppendNode(node.get());
+            continue;
         }
+        RuleHandle rule(loader, made);
+        if (converting || from.LengthUnit != to.LengthUnit) rule->ConvertUnits(&from, &to);
         std::unique_ptr<ZebXMLNode> exported(rule->ExportToXML());
         if (exported) parent->AppendNode(exported.get());
     }

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "framework/zeb_xml.h"
-#include "host/module_loader.h"
+#include "module_loader.h"
 
 class CZebRule;
 
@@ -36,12 +36,17 @@ ZebXMLNode* StartSettingsDocument(ZebXMLDocument& doc, int unit);
 bool WriteSettingsFile(const ZebXMLDocument& doc, const std::string& path);
 
 // The rule the module recreates from a "Rule" element (owned by the caller, returned through
-// the module's DeleteRule); null, after a warning naming it, when no rule has that name.
+// the module's DeleteRule); null when no rule of the module has that name.
 CZebRule* RecreateRule(const ModuleLoader& loader, ZebXMLNode* node);
+// The "Name" attribute of a "Rule" element, for messages.
+std::string RuleElementName(ZebXMLNode* node);
 
 // One line: identity name, display name, severity and summary, separated by tabs.
 std::string RuleLine(const CZebRule& rule);
 
-// resave and convert: every "Rule" element of FILE recreated by the module, optionally
-// converted to `toUnit`, and exported into a new settings document written to -o.
+// resave and convert: every "Rule" element of FILE, in order, into a new settings document in
+// `toUnit` (without one: the unit of the first rule's parent) written to -o. The module recreates
+// each rule, converts it from its parent's unit and exports it. An element no rule of the module
+// reads is kept as it stands, with a warning; when its values would have to change unit, nothing
+// is written, since only its own module could convert them.
 int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit);

@@ -1,43 +1,65 @@
 // The entry points the framework resolves by name; nothing else of the module is visible.
 #include <memory>
 
+#include "app/assembly_rules_app.h"
+#include "app/settings_document.h"
+#include "framework/module_entry_points.h"
 #include "framework/zeb_rule.h"
 #include "framework/zeb_xml.h"
-#include "module/assembly_rules_app.h"
-#include "module/module_entry_points.h"
+#include "module/entry_guard.h"
 #include "module/rule_catalogue.h"
-#include "module/settings_document.h"
 
 VANTOR_MODULE_API void SetXMLDoc(ZebXMLDocument* doc) { SetSettingsDocument(doc); }
 
+// A rule whose creation fails is skipped; the rules made before it stay appended.
 VANTOR_MODULE_API void GetAllRules(ZebArray<CZebRule*>* rules) {
     if (!GetAssemblyRulesApp() || !rules) return;
     CZebResourceScope scope;
-    for (const RuleCatalogueEntry& entry : RuleCreationOrder())
-        if (CZebRule* rule = entry.create()) rules->Add(rule);
+    for (const RuleCatalogueEntry& entry : RuleCreationOrder()) {
+        RunGuarded("GetAllRules", [&] {
+            std::unique_ptr<CZebRule> rule(entry.create());
+            if (rule) rules->Add(rule.get());
+            rule.release();
+        });
+    }
 }
 
+// A rule made here whose import fails is destroyed again, so the host gets none. A rule the host
+// passed in stays its own, read as far as the import came.
 VANTOR_MODULE_API void GetRule(ZebXMLNode* node, CZebRule** rule) {
     if (!node || !rule) return;
     CZebResourceScope scope;
-    std::wstring name;
-    node->GetAttributeValue(L"Name", name);
-    if (!*rule) *rule = CreateRuleByName(name);
-    if (*rule) (*rule)->ImportFromXML(node);
+    std::unique_ptr<CZebRule> made;
+    const bool done = RunGuarded("GetRule", [&] {
+        std::wstring name;
+        node->GetAttributeValue(L"Name", name);
+        if (!*rule) made.reset(CreateRuleByName(name));
+        if (CZebRule* target = made ? made.get() : *rule) target->ImportFromXML(node);
+    });
+    if (done && made) *rule = made.release();
 }
 
 VANTOR_MODULE_API void DeleteRule(CZebRule** rule) {
     if (!rule || !*rule) return;
-    delete *rule;
+    RunGuarded("DeleteRule", [&] { delete *rule; });
     *rule = nullptr;
 }
 
-VANTOR_MODULE_API void GetModuleName(std::wstring& text) { text = LoadLocalizedString(6015); }
+// The text stays as it was when its string cannot be loaded.
+VANTOR_MODULE_API void GetModuleName(std::wstring& text) {
+    RunGuarded("GetModuleName", [&] { text = LoadLocalizedString(IDS_MODULE_NAME); });
+}
 
-VANTOR_MODULE_API void GetModuleSummary(std::wstring& text) { text = LoadLocalizedString(6016); }
+VANTOR_MODULE_API void GetModuleSummary(std::wstring& text) {
+    RunGuarded("GetModuleSummary", [&] { text = LoadLocalizedString(IDS_MODULE_SUMMARY); });
+}
 
+// The list is replaced whole or left as it was.
 VANTOR_MODULE_API void SetDBModuleList(const std::list<std::wstring>& modules) {
     CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
     if (!app) return;
-    app->m_databaseModules.assign(modules.begin(), modules.end());
+    RunGuarded("SetDBModuleList", [&] {
+        std::list<std::wstring> copy(modules.begin(), modules.end());
+        app->m_databaseModules.swap(copy);
+    });
 }

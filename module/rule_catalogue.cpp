@@ -1,8 +1,7 @@
 #include "module/rule_catalogue.h"
 
-#include <cwctype>
-
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
+#include "framework/case_fold.h"
 #include "rules/bolt_screw_rationalization_rule.h"
 #include "rules/contact_material_rule.h"
 #include "rules/fastener_accessibility_rule.h"
@@ -21,40 +20,46 @@ template <class Rule>
 CZebRule* Make() {
     return new Rule();
 }
-CZebRule* MakeSlotAlignment() { return new CZEBASMSlotAlignmentCheckRule(8005, 8006, 13090); }
-
-const RuleCatalogueEntry kHole{6027, &Make<CZEBASMHoleAlignmentCheckRule>};
-const RuleCatalogueEntry kPrefComp{7000, &Make<CZEBAssemblyCheckPrefCompRule>};
-const RuleCatalogueEntry kEngagement{2054, &Make<CZEBAssemblyFastenerEngagementLenRule>};
-const RuleCatalogueEntry kMinClearance{6017, &Make<CZEBAssemblyMinClearanceBetPartsRule>};
-const RuleCatalogueEntry kInterference{6065, &Make<CZEBAssemblyInterferenceDetectionRule>};
-const RuleCatalogueEntry kAccessibility{6074, &Make<CZEBAssemblyFastenerAccessibilityRule>};
-const RuleCatalogueEntry kThread{7070, &Make<CZEBAssemblyRecommThreadConnectionRule>};
-const RuleCatalogueEntry kClearance{2051, &Make<CZEBAssemblyFastenerClearanceRule>};
-const RuleCatalogueEntry kBoltScrew{9028, &Make<CZEBAssemblyBoltScrewRationalizationRule>};
-const RuleCatalogueEntry kAlignment{8011, &Make<CZEBAssemblyFastenerAlignmentRule>};
-const RuleCatalogueEntry kContact{7064, &Make<CZEBAssemblyCheckContactMaterialRule>};
-const RuleCatalogueEntry kSlot{8005, &MakeSlotAlignment};
-
-bool EqualsNoCase(const std::wstring& a, const std::wstring& b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i)
-        if (std::towlower(a[i]) != std::towlower(b[i])) return false;
-    return true;
+CZebRule* MakeSlotAlignment() {
+    return new CZEBASMSlotAlignmentCheckRule(IDS_RULE_SLOT_ALIGNMENT, IDS_SUMMARY_SLOT_ALIGNMENT,
+                                             13090);
 }
+
+const RuleCatalogueEntry kHole{IDS_RULE_HOLE_ALIGNMENT, &Make<CZEBASMHoleAlignmentCheckRule>};
+const RuleCatalogueEntry kPrefComp{IDS_RULE_PREFERRED_COMPONENTS,
+                                   &Make<CZEBAssemblyCheckPrefCompRule>};
+const RuleCatalogueEntry kEngagement{IDS_RULE_FASTENER_ENGAGEMENT_LENGTH,
+                                     &Make<CZEBAssemblyFastenerEngagementLenRule>};
+const RuleCatalogueEntry kMinClearance{IDS_RULE_MIN_CLEARANCE,
+                                       &Make<CZEBAssemblyMinClearanceBetPartsRule>};
+const RuleCatalogueEntry kInterference{IDS_RULE_INTERFERENCE_DETECTION,
+                                       &Make<CZEBAssemblyInterferenceDetectionRule>};
+const RuleCatalogueEntry kAccessibility{IDS_RULE_FASTENER_ACCESSIBILITY,
+                                        &Make<CZEBAssemblyFastenerAccessibilityRule>};
+const RuleCatalogueEntry kThread{IDS_RULE_RECOMM_THREAD_TYPES,
+                                 &Make<CZEBAssemblyRecommThreadConnectionRule>};
+const RuleCatalogueEntry kClearance{IDS_RULE_FASTENER_CLEARANCE,
+                                    &Make<CZEBAssemblyFastenerClearanceRule>};
+const RuleCatalogueEntry kBoltScrew{IDS_RULE_BOLT_SCREW_RATIONALIZATION,
+                                    &Make<CZEBAssemblyBoltScrewRationalizationRule>};
+const RuleCatalogueEntry kAlignment{IDS_RULE_FASTENER_ALIGNMENT,
+                                    &Make<CZEBAssemblyFastenerAlignmentRule>};
+const RuleCatalogueEntry kContact{IDS_RULE_CONTACT_MATERIAL,
+                                  &Make<CZEBAssemblyCheckContactMaterialRule>};
+const RuleCatalogueEntry kSlot{IDS_RULE_SLOT_ALIGNMENT, &MakeSlotAlignment};
 }  // namespace
 
 const std::vector<RuleCatalogueEntry>& RuleCreationOrder() {
-    static const std::vector<RuleCatalogueEntry> order{kHole,         kPrefComp, kEngagement, kMinClearance,
-                                                       kInterference, kAccessibility, kThread, kClearance,
-                                                       kBoltScrew,    kAlignment, kContact,   kSlot};
+    static const std::vector<RuleCatalogueEntry> order{
+        kHole,   kPrefComp,  kEngagement, kMinClearance, kInterference, kAccessibility,
+        kThread, kClearance, kBoltScrew,  kAlignment,    kContact,      kSlot};
     return order;
 }
 
 const std::vector<RuleCatalogueEntry>& RuleLookupOrder() {
-    static const std::vector<RuleCatalogueEntry> order{kHole,         kThread,  kMinClearance, kInterference,
-                                                       kAccessibility, kClearance, kPrefComp,  kEngagement,
-                                                       kBoltScrew,    kAlignment, kContact,    kSlot};
+    static const std::vector<RuleCatalogueEntry> order{
+        kHole,     kThread,     kMinClearance, kInterference, kAccessibility, kClearance,
+        kPrefComp, kEngagement, kBoltScrew,    kAlignment,    kContact,       kSlot};
     return order;
 }
 
@@ -62,6 +67,6 @@ CZebRule* CreateRuleByName(const std::wstring& name) {
     CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
     if (!app) return nullptr;
     for (const RuleCatalogueEntry& entry : RuleLookupOrder())
-        if (EqualsNoCase(app->LoadDefaultString(entry.nameId), name)) return entry.create();
+        if (ZebEqualsNoCase(app->LoadDefaultString(entry.nameId), name)) return entry.create();
     return nullptr;
 }

@@ -3,11 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "resources/string_ids.h"
+
 class CZebRule;
 
 // One rule class of the module: its name string id and how to make one.
 struct RuleCatalogueEntry {
-    unsigned nameId;
+    ZebStringId nameId;
     CZebRule* (*create)();
 };
 

@@ -1,7 +1,7 @@
 // ZEBDatabaseu.so: the database module. Its name is what the rule dialogs show for the database.
 #include <string>
 
-#include "framework/db/data_helper.h"
+#include "database/service/data_helper.h"
 
 extern "C" __attribute__((visibility("default"))) void GetModuleName(std::wstring& text) {
     // Without a usable database the caller's preset text stays.

@@ -1,11 +1,10 @@
 #include "platform/hardware_db_bridge.h"
 
 #include <QApplication>
-
 #include <cstdio>
 
-#include "framework/db/data_helper.h"
-#include "platform/hardware_db_dialog.h"
+#include "database/service/data_helper.h"
+#include "hardware_db_dialog.h"
 
 void LaunchHardwareDBDialog(QWidget* parent) {
     if (!QApplication::instance()) {

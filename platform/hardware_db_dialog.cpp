@@ -1,4 +1,4 @@
-#include "platform/hardware_db_dialog.h"
+#include "hardware_db_dialog.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -11,10 +11,9 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
-
 #include <set>
 
-#include "framework/db/data_helper.h"
+#include "database/service/data_helper.h"
 #include "framework/ui_message.h"
 
 namespace {

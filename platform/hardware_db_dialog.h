@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QDialog>
-
 #include <list>
 
-#include "database/database_collector.h"
+#include "database/service/database_collector.h"
 #include "framework/ui_message.h"
 
 class QComboBox;

@@ -5,17 +5,17 @@
 
 #include "framework/location_helper.h"
 #include "framework/resource_library.h"
-#include "module/assembly_rules_app.h"
-#include "util/spreadsheet.h"
+#include "resources/resource_file.h"
+#include "util/sheet_table.h"
 
 namespace {
 // The library has no application object of its own: its texts come straight from the
 // localized resource library, or the English one.
-std::wstring LoadErrorText(unsigned id) {
+std::wstring LoadErrorText(ZebStringId id) {
     for (const std::wstring& folder :
          {CLocationHelper::GetLocalizedResPath(), CLocationHelper::GetDefaultResPath()}) {
         std::unique_ptr<CZebResourceLibrary> library(
-            CZebResourceLibrary::Load(folder + L"/" + CZEBAssemblyRulesApp::kResourceFileName));
+            CZebResourceLibrary::Load(folder + L"/" + kZebResourceFileName));
         bool found = false;
         if (library) {
             std::wstring text = library->LoadString(id, &found);
@@ -30,9 +30,8 @@ extern "C" __attribute__((visibility("default"))) bool ReadExcelAndFillTableColB
     const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
     SpreadsheetTable& table, std::wstring& error) {
     int rowLimit = 0;
-    const unsigned id = ReadWorkbookTable(path, columns, table, rowLimit, true);
-    if (id == 0) return true;
-    table.clear();
+    ZebStringId id{};
+    if (ReadWorkbookTable(path, columns, table, rowLimit, true, id)) return true;
     error = LoadErrorText(id);
     return false;
 }

@@ -1,5 +1,5 @@
 // Image lookup of a resource library; the images are drawn at build time.
-#include "resources/bitmaps/embedded_bitmaps.h"
+#include "embedded_bitmaps.h"
 
 extern "C" __attribute__((visibility("default"))) int ZEBResBitmap(unsigned id,
                                                                    const unsigned char** data,

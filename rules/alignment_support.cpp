@@ -2,13 +2,14 @@
 
 #include <memory>
 
+#include "app/assembly_rules_app.h"
 #include "framework/resource_library.h"
 #include "framework/text_convert.h"
 #include "framework/zeb_rule.h"
 #include "framework/zeb_xml.h"
-#include "module/assembly_rules_app.h"
 #include "rules/param_xml.h"
 #include "rules/rule_record.h"
+#include "util/number_text.h"
 #include "util/texts.h"
 
 namespace {
@@ -45,13 +46,13 @@ void AddDatabaseAttributes(CZebRule& rule, ZebXMLNode* ruleNode) {
     if (!app || !ruleNode) return;
     const auto& modules = app->m_databaseModules;
     rule.SelectedDatabase = modules.empty() ? std::wstring() : DatabaseName(modules.front());
-    if (rule.DBCategory.empty()) rule.DBCategory = app->LoadDefaultString(6048);
+    if (rule.DBCategory.empty()) rule.DBCategory = app->LoadDefaultString(IDS_DATABASE_CATEGORY_HARDWARE);
     const std::string name = ToUtf8(rule.SelectedDatabase.substr(0, kMaxDatabaseNameLength));
     ruleNode->AddAttribute1("SelectedDatabase", name.c_str());
     ruleNode->AddAttribute(L"DBCategory", rule.DBCategory);
 }
 
-void RebuildOffsetSummary(CZebRule& rule, long offsetId, unsigned formatId) {
+void RebuildOffsetSummary(CZebRule& rule, long offsetId, ZebStringId formatId) {
     auto* offset = FindTyped<double>(rule, offsetId);
     if (!offset) return;
     const std::wstring value = offset->values.IsEmpty() ? L"" : FormatNumber(offset->values[0]);

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "resources/string_ids.h"
+
 class CZebRule;
 class ZebXMLNode;
 
@@ -19,4 +21,4 @@ void AddDatabaseAttributes(CZebRule& rule, ZebXMLNode* ruleNode);
 
 // The summary: string `formatId` with the operator symbol and first value of parameter
 // `offsetId` and the text of the rule's length unit. Left as it is without that parameter.
-void RebuildOffsetSummary(CZebRule& rule, long offsetId, unsigned formatId);
+void RebuildOffsetSummary(CZebRule& rule, long offsetId, ZebStringId formatId);

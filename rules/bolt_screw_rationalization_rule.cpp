@@ -1,6 +1,6 @@
 #include "rules/bolt_screw_rationalization_rule.h"
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 #include "rules/rule_record.h"
 
 namespace {
@@ -12,8 +12,12 @@ constexpr long kExtraSwitch = 9603;
 }  // namespace
 
 CZEBAssemblyBoltScrewRationalizationRule::CZEBAssemblyBoltScrewRationalizationRule() {
-    FillRuleRecord(*this, {.nameId = 9028, .summaryId = 9029, .severity = 2, .dialogImageId = 13180,
-                           .summaryAsLoaded = true, .setStatus = false});
+    FillRuleRecord(*this, {.nameId = IDS_RULE_BOLT_SCREW_RATIONALIZATION,
+                           .summaryId = IDS_SUMMARY_BOLT_SCREW_RATIONALIZATION,
+                           .severity = 2,
+                           .dialogImageId = 13180,
+                           .summaryAsLoaded = true,
+                           .setStatus = false});
     InitParameters();
 }
 

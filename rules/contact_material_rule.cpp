@@ -1,6 +1,6 @@
 #include "rules/contact_material_rule.h"
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
 
@@ -10,7 +10,11 @@ constexpr long kDistance = 7051;
 }  // namespace
 
 CZEBAssemblyCheckContactMaterialRule::CZEBAssemblyCheckContactMaterialRule() {
-    FillRuleRecord(*this, {7064, 7050, 2, 13100, {L"", L"", L""}});
+    FillRuleRecord(*this, {.nameId = IDS_RULE_CONTACT_MATERIAL,
+                           .summaryId = IDS_SUMMARY_CONTACT_MATERIAL,
+                           .severity = 2,
+                           .dialogImageId = 13100,
+                           .summaryArgs = {L"", L"", L""}});
     InitParameters();
 }
 

@@ -1,6 +1,6 @@
 #include "rules/fastener_accessibility_rule.h"
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 #include "rules/rule_record.h"
 
 namespace {
@@ -10,7 +10,10 @@ constexpr long kToolSwitch = 6093;
 }  // namespace
 
 CZEBAssemblyFastenerAccessibilityRule::CZEBAssemblyFastenerAccessibilityRule() {
-    FillRuleRecord(*this, {.nameId = 6074, .summaryId = 6075, .severity = 2, .dialogImageId = 13060,
+    FillRuleRecord(*this, {.nameId = IDS_RULE_FASTENER_ACCESSIBILITY,
+                           .summaryId = IDS_SUMMARY_FASTENER_ACCESSIBILITY,
+                           .severity = 2,
+                           .dialogImageId = 13060,
                            .summaryAsLoaded = true});
     InitParameters();
 }

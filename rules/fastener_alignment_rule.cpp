@@ -1,8 +1,9 @@
 #include "rules/fastener_alignment_rule.h"
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
+#include "util/number_text.h"
 #include "util/texts.h"
 
 namespace {
@@ -13,7 +14,10 @@ constexpr long kSummarySwitch = 8021;
 }  // namespace
 
 CZEBAssemblyFastenerAlignmentRule::CZEBAssemblyFastenerAlignmentRule() {
-    FillRuleRecord(*this, {.nameId = 8011, .summaryId = 8012, .severity = 2, .dialogImageId = 13150,
+    FillRuleRecord(*this, {.nameId = IDS_RULE_FASTENER_ALIGNMENT,
+                           .summaryId = IDS_SUMMARY_FASTENER_ALIGNMENT,
+                           .severity = 2,
+                           .dialogImageId = 13150,
                            .summaryAsLoaded = true});
     InitParameters();
 }
@@ -33,11 +37,11 @@ void CZEBAssemblyFastenerAlignmentRule::UpdateSummary() {
     auto* offset = FindTyped<double>(*this, kOffset);
     if (!holder || !summarySwitch || summarySwitch->values.IsEmpty() || !offset) return;
     if (static_cast<long>(summarySwitch->values[0]) == 0) {
-        Summary = LoadLocalizedString(8012);
+        Summary = LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT);
         return;
     }
     const std::wstring value = offset->values.IsEmpty() ? L"" : FormatTrimmedNumber(offset->values[0], L".");
-    Summary = ZebFormatText(LoadLocalizedString(8014),
+    Summary = ZebFormatText(LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT_LIMIT),
                             {OperatorToText(holder->GetParam()->op), value, GetUnitText(CurrentUnits.LengthUnit)});
 }
 

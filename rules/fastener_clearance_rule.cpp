@@ -1,6 +1,6 @@
 #include "rules/fastener_clearance_rule.h"
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
 
@@ -34,7 +34,11 @@ void ConvertRows(ZebTypedParam<ZebRow>* p, int32_t from, int32_t to) {
 }  // namespace
 
 CZEBAssemblyFastenerClearanceRule::CZEBAssemblyFastenerClearanceRule() {
-    FillRuleRecord(*this, {2051, 2061, 2, 13040, {L"", L"", L""}});
+    FillRuleRecord(*this, {.nameId = IDS_RULE_FASTENER_CLEARANCE,
+                           .summaryId = IDS_SUMMARY_FASTENER_CLEARANCE,
+                           .severity = 2,
+                           .dialogImageId = 13040,
+                           .summaryArgs = {L"", L"", L""}});
     InitParameters();
 }
 

@@ -1,6 +1,6 @@
 #include "rules/fastener_engagement_len_rule.h"
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
 
@@ -9,7 +9,11 @@ constexpr long kLengths = 2053;
 }
 
 CZEBAssemblyFastenerEngagementLenRule::CZEBAssemblyFastenerEngagementLenRule() {
-    FillRuleRecord(*this, {2054, 2055, 2, 13030, {L">="}});
+    FillRuleRecord(*this, {.nameId = IDS_RULE_FASTENER_ENGAGEMENT_LENGTH,
+                           .summaryId = IDS_SUMMARY_FASTENER_ENGAGEMENT_LENGTH,
+                           .severity = 2,
+                           .dialogImageId = 13030,
+                           .summaryArgs = {L">="}});
     InitParameters();
 }
 

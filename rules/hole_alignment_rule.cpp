@@ -2,8 +2,8 @@
 
 #include <memory>
 
+#include "app/assembly_rules_app.h"
 #include "framework/zeb_xml.h"
-#include "module/assembly_rules_app.h"
 #include "rules/alignment_support.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
@@ -25,7 +25,11 @@ double HoleSettingsVersion(ZebXMLNode* node) {
 }  // namespace
 
 CZEBASMHoleAlignmentCheckRule::CZEBASMHoleAlignmentCheckRule() {
-    FillRuleRecord(*this, {6027, 6028, 1, 13010, {L"", L"", L""}});
+    FillRuleRecord(*this, {.nameId = IDS_RULE_HOLE_ALIGNMENT,
+                           .summaryId = IDS_SUMMARY_HOLE_ALIGNMENT,
+                           .severity = 1,
+                           .dialogImageId = 13010,
+                           .summaryArgs = {L"", L"", L""}});
     InitParameters();
 }
 
@@ -43,7 +47,7 @@ void CZEBASMHoleAlignmentCheckRule::InitParameters() {
 }
 
 void CZEBASMHoleAlignmentCheckRule::RebuildSummary() {
-    RebuildOffsetSummary(*this, kOffset, 6028);
+    RebuildOffsetSummary(*this, kOffset, IDS_SUMMARY_HOLE_ALIGNMENT);
 }
 
 long CZEBASMHoleAlignmentCheckRule::Evaluate(void*, void*, void*) { return -3; }

@@ -1,7 +1,7 @@
 #include "rules/interference_detection_rule.h"
 
+#include "app/assembly_rules_app.h"
 #include "framework/unit_convertor.h"
-#include "module/assembly_rules_app.h"
 #include "rules/rule_record.h"
 
 namespace {
@@ -11,7 +11,10 @@ constexpr long kComponentPairs = 6068;
 }  // namespace
 
 CZEBAssemblyInterferenceDetectionRule::CZEBAssemblyInterferenceDetectionRule() {
-    FillRuleRecord(*this, {6065, 6066, 1, 13050, {}});
+    FillRuleRecord(*this, {.nameId = IDS_RULE_INTERFERENCE_DETECTION,
+                           .summaryId = IDS_SUMMARY_INTERFERENCE_DETECTION,
+                           .severity = 1,
+                           .dialogImageId = 13050});
     InitParameters();
 }
 

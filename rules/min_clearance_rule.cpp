@@ -1,8 +1,9 @@
 #include "rules/min_clearance_rule.h"
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
+#include "util/number_text.h"
 #include "util/texts.h"
 
 namespace {
@@ -10,7 +11,13 @@ namespace {
 constexpr long kGeneral = 2062;
 constexpr long kPairSwitch = 2049;
 constexpr long kPairs = 2048;
-constexpr long kOthers[] = {2063, 6072, 6073, 8095};
+// The dialog's option pair (1.0 first option, 0.0 second) and its check box; the two switches
+// after them are stored but not shown.
+constexpr long kOptionChoice = 2063;
+constexpr long kOptionSwitch = 6072;
+constexpr long kNotShownSwitchA = 6073;
+constexpr long kNotShownSwitchB = 8095;
+constexpr long kOthers[] = {kOptionChoice, kOptionSwitch, kNotShownSwitchA, kNotShownSwitchB};
 
 double ValueAt(const ZebTypedParam<double>* p, int32_t index) {
     return p && p->values.GetSize() > index ? p->values[index] : 0.0;
@@ -18,7 +25,11 @@ double ValueAt(const ZebTypedParam<double>* p, int32_t index) {
 }  // namespace
 
 CZEBAssemblyMinClearanceBetPartsRule::CZEBAssemblyMinClearanceBetPartsRule() {
-    FillRuleRecord(*this, {6017, 6020, 1, 13020, {L"", L"", L""}});
+    FillRuleRecord(*this, {.nameId = IDS_RULE_MIN_CLEARANCE,
+                           .summaryId = IDS_SUMMARY_MIN_CLEARANCE,
+                           .severity = 1,
+                           .dialogImageId = 13020,
+                           .summaryArgs = {L"", L"", L""}});
     InitParameters();
 }
 
@@ -26,30 +37,31 @@ void CZEBAssemblyMinClearanceBetPartsRule::InitParameters() {
     AddParameter(*this, ZebType_Double, kGeneral, ZebOp_GreaterEqual, ZebParam_Value, true);
     AddParameter(*this, ZebType_Double, kPairSwitch, ZebOp_Equal, ZebParam_Value, true);
     AddParameter(*this, ZebType_Row, kPairs, ZebOp_Equal, ZebParam_Table, true);
-    AddParameter(*this, ZebType_Double, 2063, ZebOp_GreaterEqual, ZebParam_Value, true);
-    for (long id : {6072, 6073, 8095}) AddParameter(*this, ZebType_Bool, id, ZebOp_Equal, ZebParam_Switch, true);
+    AddParameter(*this, ZebType_Double, kOptionChoice, ZebOp_GreaterEqual, ZebParam_Value, true);
+    for (long id : {kOptionSwitch, kNotShownSwitchA, kNotShownSwitchB})
+        AddParameter(*this, ZebType_Bool, id, ZebOp_Equal, ZebParam_Switch, true);
     auto* general = FindTyped<double>(*this, kGeneral);
     general->values.Add(1.0);
     general->values.Add(0.1);
     FindTyped<double>(*this, kPairSwitch)->values.Add(0.0);
-    FindTyped<double>(*this, 2063)->values.Add(1.0);
-    FindTyped<bool>(*this, 6072)->values.Add(false);
-    FindTyped<bool>(*this, 6073)->values.Add(true);
-    FindTyped<bool>(*this, 8095)->values.Add(false);
+    FindTyped<double>(*this, kOptionChoice)->values.Add(1.0);
+    FindTyped<bool>(*this, kOptionSwitch)->values.Add(false);
+    FindTyped<bool>(*this, kNotShownSwitchA)->values.Add(true);
+    FindTyped<bool>(*this, kNotShownSwitchB)->values.Add(false);
     IsPopulated = true;
     Summary = GeneralClearanceSummary();
 }
 
 std::wstring CZEBAssemblyMinClearanceBetPartsRule::GeneralClearanceSummary() {
     const double clearance = ValueAt(FindTyped<double>(*this, kGeneral), 1);
-    return ZebFormatText(LoadLocalizedString(6020), {L">=", FormatTrimmedNumber(clearance, L"."),
+    return ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", FormatTrimmedNumber(clearance, L"."),
                                                      GetUnitText(CurrentUnits.LengthUnit)});
 }
 
 void CZEBAssemblyMinClearanceBetPartsRule::RebuildSummary() {
     std::wstring text;
     if (static_cast<long>(ValueAt(FindTyped<double>(*this, kGeneral), 0)) != 0) text = GeneralClearanceSummary();
-    if (static_cast<long>(ValueAt(FindTyped<double>(*this, kPairSwitch), 0)) != 0) text += LoadLocalizedString(6057);
+    if (static_cast<long>(ValueAt(FindTyped<double>(*this, kPairSwitch), 0)) != 0) text += LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS);
     Summary = text;
 }
 

@@ -133,7 +133,7 @@ int ChildInt(ZebXMLNode& parent, const std::wstring& name) {
 
 template <class T>
 ZebXMLNode* WriteTyped(ZebXMLDocument* doc, ZebTypedParam<T>& p) {
-    if (p.op == 1) {
+    if (p.op == ZebOp_Range) {
         const int32_t count = p.values.GetSize();
         if (count % 3 != 0 && count % 2 != 0) p.values.RemoveAll();
     }

@@ -1,6 +1,6 @@
 #include "rules/pref_comp_rule.h"
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 #include "rules/rule_record.h"
 
 namespace {
@@ -8,7 +8,10 @@ constexpr long kTable = 7002;
 }
 
 CZEBAssemblyCheckPrefCompRule::CZEBAssemblyCheckPrefCompRule() {
-    FillRuleRecord(*this, {.nameId = 7000, .summaryId = 7001, .severity = 2, .dialogImageId = 13070,
+    FillRuleRecord(*this, {.nameId = IDS_RULE_PREFERRED_COMPONENTS,
+                           .summaryId = IDS_SUMMARY_PREFERRED_COMPONENTS,
+                           .severity = 2,
+                           .dialogImageId = 13070,
                            .summaryAsLoaded = true});
     InitParameters();
 }

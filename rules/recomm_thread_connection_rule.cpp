@@ -1,6 +1,6 @@
 #include "rules/recomm_thread_connection_rule.h"
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 #include "rules/rule_record.h"
 
 namespace {
@@ -9,7 +9,11 @@ constexpr long kThreadSizes = 9148;
 }  // namespace
 
 CZEBAssemblyRecommThreadConnectionRule::CZEBAssemblyRecommThreadConnectionRule() {
-    FillRuleRecord(*this, {7070, 7071, 2, 13120, {L"", L"", L""}});
+    FillRuleRecord(*this, {.nameId = IDS_RULE_RECOMM_THREAD_TYPES,
+                           .summaryId = IDS_SUMMARY_RECOMM_THREAD_TYPES,
+                           .severity = 2,
+                           .dialogImageId = 13120,
+                           .summaryArgs = {L"", L"", L""}});
     InitParameters();
 }
 

@@ -2,11 +2,11 @@
 
 #include <memory>
 
+#include "app/assembly_rules_app.h"
+#include "app/settings_document.h"
 #include "framework/resource_library.h"
 #include "framework/ui_message.h"
 #include "framework/zeb_xml.h"
-#include "module/assembly_rules_app.h"
-#include "module/settings_document.h"
 #include "rules/param_visit.h"
 #include "rules/param_xml.h"
 
@@ -23,7 +23,7 @@ void CopyAttribute(ZebXMLNode* node, const wchar_t* name, std::wstring& member) 
     node->GetAttributeValue(name, member);
 }
 
-void ReportUnknownValueType() { ZebMessageBox(ZebLoadString(6019)); }
+void ReportUnknownValueType() { ZebMessageBox(ZebLoadString(IDS_UNKNOWN_VALUE_TYPE)); }
 }  // namespace
 
 void FillRuleRecord(CZebRule& rule, const RuleIdentity& identity) {

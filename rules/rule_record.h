@@ -4,13 +4,14 @@
 #include <vector>
 
 #include "framework/zeb_rule.h"
+#include "resources/string_ids.h"
 
 class ZebXMLNode;
 
 // What a rule's constructor puts into the rule record.
 struct RuleIdentity {
-    unsigned nameId;
-    unsigned summaryId;
+    ZebStringId nameId;
+    ZebStringId summaryId;
     int32_t severity;
     int32_t dialogImageId;
     // Texts the loaded summary is formatted with; none formats nothing away but "%%".

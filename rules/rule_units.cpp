@@ -1,7 +1,7 @@
 #include "rules/rule_units.h"
 
 #include "framework/unit_convertor.h"
-#include "util/texts.h"
+#include "util/number_text.h"
 
 double ConvertLength(double value, int32_t from, int32_t to) {
     return CZEBUnitConvertor::ConversionFromOneUnitToAnother(value, 1, from, to);

@@ -1,6 +1,6 @@
 #include "rules/slot_alignment_rule.h"
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 #include "rules/alignment_support.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
@@ -15,9 +15,13 @@ constexpr long kSecondSwitch = 9608;
 constexpr double kSwitchVersion = 3.5;
 }  // namespace
 
-CZEBASMSlotAlignmentCheckRule::CZEBASMSlotAlignmentCheckRule(unsigned nameId, unsigned summaryId,
+CZEBASMSlotAlignmentCheckRule::CZEBASMSlotAlignmentCheckRule(ZebStringId nameId, ZebStringId summaryId,
                                                              int32_t dialogImageId) {
-    FillRuleRecord(*this, {nameId, summaryId, 1, dialogImageId, {L"", L"", L""}});
+    FillRuleRecord(*this, {.nameId = nameId,
+                           .summaryId = summaryId,
+                           .severity = 1,
+                           .dialogImageId = dialogImageId,
+                           .summaryArgs = {L"", L"", L""}});
     InitParameters();
 }
 
@@ -36,7 +40,7 @@ void CZEBASMSlotAlignmentCheckRule::InitParameters() {
 }
 
 void CZEBASMSlotAlignmentCheckRule::RebuildSummary() {
-    RebuildOffsetSummary(*this, kOffset, 8006);
+    RebuildOffsetSummary(*this, kOffset, IDS_SUMMARY_SLOT_ALIGNMENT);
 }
 
 long CZEBASMSlotAlignmentCheckRule::Evaluate(void*, void*, void*) { return -3; }

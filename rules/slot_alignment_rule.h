@@ -1,11 +1,12 @@
 #pragma once
 
 #include "framework/zeb_rule.h"
+#include "resources/string_ids.h"
 
 // Allowed offset between slots of mating parts (8004, 9503) and the switches 9606, 9608.
 class CZEBASMSlotAlignmentCheckRule : public CZebRule {
 public:
-    CZEBASMSlotAlignmentCheckRule(unsigned nameId, unsigned summaryId, int32_t dialogImageId);
+    CZEBASMSlotAlignmentCheckRule(ZebStringId nameId, ZebStringId summaryId, int32_t dialogImageId);
     void InitParameters() override;
     void ImportFromXML(ZebXMLNode* node) override;
     ZebXMLNode* ExportToXML() override;

@@ -5,9 +5,9 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -15,9 +15,10 @@
 #include <cwctype>
 #include <iterator>
 
+#include "app/assembly_rules_app.h"
+#include "framework/case_fold.h"
 #include "framework/folder_check.h"
 #include "framework/text_convert.h"
-#include "module/assembly_rules_app.h"
 
 namespace {
 constexpr size_t kMaxPath = 2048;
@@ -26,13 +27,6 @@ constexpr long kInvalidProperty = 0x80070057L;
 long PropertyStoreError(int error) { return static_cast<long>(0x80070000UL | (error & 0xFFFF)); }
 
 size_t LastSeparator(const std::wstring& path) { return path.find_last_of(L"/\\"); }
-
-bool EqualsNoCase(const std::wstring& a, const std::wstring& b) {
-    if (a.size() != b.size()) return false;
-    for (size_t i = 0; i < a.size(); ++i)
-        if (std::towlower(a[i]) != std::towlower(b[i])) return false;
-    return true;
-}
 
 // $NAME and ${NAME} replaced by the environment; nothing else is interpreted.
 std::string ExpandEnvironment(const std::string& path) {
@@ -92,7 +86,7 @@ std::wstring GetBaseFileName(const std::wstring& path) {
 
 bool ContainsNoCase(const std::wstring& text, const std::vector<std::wstring>& array) {
     for (const std::wstring& item : array)
-        if (EqualsNoCase(item, text)) return true;
+        if (ZebEqualsNoCase(item, text)) return true;
     return false;
 }
 

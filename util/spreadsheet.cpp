@@ -2,197 +2,24 @@
 
 #include <dlfcn.h>
 
-#include <cwctype>
-
+#include "app/assembly_rules_app.h"
 #include "framework/location_helper.h"
 #include "framework/resource_library.h"
 #include "framework/text_convert.h"
-#include "module/assembly_rules_app.h"
-#include "util/biff_reader.h"
-#include "util/open_xml_reader.h"
-#include "util/texts.h"
 
 namespace {
-constexpr unsigned kTextNotReadable = 6085;
-constexpr unsigned kTextCannotStart = 6086;
-constexpr unsigned kTextEmptyColumns = 6088;
-
-// Most characters one read collects (the 100,000-row benchmark sheet needs about 10 Mi): a shared
-// string named by many cells, or a number written out, turns a few bytes of sheet into much text.
-constexpr size_t kMaxCollectedChars = 32u * 1024 * 1024;
-
 // Row limit of the module's lifetime; 0 means none yet.
 int g_rowLimit = 0;
 
-// 0-based index of a column letter, or -1 when the letter names no column of a sheet.
-int ColumnIndex(const std::wstring& letter) {
-    if (letter.empty() || letter.size() > 3) return -1;
-    int index = 0;
-    for (wchar_t c : letter) {
-        const wchar_t upper = static_cast<wchar_t>(std::towupper(c));
-        if (upper < L'A' || upper > L'Z') return -1;
-        index = index * 26 + (upper - L'A' + 1);
-    }
-    return index <= static_cast<int>(kMaxSheetColumns) ? index - 1 : -1;
-}
-
-bool IsColumnA(const std::wstring& letter) {
-    return letter.size() == 1 && std::towupper(letter[0]) == L'A';
-}
-
-bool EndsWith(const std::wstring& text, const std::wstring& tail) {
-    return !tail.empty() && text.size() >= tail.size() &&
-           text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
-}
-
-// Texts of one requested column, kept in one pool so that a large sheet costs no allocation per
-// cell before the table is built.
-struct CollectedColumn {
-    std::wstring pool;
-    // Start and length in the pool, by 0-based row.
-    std::vector<std::pair<uint32_t, uint32_t>> spans;
-
-    std::wstring At(uint32_t row) const {
-        if (row >= spans.size()) return {};
-        std::wstring text(pool, spans[row].first, spans[row].second);
-        if (!text.empty() && (std::iswspace(text.front()) || std::iswspace(text.back())))
-            return TrimBlanks(text);
-        return text;
-    }
-    std::wstring Untrimmed(uint32_t row) const {
-        return row < spans.size() ? std::wstring(pool, spans[row].first, spans[row].second)
-                                  : std::wstring();
-    }
-};
-
-// ASCII is widened in place; anything else goes through the framework's conversion.
-void AppendUtf8Text(std::wstring& out, std::string_view text) {
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (static_cast<unsigned char>(text[i]) >= 0x80) {
-            out += FromUtf8(text.substr(i));
-            return;
-        }
-        out += static_cast<wchar_t>(text[i]);
-    }
-}
-
-// Collects the texts of the requested columns by row, converted as each column's kind asks.
-class ColumnCollector : public CSheetCellSink {
-public:
-    explicit ColumnCollector(const std::vector<SpreadsheetColumn>& columns)
-        : m_columns(columns), m_collected(columns.size()), m_separator(UserDecimalSeparator()) {
-        m_request.wanted.assign(kMaxSheetColumns, false);
-        m_slotsOfColumn.resize(kMaxSheetColumns);
-        for (size_t i = 0; i < columns.size(); ++i) {
-            const int index = ColumnIndex(columns[i].letter);
-            if (index < 0) continue;
-            m_request.wanted[index] = true;
-            m_slotsOfColumn[index].push_back(i);
-        }
-    }
-
-    const SheetRequest& Request() const { return m_request; }
-    CollectedColumn& Collected(size_t slot) { return m_collected[slot]; }
-    bool TooLarge() const { return m_collectedChars > kMaxCollectedChars; }
-
-    void Cell(uint32_t column, uint32_t row, CellKind kind, double number,
-              std::string_view text) override {
-        if (column >= m_slotsOfColumn.size() || TooLarge()) return;
-        for (size_t slot : m_slotsOfColumn[column]) {
-            CollectedColumn& collected = m_collected[slot];
-            if (collected.spans.size() <= row) collected.spans.resize(row + 1);
-            const size_t start = collected.pool.size();
-            AppendCellText(collected.pool, kind, number, text, m_columns[slot].kind);
-            const size_t length = collected.pool.size() - start;
-            collected.spans[row] = {static_cast<uint32_t>(start), static_cast<uint32_t>(length)};
-            m_collectedChars += length;
-        }
-    }
-
-private:
-    void AppendCellText(std::wstring& out, CellKind kind, double number, std::string_view text,
-                        int32_t columnKind) const {
-        if (kind == CellKind::Text) {
-            AppendUtf8Text(out, text);
-        } else if (kind == CellKind::Number && columnKind == kSpreadsheetDecimalColumn) {
-            out += FormatTrimmedNumber(number, m_separator);
-        } else if (kind == CellKind::Number) {
-            // Plain columns show whole numbers without a decimal point: 12.0 reads as 12.
-            std::wstring plain = FormatFixedTrimmed(number);
-            if (EndsWith(plain, m_separator))
-                while (!plain.empty() && plain.back() == L'.') plain.pop_back();
-            out += plain;
-        }
-    }
-
-    const std::vector<SpreadsheetColumn>& m_columns;
-    std::vector<CollectedColumn> m_collected;  // by request slot
-    std::vector<std::vector<size_t>> m_slotsOfColumn;
-    SheetRequest m_request;
-    std::wstring m_separator;
-    size_t m_collectedChars = 0;
-};
-
-// One column read the usual way: column "A" runs to its first empty cell and sets the row limit;
-// other columns stop where the limit says, or at the sheet's last used row when there is none.
-std::list<std::wstring> TakeColumn(const SpreadsheetColumn& column, const CollectedColumn& cells,
-                                   uint32_t usedRows, int& rowLimit) {
-    std::list<std::wstring> texts;
-    if (ColumnIndex(column.letter) < 0) return texts;
-    const bool isA = IsColumnA(column.letter);
-    for (uint32_t row = 1; row <= kMaxSheetRows; ++row) {
-        const int64_t advanced = int64_t(row) + 1;
-        std::wstring text = cells.At(row - 1);
-        if (isA) {
-            if (text.empty()) {
-                rowLimit = static_cast<int>(advanced);
-                break;
-            }
-        } else if (rowLimit != 0 ? advanced >= rowLimit : row > usedRows) {
-            break;
-        }
-        texts.push_back(std::move(text));
-    }
-    return texts;
-}
-
-// Rows 1 to `count` of one column, untrimmed; false when the column cannot be addressed.
-bool TakeFixedRun(const SpreadsheetColumn& column, const CollectedColumn& cells, int count,
-                  std::list<std::wstring>& texts) {
-    if (ColumnIndex(column.letter) < 0 || count > static_cast<int>(kMaxSheetRows)) return false;
-    for (int row = 0; row < count; ++row)
-        texts.push_back(cells.Untrimmed(static_cast<uint32_t>(row)));
-    return true;
-}
-
-// Reads the requested columns' cells; 0 or the id of the error text.
-unsigned CollectCells(const std::wstring& path, bool openXmlOnly, ColumnCollector& collector,
-                      SheetExtent& extent) {
-    const std::string file = ToUtf8(path);
-    SheetReadStatus status = SheetReadStatus::NotReadable;
-    if (LooksLikeZip(file))
-        status = ReadOpenXmlSheet(file, collector.Request(), collector, extent);
-    else if (!openXmlOnly && LooksLikeCompoundFile(file))
-        status = ReadBiffSheet(file, collector.Request(), collector, extent);
-    switch (status) {
-        case SheetReadStatus::Ok:
-            return collector.TooLarge() ? kTextNotReadable : 0;
-        case SheetReadStatus::CannotStart:
-            return kTextCannotStart;
-        default:
-            return kTextNotReadable;
-    }
-}
-
 bool CallReaderLibrary(const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
-                       SpreadsheetTable& table, std::wstring& error) {
+                       SpreadsheetTable& table, SpreadsheetError& error) {
     const std::string library =
         ToUtf8(CLocationHelper::GetLibraryFolder()) + "/" + kSpreadsheetLibraryName;
     void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle) return false;
     const auto read =
         reinterpret_cast<ReadExcelAndFillTableColByColFn>(dlsym(handle, kSpreadsheetEntryPoint));
-    const bool ok = read && read(path, columns, table, error);
+    const bool ok = read && read(path, columns, table, error.text);
     dlclose(handle);
     if (!ok) return false;
     // The library keeps no state between calls; its column "A" sets the module's limit.
@@ -206,57 +33,22 @@ bool EndsWithXlsx(const std::wstring& path) {
 }
 }  // namespace
 
-unsigned ReadWorkbookTable(const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
-                           SpreadsheetTable& table, int& rowLimit, bool openXmlOnly) {
-    table.clear();
-    ColumnCollector collector(columns);
-    SheetExtent extent;
-    if (const unsigned error = CollectCells(path, openXmlOnly, collector, extent)) return error;
-    for (size_t i = 0; i < columns.size(); ++i) {
-        table.push_back(TakeColumn(columns[i], collector.Collected(i), extent.usedRows, rowLimit));
-        collector.Collected(i) = {};
-    }
-    return 0;
-}
-
 bool ReadSpreadsheet(const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
-                     SpreadsheetTable& table, std::wstring& error) {
-    error.clear();
+                     SpreadsheetTable& table, SpreadsheetError& error) {
+    error = {};
     if (EndsWithXlsx(path)) return CallReaderLibrary(path, columns, table, error);
-    if (const unsigned id = ReadWorkbookTable(path, columns, table, g_rowLimit, false)) {
-        table.clear();
-        error = LoadLocalizedString(id);
-        return false;
-    }
-    return true;
+    return ReadWorkbookTable(path, columns, table, g_rowLimit, false, error.id);
 }
 
 bool ReadSpreadsheetRows(const std::wstring& path, const std::vector<SpreadsheetColumn>& columns,
-                         SpreadsheetTable& table, std::wstring& error, int rowCount) {
-    error.clear();
+                         SpreadsheetTable& table, SpreadsheetError& error, int rowCount) {
+    error = {};
     if (EndsWithXlsx(path)) return CallReaderLibrary(path, columns, table, error);
-    table.clear();
-    ColumnCollector collector(columns);
-    SheetExtent extent;
-    if (const unsigned id = CollectCells(path, false, collector, extent)) {
-        error = LoadLocalizedString(id);
-        return false;
-    }
-    for (size_t i = 0; i < columns.size(); ++i) {
-        if (rowCount == 0 && i == 0) {
-            table.push_back(
-                TakeColumn(columns[0], collector.Collected(0), extent.usedRows, g_rowLimit));
-            rowCount = IsColumnA(columns[0].letter) ? static_cast<int>(table[0].size()) : 0;
-            continue;
-        }
-        std::list<std::wstring> texts;
-        if (!TakeFixedRun(columns[i], collector.Collected(i), rowCount, texts)) {
-            table.clear();
-            return false;
-        }
-        table.push_back(std::move(texts));
-    }
-    return true;
+    return ReadWorkbookRows(path, columns, table, g_rowLimit, rowCount, error.id);
+}
+
+std::wstring SpreadsheetErrorText(const SpreadsheetError& error) {
+    return error.id ? LoadLocalizedString(error.id) : error.text;
 }
 
 bool CheckImportedColumns(const SpreadsheetTable& table, std::wstring& message) {
@@ -267,7 +59,7 @@ bool CheckImportedColumns(const SpreadsheetTable& table, std::wstring& message) 
         numbers += std::to_wstring(i + 1);
     }
     if (numbers.empty()) return true;
-    message = ZebFormatText(LoadLocalizedString(kTextEmptyColumns), {numbers});
+    message = ZebFormatText(LoadLocalizedString(IDS_SHEET_COLUMNS_EMPTY), {numbers});
     return false;
 }
 

@@ -5,6 +5,8 @@
 
 class ZebXMLNode;
 
+// Texts of operators, severities and units; number texts are in number_text.h.
+
 // Operators: "RANGE", "=", "<", ">", ">=", "<=".
 int OperatorFromText(const std::wstring& text);
 std::wstring OperatorToText(int code);
@@ -20,20 +22,3 @@ void FillSeverityNames(std::list<std::wstring>& names);
 std::wstring GetUnitText(int code);
 // The "Unit" attribute of the node's parent element; 0 when there is none.
 int GetUnitAttribute(ZebXMLNode* node);
-
-// Display text of a number: six decimals, trailing zeros removed, "0" after a trailing decimal
-// separator of the user's locale.
-std::wstring FormatNumber(double value);
-// The leading run of digits and points after trimming; 0.0 when there is none. No sign.
-double ParseNumber(const std::wstring& text);
-bool IsNumericText(const std::wstring& text);
-double ToDouble(const std::wstring& text);
-
-// "%lf" of the value (always with '.') with every trailing '0' removed.
-std::wstring FormatFixedTrimmed(double value);
-// FormatFixedTrimmed, then "0" appended when the text ends with `separator`.
-std::wstring FormatTrimmedNumber(double value, const std::wstring& separator);
-// The user's decimal separator (radix character of the LC_NUMERIC locale), "." when unknown.
-std::wstring UserDecimalSeparator();
-// Text without white space at both ends.
-std::wstring TrimBlanks(const std::wstring& text);

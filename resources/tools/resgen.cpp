@@ -1,5 +1,7 @@
 // Turns a string table (UTF-8 lines "id<TAB>text") into the C++ source of a resource library.
-// Fails the build on a malformed line, a bad escape or a repeated id.
+// With --ids the table's lines carry a name between id and text ("id<TAB>NAME<TAB>text") and a
+// header declaring each name as its id is written too, so that code names every string it loads.
+// Fails the build on a malformed line, a bad escape, a repeated id or a repeated name.
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
@@ -25,6 +27,32 @@ bool DecodeUtf8(const std::string& s, std::u32string& out) {
     return true;
 }
 
+bool IsName(const std::string& name) {
+    if (name.empty() || !(name[0] >= 'A' && name[0] <= 'Z')) return false;
+    for (char c : name)
+        if (!((c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_')) return false;
+    return true;
+}
+
+// The header of named ids, rewritten only when its text changes so that a new text in the table
+// does not rebuild every file that names a string.
+bool WriteIds(const std::string& path, const char* table, const std::map<std::string, unsigned>& names) {
+    std::ostringstream out;
+    out << "// generated from " << table << "; do not edit\n#pragma once\n\n"
+        << "// The module's string resources by name. The module's loading functions take a ZebStringId,\n"
+        << "// so a string that is not in the table, or a bare number, does not compile.\n"
+        << "enum ZebStringId : unsigned {\n";
+    for (const auto& [name, id] : names) out << "    " << name << " = " << id << ",\n";
+    out << "};\n";
+    std::ifstream old(path);
+    std::ostringstream oldText;
+    oldText << old.rdbuf();
+    if (old && oldText.str() == out.str()) return true;
+    std::ofstream file(path);
+    file << out.str();
+    return static_cast<bool>(file);
+}
+
 std::string Literal(const std::u32string& text) {
     std::string out = "L\"";
     for (char32_t c : text) {
@@ -44,8 +72,14 @@ std::string Literal(const std::u32string& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    std::string idsHeader;
+    if (argc == 5 && std::string(argv[1]) == "--ids") {
+        idsHeader = argv[2];
+        argv += 2;
+        argc -= 2;
+    }
     if (argc != 3) {
-        std::cerr << "usage: resgen TABLE.tsv OUT.cpp\n";
+        std::cerr << "usage: resgen [--ids OUT.h] TABLE.tsv OUT.cpp\n";
         return 2;
     }
     std::ifstream in(argv[1]);
@@ -54,6 +88,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     std::map<unsigned, std::u32string> table;
+    std::map<std::string, unsigned> names;
     std::string line;
     int number = 0;
     while (std::getline(in, line)) {
@@ -68,6 +103,16 @@ int main(int argc, char** argv) {
             return 1;
         }
         std::string raw = line.substr(tab + 1), text;
+        std::string name;
+        if (!idsHeader.empty()) {
+            const size_t nameEnd = raw.find('\t');
+            name = raw.substr(0, nameEnd);
+            if (nameEnd == std::string::npos || !IsName(name)) {
+                std::cerr << argv[1] << ":" << number << ": expected id, tab, NAME, tab, text\n";
+                return 1;
+            }
+            raw = raw.substr(nameEnd + 1);
+        }
         for (size_t i = 0; i < raw.size(); ++i) {
             if (raw[i] != '\\') {
                 text += raw[i];
@@ -92,6 +137,14 @@ int main(int argc, char** argv) {
             std::cerr << argv[1] << ":" << number << ": id " << id << " given twice\n";
             return 1;
         }
+        if (!name.empty() && !names.emplace(name, id).second) {
+            std::cerr << argv[1] << ":" << number << ": name " << name << " given twice\n";
+            return 1;
+        }
+    }
+    if (!idsHeader.empty() && !WriteIds(idsHeader, argv[1], names)) {
+        std::cerr << idsHeader << ": cannot write\n";
+        return 1;
     }
     std::ostringstream out;
     out << "// generated from " << argv[1] << "; do not edit\n"

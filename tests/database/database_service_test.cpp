@@ -8,8 +8,8 @@
 #include <set>
 #include <string>
 
-#include "database/database_collector.h"
-#include "framework/db/data_helper.h"
+#include "database/service/data_helper.h"
+#include "database/service/database_collector.h"
 #include "tests/database/db_test_support.h"
 
 namespace fs = std::filesystem;

@@ -8,7 +8,7 @@
 #include <iterator>
 #include <string>
 
-#include "framework/db/data_helper.h"
+#include "database/service/data_helper.h"
 
 // A fresh database folder for one test, named by VANTOR_DATABASE_DIR while the object lives.
 class ScopedDatabaseFolder {

@@ -121,25 +121,36 @@ TEST_F(HostCommandsTest, NewShowAndConvert) {
                 std::regex_replace(ReadFile(dir / "cm.xml"), summary, ""));
 }
 
-TEST_F(HostCommandsTest, ResaveFindsRulesAtAnyDepthAndSkipsUnknownOnes) {
+TEST_F(HostCommandsTest, ResaveFindsRulesAtAnyDepthAndKeepsUnknownOnes) {
+    const std::string wobble = R"(<Rule Name="Wobble Check" Severity="4"><Parameter Type="1"><Value>7.5</Value></Parameter></Rule>)";
     WriteFile(dir / "mixed.xml", R"(<Project><Settings><Old Unit="2">
         <Rule Name="FASTENER ALIGNMENT" Severity="3"><Parameter Type="8019"><Operator>8</Operator><ParameterType>1</ParameterType><Value>0.25</Value></Parameter></Rule>
-        <Rule Name="Wobble Check"/></Old></Settings>
+        )" + wobble + R"(</Old></Settings>
         <Rule Name="Preferred Components"/></Project>)");
     HostRun resaved = Host("resave " + P("mixed.xml") + " -o " + P("out.xml"));
     ASSERT_EQ(resaved.status, 0) << resaved.err;
-    EXPECT_NE(resaved.err.find("Wobble Check"), std::string::npos);
+    EXPECT_NE(resaved.err.find("'Wobble Check'; it is kept as it stands"), std::string::npos) << resaved.err;
     const std::string out = ReadFile(dir / "out.xml");
     EXPECT_NE(out.find("<VantorSettings>\n  <AssemblyRules Version=\"v3.5\" Unit=\"2\">"), std::string::npos);
     const size_t alignment = out.find("Name=\"FASTENER ALIGNMENT\"");
+    const size_t kept = out.find("<Rule Name=\"Wobble Check\" Severity=\"4\">");
     const size_t preferred = out.find("Name=\"Preferred Components\"");
     EXPECT_NE(alignment, std::string::npos);
     EXPECT_NE(preferred, std::string::npos);
-    EXPECT_LT(alignment, preferred);
-    EXPECT_EQ(out.find("Wobble"), std::string::npos);
+    // The unknown rule keeps its place between the others, and all it holds.
+    EXPECT_LT(alignment, kept);
+    EXPECT_LT(kept, preferred);
+    EXPECT_NE(out.find("<Value>7.5</Value>"), std::string::npos);
     EXPECT_NE(out.find("<Value>0.250000</Value>"), std::string::npos);
 
+    // Converting would leave the unknown rule's values in the old unit: nothing is written.
+    HostRun refused = Host("convert " + P("mixed.xml") + " --unit 0 -o " + P("mm.xml"));
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.err.find("'Wobble Check'"), std::string::npos) << refused.err;
+    EXPECT_FALSE(fs::exists(dir / "mm.xml"));
+
     // Each rule converts from its own parent's unit: metres to millimetres here.
+    WriteFile(dir / "mixed.xml", std::regex_replace(ReadFile(dir / "mixed.xml"), std::regex("<Rule Name=\"Wobble Check\".*?</Rule>"), ""));
     ASSERT_EQ(Host("convert " + P("mixed.xml") + " --unit 0 -o " + P("mm.xml")).status, 0);
     EXPECT_NE(ReadFile(dir / "mm.xml").find("<Value>250.000000</Value>"), std::string::npos);
 }

@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <memory>
 
+#include "framework/module_entry_points.h"
 #include "framework/zeb_rule.h"
 #include "framework/zeb_xml.h"
-#include "module/module_entry_points.h"
 
 namespace {
 const char* const kEnglishCreationOrder[] = {

@@ -16,29 +16,29 @@ const UnitSetting kInch{3, 0};
 
 TEST_F(FastenerRulesTest, Defaults) {
     CZEBAssemblyFastenerClearanceRule clearance;
-    ExpectShape(clearance, {{2052, 8, 7, 24, true}, {9450, 8, 7, 24, true}}, 2051, 2, 13040);
+    ExpectShape(clearance, {{2052, 8, 7, 24, true}, {9450, 8, 7, 24, true}}, IDS_RULE_FASTENER_CLEARANCE, 2, 13040);
     EXPECT_TRUE(Values<ZebRow>(clearance, 2052).empty());
     EXPECT_FALSE(clearance.IsPopulated);
-    EXPECT_EQ(clearance.Summary, ZebFormatText(LoadLocalizedString(2061), {L"", L"", L""}));
+    EXPECT_EQ(clearance.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_FASTENER_CLEARANCE), {L"", L"", L""}));
     EXPECT_EQ(clearance.Summary.find(L"%"), std::wstring::npos);
 
     CZEBAssemblyFastenerEngagementLenRule engagement;
-    ExpectShape(engagement, {{2053, 8, 3, 24, true}}, 2054, 2, 13030);
+    ExpectShape(engagement, {{2053, 8, 3, 24, true}}, IDS_RULE_FASTENER_ENGAGEMENT_LENGTH, 2, 13030);
     EXPECT_NE(engagement.Summary.find(L">="), std::wstring::npos);
 
     CZEBAssemblyRecommThreadConnectionRule thread;
-    ExpectShape(thread, {{7072, 8, 3, 24, true}, {9148, 8, 3, 24, true}}, 7070, 2, 13120);
+    ExpectShape(thread, {{7072, 8, 3, 24, true}, {9148, 8, 3, 24, true}}, IDS_RULE_RECOMM_THREAD_TYPES, 2, 13120);
     EXPECT_FALSE(Param<ZebRow>(thread, 9148).criteriaStatus);
 
     CZEBAssemblyFastenerAlignmentRule alignment;
-    ExpectShape(alignment, {{8019, 4, 3, 1, true}, {8076, 3, 3, 1, false}}, 8011, 2, 13150);
+    ExpectShape(alignment, {{8019, 4, 3, 1, true}, {8076, 3, 3, 1, false}}, IDS_RULE_FASTENER_ALIGNMENT, 2, 13150);
     EXPECT_EQ(Values<double>(alignment, 8019), std::vector<double>{0.0});
     EXPECT_TRUE(Values<bool>(alignment, 8076).empty());
     EXPECT_TRUE(alignment.IsPopulated);
-    EXPECT_EQ(alignment.Summary, LoadLocalizedString(8012));
+    EXPECT_EQ(alignment.Summary, LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT));
 
     CZEBAssemblyFastenerAccessibilityRule accessibility;
-    ExpectShape(accessibility, {{6080, 4, 7, 1, true}, {6092, 4, 7, 1, true}, {6093, 4, 3, 1, true}}, 6074, 2, 13060);
+    ExpectShape(accessibility, {{6080, 4, 7, 1, true}, {6092, 4, 7, 1, true}, {6093, 4, 3, 1, true}}, IDS_RULE_FASTENER_ACCESSIBILITY, 2, 13060);
     EXPECT_EQ(Values<double>(accessibility, 6080), std::vector<double>{1.2});
     EXPECT_EQ(Values<double>(accessibility, 6092), std::vector<double>{2.5});
     EXPECT_EQ(Values<double>(accessibility, 6093), std::vector<double>{0.0});
@@ -46,7 +46,7 @@ TEST_F(FastenerRulesTest, Defaults) {
     CZEBAssemblyBoltScrewRationalizationRule bolt;
     ExpectShape(bolt, {{9024, 3, 3, 1, true}, {9025, 3, 3, 1, true}, {9026, 4, 7, 1, true}, {9027, 4, 7, 1, true},
                        {9603, 3, 3, 1, true}},
-                9028, 2, 13180);
+IDS_RULE_BOLT_SCREW_RATIONALIZATION, 2, 13180);
     EXPECT_EQ(Values<double>(bolt, 9026), std::vector<double>{4.0});
     EXPECT_EQ(Values<double>(bolt, 9027), std::vector<double>{2.0});
     EXPECT_TRUE(Param<double>(bolt, 9026).criteriaStatus);
@@ -105,7 +105,7 @@ TEST_F(FastenerRulesTest, RoundTripsReplaceDefaultsInsteadOfAddingToThem) {
     EXPECT_FALSE(Param<bool>(boltBack, 9025).status);
     EXPECT_FALSE(Param<double>(boltBack, 9026).criteriaStatus);
     EXPECT_EQ(Values<double>(boltBack, 9026), std::vector<double>{4.0});
-    EXPECT_EQ(boltBack.Summary, LoadLocalizedString(9029));  // not rebuilt on import
+    EXPECT_EQ(boltBack.Summary, LoadLocalizedString(IDS_SUMMARY_BOLT_SCREW_RATIONALIZATION));  // not rebuilt on import
 
     // Thread sizes are not cleared before reading; thread pairs are.
     CZEBAssemblyRecommThreadConnectionRule thread;
@@ -182,7 +182,7 @@ TEST_F(FastenerRulesTest, ConvertUnitsOfSingleValuesAndRulesThatConvertNothing) 
     alignment.ConvertUnits(&kMm, &kInch);
     EXPECT_NEAR(Values<double>(alignment, 8019)[0], 0.1, 1e-12);
     EXPECT_EQ(alignment.CurrentUnits.LengthUnit, 3);
-    EXPECT_EQ(alignment.Summary, LoadLocalizedString(8012));
+    EXPECT_EQ(alignment.Summary, LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT));
     Param<double>(alignment, 8019).values.RemoveAll();
     alignment.ConvertUnits(&kInch, &kMm);  // nothing to convert: units stay
     EXPECT_EQ(alignment.CurrentUnits.LengthUnit, 3);
@@ -232,14 +232,14 @@ TEST_F(FastenerRulesTest, AlignmentSummaryWhenTheRuleHoldsItsSwitch) {
     rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 8011, ZebOp_LessEqual, ZebParam_Value, true, false));
     rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 8021, ZebOp_Equal, ZebParam_Value, true, false));
     rule.UpdateSummary();  // 8021 without a value: summary as constructed
-    EXPECT_EQ(rule.Summary, LoadLocalizedString(8012));
+    EXPECT_EQ(rule.Summary, LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT));
 
     Param<double>(rule, 8021).values.Add(1.0);
     Param<double>(rule, 8019).values[0] = 25.4;
     rule.ConvertUnits(&kMm, &kInch);
-    EXPECT_EQ(rule.Summary, ZebFormatText(LoadLocalizedString(8014), {L"<=", L"1.0", GetUnitText(3)}));
+    EXPECT_EQ(rule.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT_LIMIT), {L"<=", L"1.0", GetUnitText(3)}));
 
     Param<double>(rule, 8021).values[0] = 0.5;  // integer part 0
     rule.UpdateSummary();
-    EXPECT_EQ(rule.Summary, LoadLocalizedString(8012));
+    EXPECT_EQ(rule.Summary, LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT));
 }

@@ -14,7 +14,7 @@ const UnitSetting kMm{0, 0};
 const UnitSetting kCm{1, 0};
 const UnitSetting kInch{3, 0};
 
-CZEBASMSlotAlignmentCheckRule MakeSlot() { return CZEBASMSlotAlignmentCheckRule(8005, 8006, 13090); }
+CZEBASMSlotAlignmentCheckRule MakeSlot() { return CZEBASMSlotAlignmentCheckRule(IDS_RULE_SLOT_ALIGNMENT, IDS_SUMMARY_SLOT_ALIGNMENT, 13090); }
 
 std::wstring Attr(ZebXMLNode& node, const std::wstring& name) {
     std::wstring value = L"<absent>";
@@ -26,27 +26,27 @@ std::wstring Attr(ZebXMLNode& node, const std::wstring& name) {
 TEST_F(PartRulesTest, Defaults) {
     CZEBASMHoleAlignmentCheckRule hole;
     ExpectShape(hole, {{7800, 4, 8, 1, true}, {7092, 4, 8, 1, true}, {7094, 4, 8, 1, true}, {9084, 4, 8, 1, true}},
-                6027, 1, 13010);
+IDS_RULE_HOLE_ALIGNMENT, 1, 13010);
     EXPECT_EQ(Values<double>(hole, 7800), std::vector<double>{0.5});
     EXPECT_TRUE(Param<double>(hole, 7800).criteriaStatus);
     EXPECT_TRUE(Values<double>(hole, 7092).empty());
     EXPECT_FALSE(Param<double>(hole, 7094).criteriaStatus);
     EXPECT_EQ(Values<double>(hole, 9084), std::vector<double>{0.1});
-    EXPECT_EQ(hole.Summary, ZebFormatText(LoadLocalizedString(6028), {L"<=", L"0.5", GetUnitText(0)}));
+    EXPECT_EQ(hole.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_HOLE_ALIGNMENT), {L"<=", L"0.5", GetUnitText(0)}));
     EXPECT_EQ(hole.Evaluate(nullptr, nullptr, nullptr), -3);
 
     auto slot = MakeSlot();
     ExpectShape(slot, {{8004, 4, 8, 1, true}, {9503, 4, 8, 1, true}, {9606, 3, 3, 0, true}, {9608, 3, 3, 0, true}},
-                8005, 1, 13090);
+IDS_RULE_SLOT_ALIGNMENT, 1, 13090);
     EXPECT_EQ(Values<double>(slot, 9503), std::vector<double>{0.5});
     EXPECT_EQ(Values<bool>(slot, 9608), std::vector<bool>{false});
-    EXPECT_EQ(slot.Summary, ZebFormatText(LoadLocalizedString(8006), {L"", L"", L""}));
+    EXPECT_EQ(slot.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_SLOT_ALIGNMENT), {L"", L"", L""}));
     EXPECT_EQ(slot.Evaluate(nullptr, nullptr, nullptr), -3);
 
     CZEBAssemblyInterferenceDetectionRule interference;
     ExpectShape(interference, {{6067, 3, 3, 22, true}, {6069, 3, 3, 22, true}, {8073, 3, 3, 22, true},
                                {6070, 3, 3, 22, true}, {8978, 4, 8, 1, false}, {6068, 8, 3, 24, true}},
-                6065, 1, 13050);
+IDS_RULE_INTERFERENCE_DETECTION, 1, 13050);
     EXPECT_EQ(Values<bool>(interference, 6069), std::vector<bool>{true});
     EXPECT_EQ(Values<bool>(interference, 6070), std::vector<bool>{false});
     EXPECT_TRUE(Values<double>(interference, 8978).empty());
@@ -56,19 +56,19 @@ TEST_F(PartRulesTest, Defaults) {
     ExpectShape(clearance, {{2062, 4, 7, 1, true}, {2049, 4, 3, 1, true}, {2048, 8, 3, 24, true},
                             {2063, 4, 7, 1, true}, {6072, 3, 3, 22, true}, {6073, 3, 3, 22, true},
                             {8095, 3, 3, 22, true}},
-                6017, 1, 13020);
+IDS_RULE_MIN_CLEARANCE, 1, 13020);
     EXPECT_EQ(Values<double>(clearance, 2062), (std::vector<double>{1.0, 0.1}));
     EXPECT_EQ(Values<bool>(clearance, 6073), std::vector<bool>{true});
-    EXPECT_EQ(clearance.Summary, ZebFormatText(LoadLocalizedString(6020), {L">=", L"0.1", GetUnitText(0)}));
+    EXPECT_EQ(clearance.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", L"0.1", GetUnitText(0)}));
 
     CZEBAssemblyCheckContactMaterialRule contact;
-    ExpectShape(contact, {{7065, 8, 3, 24, true}, {7051, 4, 5, 1, true}}, 7064, 2, 13100);
+    ExpectShape(contact, {{7065, 8, 3, 24, true}, {7051, 4, 5, 1, true}}, IDS_RULE_CONTACT_MATERIAL, 2, 13100);
     EXPECT_EQ(Values<double>(contact, 7051), std::vector<double>{0.1});
     EXPECT_FALSE(contact.IsPopulated);
     EXPECT_EQ(contact.Import(nullptr, nullptr, nullptr), 0);
 
     CZEBAssemblyCheckPrefCompRule preferred;
-    ExpectShape(preferred, {{7002, 5, 7, 1, true}}, 7000, 2, 13070);
+    ExpectShape(preferred, {{7002, 5, 7, 1, true}}, IDS_RULE_PREFERRED_COMPONENTS, 2, 13070);
     EXPECT_EQ(Values<std::wstring>(preferred, 7002), std::vector<std::wstring>{L""});
     EXPECT_TRUE(preferred.IsPopulated);
 }
@@ -95,7 +95,7 @@ TEST_F(PartRulesTest, RoundTrips) {
     EXPECT_EQ(Values<double>(slotBack, 9503), std::vector<double>{0.5});
     EXPECT_EQ(Values<bool>(slotBack, 9606), std::vector<bool>{true});
     EXPECT_EQ(Values<bool>(slotBack, 9608), std::vector<bool>{false});
-    EXPECT_EQ(slotBack.Summary, ZebFormatText(LoadLocalizedString(8006), {L"<=", L"1.5", GetUnitText(0)}));
+    EXPECT_EQ(slotBack.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_SLOT_ALIGNMENT), {L"<=", L"1.5", GetUnitText(0)}));
 
     CZEBAssemblyInterferenceDetectionRule interference;
     Param<bool>(interference, 8073).values[0] = true;
@@ -126,8 +126,8 @@ TEST_F(PartRulesTest, RoundTrips) {
     EXPECT_EQ(Values<bool>(clearanceBack, 8095), std::vector<bool>{true});
     EXPECT_EQ(Values<double>(clearanceBack, 2063), std::vector<double>{1.0});
     EXPECT_EQ(clearanceBack.CurrentUnits.LengthUnit, 1);
-    EXPECT_EQ(clearanceBack.Summary, ZebFormatText(LoadLocalizedString(6020), {L">=", L"0.4", GetUnitText(1)}) +
-                                         LoadLocalizedString(6057));
+    EXPECT_EQ(clearanceBack.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", L"0.4", GetUnitText(1)}) +
+                                         LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS));
 
     CZEBAssemblyCheckContactMaterialRule contact;
     Param<ZebRow>(contact, 7065).values.Add(ZebRow{L"Steel", L"Aluminium"});
@@ -192,7 +192,7 @@ TEST_F(PartRulesTest, HoleAlignmentToleranceDefaultInTheParentUnit) {
     EXPECT_EQ(inches.CurrentUnits.LengthUnit, 3);
     ASSERT_EQ(Values<double>(inches, 9084).size(), 1u);
     EXPECT_NEAR(Values<double>(inches, 9084)[0], 0.1 / 25.4, 1e-12);
-    EXPECT_EQ(inches.Summary, ZebFormatText(LoadLocalizedString(6028), {L"<=", L"0.5", GetUnitText(3)}));
+    EXPECT_EQ(inches.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_HOLE_ALIGNMENT), {L"<=", L"0.5", GetUnitText(3)}));
 }
 
 TEST_F(PartRulesTest, SlotAlignmentVersionUpgrade) {
@@ -239,18 +239,18 @@ TEST_F(PartRulesTest, AlignmentDatabaseAttributes) {
 
 TEST_F(PartRulesTest, MinimumClearanceSummary) {
     CZEBAssemblyMinClearanceBetPartsRule rule;
-    const std::wstring partOne = ZebFormatText(LoadLocalizedString(6020), {L">=", L"2.0", GetUnitText(0)});
+    const std::wstring partOne = ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", L"2.0", GetUnitText(0)});
     Param<double>(rule, 2062).values[1] = 2.0;
     Param<double>(rule, 2062).values[0] = 0.0;
     Param<double>(rule, 2049).values[0] = 1.0;
     rule.RebuildSummary();
-    EXPECT_EQ(rule.Summary, LoadLocalizedString(6057));
+    EXPECT_EQ(rule.Summary, LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS));
 
     // Export writes the summary held before and rebuilds it afterwards.
     Param<double>(rule, 2062).values[0] = 1.0;
     std::unique_ptr<ZebXMLNode> node(rule.ExportToXML());
-    EXPECT_EQ(Attr(*node, L"Summary"), LoadLocalizedString(6057));
-    EXPECT_EQ(rule.Summary, partOne + LoadLocalizedString(6057));
+    EXPECT_EQ(Attr(*node, L"Summary"), LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS));
+    EXPECT_EQ(rule.Summary, partOne + LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS));
 
     Param<double>(rule, 2049).values[0] = 0.0;
     rule.RebuildSummary();
@@ -259,7 +259,7 @@ TEST_F(PartRulesTest, MinimumClearanceSummary) {
     // A unit change shows the general clearance whatever the switches say.
     Param<double>(rule, 2062).values[0] = 0.0;
     rule.ConvertUnits(&kMm, &kCm);
-    EXPECT_EQ(rule.Summary, ZebFormatText(LoadLocalizedString(6020), {L">=", L"0.2", GetUnitText(1)}));
+    EXPECT_EQ(rule.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", L"0.2", GetUnitText(1)}));
 
     Param<double>(rule, 2062).values.RemoveAll();
     rule.RebuildSummary();
@@ -272,7 +272,7 @@ TEST_F(PartRulesTest, ConvertUnits) {
     EXPECT_NEAR(Values<double>(hole, 7800)[0], 0.05, 1e-12);
     EXPECT_NEAR(Values<double>(hole, 9084)[0], 0.01, 1e-12);
     EXPECT_EQ(hole.CurrentUnits.LengthUnit, 1);
-    EXPECT_EQ(hole.Summary, ZebFormatText(LoadLocalizedString(6028), {L"<=", L"0.05", GetUnitText(1)}));
+    EXPECT_EQ(hole.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_HOLE_ALIGNMENT), {L"<=", L"0.05", GetUnitText(1)}));
 
     auto slot = MakeSlot();
     slot.ConvertUnits(&kMm, &kCm);

@@ -14,7 +14,7 @@ struct ParamShape {
 };
 
 // Checks ids, order and codes of every parameter, and the rule record's common fields.
-inline void ExpectShape(CZebRule& rule, const std::vector<ParamShape>& expected, unsigned nameId, int32_t severity,
+inline void ExpectShape(CZebRule& rule, const std::vector<ParamShape>& expected, ZebStringId nameId, int32_t severity,
                         int32_t imageId) {
     ASSERT_EQ(rule.ParamArray.GetSize(), static_cast<int32_t>(expected.size()));
     for (size_t i = 0; i < expected.size(); ++i) {

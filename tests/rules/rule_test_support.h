@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "app/assembly_rules_app.h"
+#include "app/settings_document.h"
 #include "framework/ui_message.h"
 #include "framework/zeb_rule.h"
 #include "framework/zeb_xml.h"
-#include "module/assembly_rules_app.h"
-#include "module/settings_document.h"
 
 // Records every message instead of showing it.
 class RecordingMessages : public IZebMessageSink {

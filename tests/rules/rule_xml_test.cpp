@@ -1,7 +1,6 @@
 #include <clocale>
 
 #include "framework/text_convert.h"
-
 #include "rules/fastener_accessibility_rule.h"
 #include "rules/rule_record.h"
 #include "tests/rules/rule_test_support.h"
@@ -83,7 +82,7 @@ TEST_F(RuleXmlTest, ExportedRuleAsExactText) {
 </AssemblyRules>
 )";
     std::string text = expected;
-    text.replace(text.find("@SUMMARY@"), 9, ToUtf8(LoadLocalizedString(6075)));
+    text.replace(text.find("@SUMMARY@"), 9, ToUtf8(LoadLocalizedString(IDS_SUMMARY_FASTENER_ACCESSIBILITY)));
     EXPECT_EQ(doc.GetXML(), text);
 }
 
@@ -267,7 +266,7 @@ TEST_F(RuleXmlTest, UnwrittenOperatorsAndUnknownValueTypes) {
     ASSERT_EQ(params.size(), 1u);
     EXPECT_EQ(Attr(*params[0], L"Type"), L"503");
     ASSERT_EQ(messages.texts.size(), 1u);
-    EXPECT_EQ(messages.texts[0], LoadLocalizedString(6019));
+    EXPECT_EQ(messages.texts[0], LoadLocalizedString(IDS_UNKNOWN_VALUE_TYPE));
 
     // Reading stops at the unknown type: 503 keeps its values, the rule is not marked populated.
     auto withOp12 = Parsed(R"(<Rule Severity="2"><Parameter Type="500"><Operator>3</Operator><Value>7</Value></Parameter>

@@ -1,14 +1,13 @@
-#include "controls/zeb_asm_rule_list_ctrl.h"
-
 #include <gtest/gtest.h>
 
-#include <QLineEdit>
 #include <QHelpEvent>
+#include <QLineEdit>
 #include <QTest>
 #include <QToolTip>
 
+#include "app/assembly_rules_app.h"
+#include "controls/zeb_asm_rule_list_ctrl.h"
 #include "framework/ui/recording_ui_service.h"
-#include "module/assembly_rules_app.h"
 #include "tests/ui/grid_dialog.h"
 #include "tests/ui/qt_test_app.h"
 
@@ -79,7 +78,7 @@ TEST_F(ComponentTableTest, PairModeEmptiesANonNumericClearance) {
 }
 
 TEST_F(ComponentTableTest, PreferredComponentsModeKeepsAnyText) {
-    table().SetRuleName(LoadLocalizedString(7000));
+    table().SetMode(CZEBAsmRuleListCtrl::Mode::PreferredComponents);
     EXPECT_TRUE(table().IsPreferredComponentsMode());
     Type(0, 3, "abc", Qt::Key_Return);
     EXPECT_EQ(table().GetCellText(0, 3), L"abc");
@@ -94,7 +93,7 @@ TEST_F(ComponentTableTest, RightClickBrowsesOnlyTheModesNameColumns) {
     Click(0, 3, Qt::RightButton);
     EXPECT_EQ(ui.choosers.size(), 1u);
 
-    table().SetRuleName(LoadLocalizedString(7000));
+    table().SetMode(CZEBAsmRuleListCtrl::Mode::PreferredComponents);
     Click(1, 1, Qt::RightButton);
     EXPECT_EQ(ui.choosers.size(), 1u);
     ui.ChooseFiles({L"/parts/pin.prt"});
@@ -108,7 +107,7 @@ TEST_F(ComponentTableTest, RightClickBrowsesOnlyTheModesNameColumns) {
 }
 
 TEST_F(ComponentTableTest, TooltipsOnlyOnBrowseColumns) {
-    const QString tip = QString::fromStdWString(LoadLocalizedString(2074));
+    const QString tip = QString::fromStdWString(LoadLocalizedString(IDS_TIP_CHOOSE_PART_FILE));
     ASSERT_FALSE(tip.isEmpty());
     auto tooltipAt = [this](int row, int column) {
         QToolTip::hideText();
@@ -122,7 +121,7 @@ TEST_F(ComponentTableTest, TooltipsOnlyOnBrowseColumns) {
     EXPECT_EQ(tooltipAt(4, 2), tip);
     EXPECT_EQ(tooltipAt(0, 3), "");
     EXPECT_EQ(tooltipAt(0, 0), "");
-    table().SetRuleName(LoadLocalizedString(7000));
+    table().SetMode(CZEBAsmRuleListCtrl::Mode::PreferredComponents);
     EXPECT_EQ(tooltipAt(0, 1), "");
     EXPECT_EQ(tooltipAt(0, 4), tip);
 }

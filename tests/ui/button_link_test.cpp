@@ -4,12 +4,12 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+#include "app/assembly_rules_app.h"
 #include "controls/hyper_link.h"
 #include "controls/zeb_button.h"
 #include "framework/ui/control_id.h"
 #include "framework/ui/picture_control.h"
 #include "framework/ui/recording_ui_service.h"
-#include "module/assembly_rules_app.h"
 #include "tests/ui/qt_test_app.h"
 
 namespace {

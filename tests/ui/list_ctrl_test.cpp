@@ -1,5 +1,3 @@
-#include "controls/zeb_list_ctrl.h"
-
 #include <gtest/gtest.h>
 
 #include <QItemSelectionModel>
@@ -7,9 +5,11 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include "app/assembly_rules_app.h"
+#include "controls/cell_text_edit.h"
 #include "controls/custom_combo_box.h"
+#include "controls/zeb_list_ctrl.h"
 #include "framework/ui/recording_ui_service.h"
-#include "module/assembly_rules_app.h"
 #include "tests/ui/grid_dialog.h"
 #include "tests/ui/qt_test_app.h"
 
@@ -57,7 +57,9 @@ TEST_F(ListCtrlTest, TextEditorOpensOnRowsOnlyIsReusedAndRemembersTheCell) {
     EXPECT_TRUE(grid().IsCellEditOpen());
     EXPECT_EQ(first->text(), "b1");
     EXPECT_EQ(first->selectedText(), "b1");
-    EXPECT_EQ(first->maxLength(), 260);
+    auto* cellEdit = qobject_cast<CZebCellTextEdit*>(first);
+    ASSERT_NE(cellEdit, nullptr);
+    EXPECT_EQ(cellEdit->GetTypingLimit(), 260);
     EXPECT_EQ(first->height(), grid().visualRect(grid().model()->index(1, 1)).height() + 4);
     first->setText("changed");
     EXPECT_EQ(grid().EndCellEdit(text), 1);
@@ -72,11 +74,61 @@ TEST_F(ListCtrlTest, TextEditorOpensOnRowsOnlyIsReusedAndRemembersTheCell) {
 
     grid().BeginCellEdit(2, 0, 10);
     EXPECT_EQ(editor(), first);
-    EXPECT_EQ(first->maxLength(), 260);  // the first limit stays
+    EXPECT_EQ(cellEdit->GetTypingLimit(), 260);  // the first limit stays
     first->setText("dropped");
     EXPECT_EQ(grid().CancelCellEdit(), 1);
     EXPECT_EQ(grid().GetCellText(2, 0), L"c0");
     EXPECT_EQ(grid().GetOriginalText(), L"c0");
+}
+
+// The limit holds back typing only: what a cell holds opens and goes back whole, however long,
+// and whatever limit the editor was first opened with.
+TEST_F(ListCtrlTest, TheTextLimitNeverCutsWhatACellHolds) {
+    ShowActive(&dlg);
+    grid().BeginCellEdit(1, 1, 10);
+    std::wstring text;
+    grid().EndCellEdit(text);
+
+    const std::wstring longText(300, L'x');
+    grid().SetCellText(0, 2, longText);
+    grid().BeginCellEdit(0, 2, 260);
+    EXPECT_EQ(editor()->text().size(), 300);
+    EXPECT_EQ(grid().EndCellEdit(text), 1);
+    EXPECT_EQ(grid().GetCellText(0, 2), longText);
+
+    const std::wstring hundred(100, L'y');
+    grid().SetCellText(2, 2, hundred);
+    grid().BeginCellEdit(2, 2, 260);
+    QTest::keyClick(editor(), Qt::Key_End);
+    QTest::keyClicks(editor(), "z");  // past the limit of 10 and the text's own length
+    EXPECT_EQ(editor()->text().size(), 100);
+    QTest::keyClick(editor(), Qt::Key_Backspace);
+    EXPECT_EQ(editor()->text().size(), 99);
+    EXPECT_EQ(grid().EndCellEdit(text), 1);
+    EXPECT_EQ(grid().GetCellText(2, 2), hundred.substr(0, 99));
+
+    grid().BeginCellEdit(3, 2, 260);
+    QTest::keyClicks(editor(), "0123456789abc");
+    EXPECT_EQ(editor()->text(), "0123456789");
+}
+
+// Tab on the last editable column is left to the dialog, which moves on to the next control.
+TEST_F(ListCtrlTest, TabOnTheLastColumnLeavesTheTable) {
+    auto* next = new QLineEdit(dlg.Body());
+    dlg.Body()->layout()->addWidget(next);
+    ShowActive(&dlg);
+    grid().setCurrentIndex(grid().model()->index(3, 1));
+    grid().BeginCellEdit(3, 2, 260);
+    QTest::keyClicks(editor(), "last");
+    Key(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), next);
+    EXPECT_EQ(grid().currentIndex(), grid().model()->index(3, 1));
+    // The table itself hands Tab on as well.
+    grid().CancelCellEdit();
+    grid().setFocus();
+    Key(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), next);
+    EXPECT_EQ(grid().currentIndex(), grid().model()->index(3, 1));
 }
 
 TEST_F(ListCtrlTest, KeysCommitAndMoveTheEditorAsTheKeyTableSays) {
@@ -199,6 +251,11 @@ TEST_F(ListCtrlTest, RowOperations) {
     EXPECT_EQ(grid().GetRowCount(), 260);
     EXPECT_EQ(grid().InsertRow(1, L"new"), 1);
     EXPECT_EQ(grid().GetCellText(1, 0), L"new");
+    // An index past the end appends.
+    EXPECT_EQ(grid().InsertRow(500, L"last"), 261);
+    EXPECT_EQ(grid().GetCellText(261, 0), L"last");
+    EXPECT_EQ(grid().InsertRow(-1, L"none"), -1);
+    EXPECT_EQ(grid().GetRowCount(), 262);
 }
 
 TEST_F(ListCtrlTest, HitTestAndScrolling) {
@@ -223,7 +280,7 @@ TEST_F(ListCtrlTest, HitTestAndScrolling) {
 
 TEST_F(ListCtrlTest, BrowsingWritesTheChosenNamesAndKeepsTheCellOnCancel) {
     ui.ChooseFiles({L"/parts/bolt.prt.3"});
-    grid().BrowseFileIntoCell(0, 1, L"(*.prt)|*.prt||", L"");
+    grid().BrowseFileIntoCell(0, 1, L"(*.prt)|*.prt||", PartFileNaming::FileName);
     ASSERT_EQ(ui.choosers.size(), 1u);
     EXPECT_EQ(ui.choosers[0].filter, L"(*.prt)|*.prt||");
     EXPECT_TRUE(ui.choosers[0].fileMustExist);
@@ -231,13 +288,13 @@ TEST_F(ListCtrlTest, BrowsingWritesTheChosenNamesAndKeepsTheCellOnCancel) {
     EXPECT_FALSE(ui.choosers[0].multiSelect);
     EXPECT_EQ(grid().GetCellText(0, 1), L"bolt.prt.3");
 
-    // Minimum clearance shortens names of parts; a file without a part type keeps its name.
+    // Display names shorten names of parts; a file without a part type keeps its name.
     ui.ChooseFiles({L"/nonexistent/nut.prt"});
-    grid().BrowseFileIntoCell(1, 1, L"(*.prt)|*.prt||", LoadLocalizedString(6017));
+    grid().BrowseFileIntoCell(1, 1, L"(*.prt)|*.prt||", PartFileNaming::DisplayName);
     EXPECT_EQ(grid().GetCellText(1, 1), L"nut.prt");
 
     ui.CancelChooser();
-    grid().BrowseFileIntoCell(0, 1, L"(*.prt)|*.prt||", L"");
+    grid().BrowseFileIntoCell(0, 1, L"(*.prt)|*.prt||", PartFileNaming::FileName);
     EXPECT_EQ(grid().GetCellText(0, 1), L"bolt.prt.3");
 
     std::vector<std::wstring> names{L"Bolt"};

@@ -6,7 +6,7 @@
 #include <QTest>
 #include <cstdlib>
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 
 void EnsureQtTestApp() {
     static int argc = 1;

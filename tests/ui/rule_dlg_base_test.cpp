@@ -9,10 +9,10 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+#include "app/assembly_rules_app.h"
 #include "framework/ui/hot_key.h"
 #include "framework/ui/picture_control.h"
 #include "framework/ui/recording_ui_service.h"
-#include "module/assembly_rules_app.h"
 #include "tests/ui/qt_test_app.h"
 
 namespace {

@@ -11,7 +11,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 
 namespace fs = std::filesystem;
 

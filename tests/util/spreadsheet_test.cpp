@@ -13,7 +13,7 @@
 #include <functional>
 #include <map>
 
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 
 namespace fs = std::filesystem;
 
@@ -141,10 +141,10 @@ protected:
     Table Read(const fs::path& path, const std::vector<SpreadsheetColumn>& columns,
                bool* ok = nullptr, std::wstring* error = nullptr) {
         SpreadsheetTable table{{L"stale"}};
-        std::wstring text = L"stale";
-        const bool read = ReadSpreadsheet(path.wstring(), columns, table, text);
+        SpreadsheetError failure{IDS_SHEET_READER_MISSING, L"stale"};
+        const bool read = ReadSpreadsheet(path.wstring(), columns, table, failure);
         if (ok) *ok = read;
-        if (error) *error = text;
+        if (error) *error = SpreadsheetErrorText(failure);
         if (!read) {
             EXPECT_TRUE(table.empty());
         }
@@ -249,7 +249,7 @@ TEST_F(SpreadsheetTest, OnlyALowerCaseXlsxEndingGoesToTheReaderLibrary) {
     std::wstring error;
     Read(m_dir / "biff.xlsx", Columns({L"A"}), &ok, &error);
     EXPECT_FALSE(ok);
-    EXPECT_EQ(error, LoadLocalizedString(6085));
+    EXPECT_EQ(error, LoadLocalizedString(IDS_SHEET_NOT_READABLE));
     EXPECT_EQ(Read(m_dir / "biff.XLSX", Columns({L"A"}), &ok),
               (Table{{L"bolt.prt", L"nut.prt", L"washer.prt", L"\u00fcn\u00efcode & <tags>"}}));
     EXPECT_TRUE(ok);
@@ -293,7 +293,7 @@ TEST_F(SpreadsheetTest, ActiveSheetSharedStringsAndCellsWithoutReferences) {
 }
 
 TEST_F(SpreadsheetTest, DamagedAndHostileFilesGiveTheErrorText) {
-    const std::wstring notReadable = LoadLocalizedString(6085);
+    const std::wstring notReadable = LoadLocalizedString(IDS_SHEET_NOT_READABLE);
     ASSERT_FALSE(notReadable.empty());
     EXPECT_EQ(Refusal(m_dir / "missing.xls"), notReadable);
 
@@ -404,7 +404,7 @@ TEST_F(SpreadsheetTest, AZipBombStopsAtTheEntryCap) {
     ASSERT_EQ(zip_stat(zip, "xl/worksheets/other.xml", 0, &stat), 0);
     EXPECT_EQ(stat.size, 600ull * 1024 * 1024);
     zip_discard(zip);
-    EXPECT_EQ(Refusal(path), LoadLocalizedString(6085));
+    EXPECT_EQ(Refusal(path), LoadLocalizedString(IDS_SHEET_NOT_READABLE));
 }
 
 TEST_F(SpreadsheetTest, TextThatWidensPastTheCapIsRefused) {
@@ -422,7 +422,7 @@ TEST_F(SpreadsheetTest, TextThatWidensPastTheCapIsRefused) {
     std::wstring error;
     Read(m_dir / "wide.XLSX", Columns({L"A"}), &ok, &error);
     EXPECT_FALSE(ok);
-    EXPECT_EQ(error, LoadLocalizedString(6085));
+    EXPECT_EQ(error, LoadLocalizedString(IDS_SHEET_NOT_READABLE));
     WriteZip(m_dir / "wide.XLSX", package(20));
     const Table within = Read(m_dir / "wide.XLSX", Columns({L"A"}), &ok);
     EXPECT_TRUE(ok);
@@ -439,7 +439,7 @@ TEST_F(SpreadsheetTest, RowsVariantAndEmptyColumnCheck) {
         worksheet_write_number(sheet, 2, 1, 5, nullptr);
     });
     SpreadsheetTable table;
-    std::wstring error;
+    SpreadsheetError error;
     // Count 0: column "A" gives the count; the others are read untrimmed.
     ASSERT_TRUE(ReadSpreadsheetRows(book.wstring(), Columns({L"A", L"B", L"C"}), table, error, 0));
     EXPECT_EQ(Flatten(table), (Table{{L"a1", L"a2"}, {L" b1 ", L""}, {L"", L""}}));
@@ -449,7 +449,7 @@ TEST_F(SpreadsheetTest, RowsVariantAndEmptyColumnCheck) {
     // A column that cannot be addressed fails the whole read, without a text.
     EXPECT_FALSE(ReadSpreadsheetRows(book.wstring(), Columns({L"A", L"B1"}), table, error, 2));
     EXPECT_TRUE(table.empty());
-    EXPECT_TRUE(error.empty());
+    EXPECT_TRUE(SpreadsheetErrorText(error).empty());
 
     std::wstring message;
     EXPECT_TRUE(CheckImportedColumns(SpreadsheetTable{{L"x"}, {L"y"}}, message));

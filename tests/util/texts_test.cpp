@@ -6,8 +6,9 @@
 #include <cwctype>
 #include <memory>
 
+#include "app/assembly_rules_app.h"
 #include "framework/zeb_xml.h"
-#include "module/assembly_rules_app.h"
+#include "util/number_text.h"
 
 namespace {
 class TextsTest : public ::testing::Test {
@@ -115,8 +116,8 @@ TEST_F(TextsTest, SeverityAndUnitTexts) {
     EXPECT_EQ(GetUnitText(5), L"");
     EXPECT_EQ(GetUnitText(11), L"");
     EXPECT_EQ(GetUnitText(-1), L"");
-    EXPECT_EQ(GetUnitText(0), LoadLocalizedString(6033));
-    EXPECT_EQ(GetUnitText(4), LoadLocalizedString(2044));
+    EXPECT_EQ(GetUnitText(0), LoadLocalizedString(IDS_UNIT_MILLIMETRE));
+    EXPECT_EQ(GetUnitText(4), LoadLocalizedString(IDS_UNIT_FOOT));
     for (int unit : {0, 1, 2, 3, 4, 6, 7, 8, 9, 10}) EXPECT_FALSE(GetUnitText(unit).empty()) << unit;
 }
 

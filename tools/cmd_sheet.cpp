@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "app/assembly_rules_app.h"
 #include "framework/text_convert.h"
 #include "host/host_command.h"
-#include "module/assembly_rules_app.h"
 #include "util/spreadsheet.h"
 
 namespace {
@@ -30,12 +30,13 @@ int RunSheet(const std::vector<std::string>& args) {
     // The error texts come from the resource libraries the application object loads.
     StartAssemblyRulesApp();
     SpreadsheetTable table;
-    std::wstring error;
+    SpreadsheetError error;
     const bool ok = ReadSpreadsheet(FromUtf8(args[0]), columns, table, error);
+    const std::wstring message = ok ? std::wstring() : SpreadsheetErrorText(error);
     StopAssemblyRulesApp();
     if (!ok) {
         std::fprintf(stderr, "%s\n",
-                     error.empty() ? "The spreadsheet could not be read." : ToUtf8(error).c_str());
+                     message.empty() ? "The spreadsheet could not be read." : ToUtf8(message).c_str());
         return 2;
     }
     std::vector<std::list<std::wstring>::const_iterator> next;

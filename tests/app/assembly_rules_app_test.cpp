@@ -1,4 +1,4 @@
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
 
 #include <gtest/gtest.h>
 
@@ -52,9 +52,9 @@ TEST_F(AppTest, WithoutALocalizedFolderEnglishServesBothRoles) {
     ASSERT_NE(app->m_localizedLibrary, nullptr);
     ASSERT_NE(app->m_defaultLibrary, nullptr);
     EXPECT_EQ(app->m_resourceFolder, kResRoot + L"/en");
-    EXPECT_EQ(app->m_helpFilePath, kResRoot + L"/en/vantor.chm");
-    EXPECT_EQ(LoadLocalizedString(6015), TextOf("en", 6015));
-    EXPECT_EQ(ZebGetResourceHandle(), app->m_localizedLibrary);
+    EXPECT_EQ(app->m_helpFilePath, kResRoot + L"/en/vantor.html");
+    EXPECT_EQ(LoadLocalizedString(IDS_MODULE_NAME), TextOf("en", 6015));
+    EXPECT_EQ(ZebGetResourceHandle(), app->m_localizedLibrary.get());
     StopAssemblyRulesApp();
     EXPECT_EQ(GetAssemblyRulesApp(), nullptr);
     EXPECT_EQ(ZebGetResourceHandle(), nullptr);
@@ -65,31 +65,31 @@ TEST_F(AppTest, DefaultStringsStayEnglishWhileScopesGiveTheUsersLanguage) {
     ASSERT_TRUE(StartAssemblyRulesApp());
     CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
     EXPECT_EQ(app->m_resourceFolder, kResRoot + L"/de");
-    EXPECT_EQ(app->m_helpFilePath, kResRoot + L"/de/vantor.chm");
+    EXPECT_EQ(app->m_helpFilePath, kResRoot + L"/de/vantor.html");
     const std::wstring english = TextOf("en", 6027), german = TextOf("de", 6027);
     ASSERT_NE(english, german);
-    EXPECT_EQ(app->LoadDefaultString(6027), english);
-    EXPECT_EQ(ZebGetResourceHandle(), app->m_localizedLibrary);  // restored afterwards
+    EXPECT_EQ(app->LoadDefaultString(IDS_RULE_HOLE_ALIGNMENT), english);
+    EXPECT_EQ(ZebGetResourceHandle(), app->m_localizedLibrary.get());  // restored afterwards
     {
         CZebResourceScope scope;
         EXPECT_EQ(ZebLoadString(6027), german);
     }
-    EXPECT_EQ(LoadLocalizedString(6027), german);
+    EXPECT_EQ(LoadLocalizedString(IDS_RULE_HOLE_ALIGNMENT), german);
 }
 
 TEST_F(AppTest, ScopesRestoreOnEveryWayOut) {
     setenv("LANG", "de_DE.UTF-8", 1);
     ASSERT_TRUE(StartAssemblyRulesApp());
     CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
-    ZebSetResourceHandle(app->m_defaultLibrary);
+    ZebSetResourceHandle(app->m_defaultLibrary.get());
     EXPECT_EQ(ReturnEarlyInsideScope(true), TextOf("de", 6015));
-    EXPECT_EQ(ZebGetResourceHandle(), app->m_defaultLibrary);
+    EXPECT_EQ(ZebGetResourceHandle(), app->m_defaultLibrary.get());
     EXPECT_THROW(ThrowInsideScope(), std::runtime_error);
-    EXPECT_EQ(ZebGetResourceHandle(), app->m_defaultLibrary);
+    EXPECT_EQ(ZebGetResourceHandle(), app->m_defaultLibrary.get());
     // with nothing current before, the localized library stays current
     ZebSetResourceHandle(nullptr);
     ReturnEarlyInsideScope(false);
-    EXPECT_EQ(ZebGetResourceHandle(), app->m_localizedLibrary);
+    EXPECT_EQ(ZebGetResourceHandle(), app->m_localizedLibrary.get());
 }
 
 TEST_F(AppTest, NoLibrariesAtAllLeaveTheCurrentHandleAlone) {
@@ -98,7 +98,7 @@ TEST_F(AppTest, NoLibrariesAtAllLeaveTheCurrentHandleAlone) {
     CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
     EXPECT_EQ(app->m_localizedLibrary, nullptr);
     EXPECT_EQ(app->m_defaultLibrary, nullptr);
-    EXPECT_EQ(LoadLocalizedString(6015), L"");
+    EXPECT_EQ(LoadLocalizedString(IDS_MODULE_NAME), L"");
     app->m_databaseModules.push_back(L"/x/ZEBDatabaseu.so");
     StopAssemblyRulesApp();
     EXPECT_EQ(GetAssemblyRulesApp(), nullptr);

@@ -1,6 +1,4 @@
 // "gallery": one window with every shared control, to try them by hand and to show them.
-#include <cstdio>
-
 #include <QApplication>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -8,7 +6,9 @@
 #include <QLabel>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <cstdio>
 
+#include "app/assembly_rules_app.h"
 #include "controls/custom_combo_box.h"
 #include "controls/double_edit_ex.h"
 #include "controls/hyper_link.h"
@@ -17,7 +17,6 @@
 #include "controls/zeb_button.h"
 #include "framework/ui/rule_dlg_base.h"
 #include "host/host_command.h"
-#include "module/assembly_rules_app.h"
 
 namespace {
 // A rule dialog holding the controls; keys go to the table they were typed into, as in the
@@ -27,10 +26,10 @@ public:
     GalleryDlg() : CZEBRuleDlgBase(0, 13010, GetAssemblyRulesApp()->m_helpFilePath, nullptr) {
         setWindowTitle("Vantor controls gallery");
         auto* layout = new QVBoxLayout(Body());
-        m_pairs = AddTable(layout, "Part pairs (minimum clearance)", LoadLocalizedString(6017),
+        m_pairs = AddTable(layout, "Part pairs (minimum clearance)", CZEBAsmRuleListCtrl::Mode::PartPairs,
                            {L"", L"First part", L"Second part", L"Clearance"},
                            {{L"1", L"bracket", L"housing", L"2.5"}, {L"2", L"shaft", L"bearing", L"0.4"}});
-        m_preferred = AddTable(layout, "Preferred components", LoadLocalizedString(7000),
+        m_preferred = AddTable(layout, "Preferred components", CZEBAsmRuleListCtrl::Mode::PreferredComponents,
                                {L"", L"Type", L"Component", L"Alternative", L"Supplier part"},
                                {{L"1", L"Bolt", L"M8x40.prt", L"M8x45.prt", L"ISO4017-8-40.prt"}});
         layout->addWidget(SmallControls());
@@ -63,12 +62,12 @@ public:
     }
 
 private:
-    CZEBAsmRuleListCtrl* AddTable(QVBoxLayout* layout, const char* title, const std::wstring& ruleName,
+    CZEBAsmRuleListCtrl* AddTable(QVBoxLayout* layout, const char* title, CZEBAsmRuleListCtrl::Mode mode,
                                   const std::vector<std::wstring>& headers,
                                   std::vector<CZebGridModel::Row> rows) {
         auto* box = new QGroupBox(title, Body());
         auto* table = new CZEBAsmRuleListCtrl(box);
-        table->SetRuleName(ruleName);
+        table->SetMode(mode, PartFileNaming::DisplayName);
         table->SetNumberedColumns(headers, 620);
         const int stored = static_cast<int>(rows.size());
         table->SetRows(std::move(rows));

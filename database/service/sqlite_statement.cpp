@@ -1,4 +1,4 @@
-#include "framework/db/sqlite_statement.h"
+#include "sqlite_statement.h"
 
 #include "framework/text_convert.h"
 

@@ -1,4 +1,6 @@
-#include "module/assembly_rules_app.h"
+#include "app/assembly_rules_app.h"
+
+#include "resources/resource_file.h"
 
 namespace {
 // Made on first use: the module's load-time start-up may run before this file's globals are
@@ -9,25 +11,28 @@ CZEBAssemblyRulesApp& TheApp() {
 }
 CZEBAssemblyRulesApp* g_app = nullptr;
 
-void FreeLibrary(CZebResourceLibrary*& library) {
-    if (!library) return;
-    if (ZebGetResourceHandle() == library) ZebSetResourceHandle(nullptr);
-    delete library;
-    library = nullptr;
+std::unique_ptr<CZebResourceLibrary> LoadResources(const std::wstring& folder) {
+    return std::unique_ptr<CZebResourceLibrary>(
+        CZebResourceLibrary::Load(folder + L"/" + kZebResourceFileName));
+}
+
+void FreeLibrary(std::unique_ptr<CZebResourceLibrary>& library) {
+    if (library && ZebGetResourceHandle() == library.get()) ZebSetResourceHandle(nullptr);
+    library.reset();
 }
 }  // namespace
 
 bool CZEBAssemblyRulesApp::InitInstance() {
     m_resourceFolder = CLocationHelper::GetLocalizedResPath();
-    m_localizedLibrary = CZebResourceLibrary::Load(m_resourceFolder + L"/" + kResourceFileName);
+    m_localizedLibrary = LoadResources(m_resourceFolder);
     const std::wstring defaultFolder = CLocationHelper::GetDefaultResPath();
     if (!m_localizedLibrary) {
         m_resourceFolder = defaultFolder;
-        m_localizedLibrary = CZebResourceLibrary::Load(defaultFolder + L"/" + kResourceFileName);
+        m_localizedLibrary = LoadResources(defaultFolder);
     }
-    m_defaultLibrary = CZebResourceLibrary::Load(defaultFolder + L"/" + kResourceFileName);
-    m_helpFilePath = m_resourceFolder + L"/vantor.chm";
-    if (m_localizedLibrary) ZebSetResourceHandle(m_localizedLibrary);
+    m_defaultLibrary = LoadResources(defaultFolder);
+    m_helpFilePath = m_resourceFolder + L"/" + kHelpFileName;
+    if (m_localizedLibrary) ZebSetResourceHandle(m_localizedLibrary.get());
     return true;
 }
 
@@ -38,9 +43,9 @@ int CZEBAssemblyRulesApp::ExitInstance() {
     return 0;
 }
 
-std::wstring CZEBAssemblyRulesApp::LoadDefaultString(unsigned id) {
+std::wstring CZEBAssemblyRulesApp::LoadDefaultString(ZebStringId id) {
     const ZebResourceHandle previous = ZebGetResourceHandle();
-    ZebSetResourceHandle(m_defaultLibrary);
+    ZebSetResourceHandle(m_defaultLibrary.get());
     std::wstring text = ZebLoadString(id);
     if (previous) ZebSetResourceHandle(previous);
     return text;
@@ -62,14 +67,14 @@ void StopAssemblyRulesApp() {
 }
 
 CZebResourceScope::CZebResourceScope() : m_saved(ZebGetResourceHandle()) {
-    if (g_app && g_app->m_localizedLibrary) ZebSetResourceHandle(g_app->m_localizedLibrary);
+    if (g_app && g_app->m_localizedLibrary) ZebSetResourceHandle(g_app->m_localizedLibrary.get());
 }
 
 CZebResourceScope::~CZebResourceScope() {
     if (m_saved) ZebSetResourceHandle(m_saved);
 }
 
-std::wstring LoadLocalizedString(unsigned id) {
+std::wstring LoadLocalizedString(ZebStringId id) {
     CZebResourceScope scope;
     return ZebLoadString(id);
 }

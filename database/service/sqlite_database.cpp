@@ -1,11 +1,11 @@
-#include "framework/db/sqlite_database.h"
+#include "sqlite_database.h"
 
 #include <cstdio>
 
-#include "framework/db/case_fold.h"
-#include "framework/db/schema.h"
-#include "framework/db/sqlite_statement.h"
+#include "framework/case_fold.h"
 #include "framework/text_convert.h"
+#include "schema.h"
+#include "sqlite_statement.h"
 
 namespace zeb_db {
 namespace {
@@ -28,7 +28,7 @@ void CheckIntegrity(sqlite3* db) {
 
 int64_t GroupId(sqlite3* db, const std::wstring& group) {
     Statement find(db, "SELECT id FROM material_group WHERE name_key = ?1");
-    find.Bind(1, FoldCase(group));
+    find.Bind(1, ZebFoldCase(group));
     return find.Step() ? find.Int(0) : 0;
 }
 
@@ -118,13 +118,13 @@ int32_t SqliteDatabase::InsertMaterial(const std::wstring& group, const std::wst
     int64_t groupId = GroupId(db_, group);
     if (groupId == 0) {
         Statement insert(db_, "INSERT INTO material_group(name, name_key) VALUES(?1, ?2)");
-        insert.Bind(1, group).Bind(2, FoldCase(group)).Run();
+        insert.Bind(1, group).Bind(2, ZebFoldCase(group)).Run();
         groupId = sqlite3_last_insert_rowid(db_);
     }
     Statement insert(db_,
         "INSERT INTO material(group_id, name, name_key) VALUES(?1, ?2, ?3)"
         " ON CONFLICT(group_id, name_key) DO NOTHING");
-    insert.Bind(1, groupId).Bind(2, material).Bind(3, FoldCase(material)).Run();
+    insert.Bind(1, groupId).Bind(2, material).Bind(3, ZebFoldCase(material)).Run();
     return sqlite3_changes(db_) == 0 ? ZebDbExists : ZebDbOk;
 }
 
@@ -132,7 +132,7 @@ bool SqliteDatabase::RemoveMaterial(const std::wstring& group, const std::wstrin
     const int64_t groupId = GroupId(db_, group);
     if (groupId == 0) return false;
     Statement remove(db_, "DELETE FROM material WHERE group_id = ?1 AND name_key = ?2");
-    remove.Bind(1, groupId).Bind(2, FoldCase(material)).Run();
+    remove.Bind(1, groupId).Bind(2, ZebFoldCase(material)).Run();
     if (sqlite3_changes(db_) == 0) return false;
     Statement dropEmpty(db_,
         "DELETE FROM material_group WHERE id = ?1"
@@ -147,7 +147,7 @@ int32_t SqliteDatabase::MaterialExistsInGroup(const std::wstring& material,
         Statement find(db_,
             "SELECT 1 FROM material m JOIN material_group g ON g.id = m.group_id"
             " WHERE g.name_key = ?1 AND m.name_key = ?2");
-        find.Bind(1, FoldCase(group)).Bind(2, FoldCase(material));
+        find.Bind(1, ZebFoldCase(group)).Bind(2, ZebFoldCase(material));
         return find.Step() ? 1 : 0;
     });
     // A failed read must not pass for "exists".
@@ -206,7 +206,7 @@ int32_t SqliteDatabase::GetGroupMaterials(const std::wstring& group, std::wstrin
         Statement select(db_,
             "SELECT m.name FROM material m JOIN material_group g ON g.id = m.group_id"
             " WHERE g.name_key = ?1 ORDER BY m.name_key");
-        select.Bind(1, FoldCase(group));
+        select.Bind(1, ZebFoldCase(group));
         while (select.Step()) joined += (joined.empty() ? L"" : L";") + select.Text(0);
         return ZebDbOk;
     });
@@ -218,12 +218,12 @@ int32_t SqliteDatabase::CheckMaterialUse(const std::wstring& material, const std
                                          int32_t) {
     return Read("CheckMaterialUse", [&] {
         if (!material.empty())
-            return Exists(db_, "SELECT 1 FROM hardware WHERE material_key = ?1", FoldCase(material))
+            return Exists(db_, "SELECT 1 FROM hardware WHERE material_key = ?1", ZebFoldCase(material))
                        ? 0 : 1;
         return Exists(db_,
                       "SELECT 1 FROM hardware h JOIN material m ON m.name_key = h.material_key"
                       " JOIN material_group g ON g.id = m.group_id WHERE g.name_key = ?1",
-                      FoldCase(group))
+                      ZebFoldCase(group))
                    ? 0 : 1;
     });
 }
@@ -248,7 +248,7 @@ int32_t SqliteDatabase::SetFastenerAttribute(const std::wstring& designation,
             " VALUES(?1, ?2, ?3, ?4) ON CONFLICT(set_name, designation_key)"
             " DO UPDATE SET designation = excluded.designation, value = excluded.value");
         upsert.Bind(1, std::wstring(kFastenerThreadAttributeSet)).Bind(2, designation)
-            .Bind(3, FoldCase(designation)).Bind(4, text).Run();
+            .Bind(3, ZebFoldCase(designation)).Bind(4, text).Run();
         return ZebDbOk;
     });
 }
@@ -259,7 +259,7 @@ int32_t SqliteDatabase::AddFastenerName(const std::wstring& name) {
         Statement insert(db_,
             "INSERT INTO fastener_name(name, name_key) VALUES(?1, ?2)"
             " ON CONFLICT(name_key) DO NOTHING");
-        insert.Bind(1, name).Bind(2, FoldCase(name)).Run();
+        insert.Bind(1, name).Bind(2, ZebFoldCase(name)).Run();
         return sqlite3_changes(db_) == 0 ? ZebDbExists : ZebDbOk;
     });
 }
@@ -267,7 +267,7 @@ int32_t SqliteDatabase::AddFastenerName(const std::wstring& name) {
 int32_t SqliteDatabase::DeleteFastenerName(const std::wstring& name) {
     return Write("DeleteFastenerName", [&] {
         Statement remove(db_, "DELETE FROM fastener_name WHERE name_key = ?1");
-        remove.Bind(1, FoldCase(name)).Run();
+        remove.Bind(1, ZebFoldCase(name)).Run();
         return sqlite3_changes(db_) == 0 ? ZebDbFailed : ZebDbOk;
     });
 }
@@ -279,7 +279,7 @@ int32_t SqliteDatabase::RenameFastenerName(const std::wstring& oldName,
         // A name that another entry holds fails on the unique key and rolls back.
         Statement rename(db_,
             "UPDATE OR IGNORE fastener_name SET name = ?1, name_key = ?2 WHERE name_key = ?3");
-        rename.Bind(1, newName).Bind(2, FoldCase(newName)).Bind(3, FoldCase(oldName)).Run();
+        rename.Bind(1, newName).Bind(2, ZebFoldCase(newName)).Bind(3, ZebFoldCase(oldName)).Run();
         return sqlite3_changes(db_) == 0 ? ZebDbFailed : ZebDbOk;
     });
 }
@@ -309,9 +309,9 @@ int32_t SqliteDatabase::AddHardwareRecord(ZebHardwareRecord& record) {
             "INSERT INTO hardware(designation, designation_key, kind, standard, thread, length,"
             " material, material_key) VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"
             " ON CONFLICT(designation_key) DO NOTHING");
-        insert.Bind(1, record.designation).Bind(2, FoldCase(record.designation))
+        insert.Bind(1, record.designation).Bind(2, ZebFoldCase(record.designation))
             .Bind(3, record.kind).Bind(4, record.standard).Bind(5, record.thread)
-            .Bind(6, record.length).Bind(7, record.material).Bind(8, FoldCase(record.material))
+            .Bind(6, record.length).Bind(7, record.material).Bind(8, ZebFoldCase(record.material))
             .Run();
         if (sqlite3_changes(db_) == 0) return ZebDbExists;
         id = sqlite3_last_insert_rowid(db_);
@@ -328,14 +328,14 @@ int32_t SqliteDatabase::UpdateHardwareRecord(const ZebHardwareRecord& record) {
         stored.Bind(1, record.id);
         if (!stored.Step()) return ZebDbFailed;
         Statement other(db_, "SELECT 1 FROM hardware WHERE designation_key = ?1 AND id <> ?2");
-        other.Bind(1, FoldCase(record.designation)).Bind(2, record.id);
+        other.Bind(1, ZebFoldCase(record.designation)).Bind(2, record.id);
         if (other.Step()) return ZebDbExists;
         Statement update(db_,
             "UPDATE hardware SET designation = ?1, designation_key = ?2, kind = ?3, standard = ?4,"
             " thread = ?5, length = ?6, material = ?7, material_key = ?8 WHERE id = ?9");
-        update.Bind(1, record.designation).Bind(2, FoldCase(record.designation))
+        update.Bind(1, record.designation).Bind(2, ZebFoldCase(record.designation))
             .Bind(3, record.kind).Bind(4, record.standard).Bind(5, record.thread)
-            .Bind(6, record.length).Bind(7, record.material).Bind(8, FoldCase(record.material))
+            .Bind(6, record.length).Bind(7, record.material).Bind(8, ZebFoldCase(record.material))
             .Bind(9, record.id).Run();
         return sqlite3_changes(db_) == 0 ? ZebDbFailed : ZebDbOk;
     });

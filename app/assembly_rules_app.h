@@ -1,16 +1,19 @@
 #pragma once
 
 #include <list>
+#include <memory>
 #include <string>
 
 #include "framework/location_helper.h"
 #include "framework/resource_library.h"
+#include "resources/string_ids.h"
 
 // The module's single application object: the localized and the English resource library, the
 // help file and the list of database modules the framework hands over.
 class CZEBAssemblyRulesApp {
 public:
-    static constexpr const wchar_t* kResourceFileName = L"ZEBAssemblyRulesResu.so";
+    // The help file in each language folder of the resource root.
+    static constexpr const wchar_t* kHelpFileName = L"vantor.html";
 
     // Loads the resource libraries; the English one stands in for a missing localized one.
     bool InitInstance();
@@ -18,10 +21,10 @@ public:
     int ExitInstance();
 
     // String `id` of the English library, whatever the user's language.
-    std::wstring LoadDefaultString(unsigned id);
+    std::wstring LoadDefaultString(ZebStringId id);
 
-    CZebResourceLibrary* m_localizedLibrary = nullptr;
-    CZebResourceLibrary* m_defaultLibrary = nullptr;
+    std::unique_ptr<CZebResourceLibrary> m_localizedLibrary;
+    std::unique_ptr<CZebResourceLibrary> m_defaultLibrary;
     std::wstring m_resourceFolder;
     std::list<std::wstring> m_databaseModules;
     std::wstring m_helpFilePath;
@@ -49,4 +52,4 @@ private:
 };
 
 // String `id` of the localized library, loaded in a resource scope.
-std::wstring LoadLocalizedString(unsigned id);
+std::wstring LoadLocalizedString(ZebStringId id);

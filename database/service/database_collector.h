@@ -2,7 +2,7 @@
 
 // The database service: fastener names, thread attributes, material groups, hardware records and
 // the interference ignore list, shared by every engineer who points at the same database folder.
-// Obtain it with zeb_db::ZEBDataHelper::getInstance() (framework/db/data_helper.h) each time it
+// Obtain it with zeb_db::ZEBDataHelper::getInstance() (database/service/data_helper.h) each time it
 // is needed; null means there is no usable database and the caller skips its database work.
 //
 // Results: 0 success, -1 failure, 5 already exists. Every change is one transaction: it is

@@ -1,4 +1,4 @@
-#include "module/settings_document.h"
+#include "app/settings_document.h"
 
 namespace {
 ZebXMLDocument* g_settingsDocument = nullptr;

@@ -1,4 +1,4 @@
-#include "framework/db/data_helper.h"
+#include "database/service/data_helper.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,9 +9,9 @@
 #include <memory>
 #include <vector>
 
-#include "framework/db/sqlite_database.h"
 #include "framework/folder_check.h"
 #include "framework/text_convert.h"
+#include "sqlite_database.h"
 
 namespace zeb_db {
 namespace {

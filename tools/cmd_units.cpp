@@ -2,10 +2,10 @@
 #include <charconv>
 #include <cstdio>
 
+#include "app/assembly_rules_app.h"
 #include "framework/text_convert.h"
 #include "framework/unit_convertor.h"
 #include "host/host_command.h"
-#include "module/assembly_rules_app.h"
 #include "util/texts.h"
 
 namespace {
@@ -16,7 +16,7 @@ std::string Metres(double nanometres) {
 }
 
 // The unit texts come from the same resource libraries the module uses, through its texts
-// helpers linked into the host.
+// helpers.
 int RunUnits(const std::vector<std::string>& words) {
     if (!words.empty()) {
         std::fprintf(stderr, "vantor-rules: units takes no arguments\n");

@@ -1,10 +1,10 @@
-#include "framework/db/schema.h"
+#include "schema.h"
 
 #include <string>
 
-#include "database/database_collector.h"
-#include "framework/db/case_fold.h"
-#include "framework/db/sqlite_statement.h"
+#include "database/service/database_collector.h"
+#include "framework/case_fold.h"
+#include "sqlite_statement.h"
 
 namespace zeb_db {
 namespace {
@@ -155,11 +155,11 @@ void InsertStarterCatalogue(sqlite3* db) {
         for (const FastenerSeries& s : kSeries) {
             const std::wstring designation = std::wstring(s.standard) + L" " + t.size;
             name.Reset();
-            name.Bind(1, designation).Bind(2, FoldCase(designation))
+            name.Bind(1, designation).Bind(2, ZebFoldCase(designation))
                 .Bind(3, std::wstring(s.alternate) + L" " + t.size).Run();
             attribute.Reset();
             attribute.Bind(1, std::wstring(kFastenerThreadAttributeSet)).Bind(2, designation)
-                .Bind(3, FoldCase(designation)).Bind(4, std::wstring(t.text)).Run();
+                .Bind(3, ZebFoldCase(designation)).Bind(4, std::wstring(t.text)).Run();
         }
     }
 
@@ -167,11 +167,11 @@ void InsertStarterCatalogue(sqlite3* db) {
     Statement material(db, "INSERT INTO material(group_id, name, name_key) VALUES(?1, ?2, ?3)");
     for (const MaterialGroup& g : kMaterials) {
         group.Reset();
-        group.Bind(1, std::wstring(g.group)).Bind(2, FoldCase(g.group)).Run();
+        group.Bind(1, std::wstring(g.group)).Bind(2, ZebFoldCase(g.group)).Run();
         const int64_t groupId = sqlite3_last_insert_rowid(db);
         for (const wchar_t* m : g.materials) {
             material.Reset();
-            material.Bind(1, groupId).Bind(2, std::wstring(m)).Bind(3, FoldCase(m)).Run();
+            material.Bind(1, groupId).Bind(2, std::wstring(m)).Bind(3, ZebFoldCase(m)).Run();
         }
     }
 
@@ -183,9 +183,9 @@ void InsertStarterCatalogue(sqlite3* db) {
         if (h.length > 0) designation += L"x" + LengthText(h.length);
         designation += h.suffix;
         hardware.Reset();
-        hardware.Bind(1, designation).Bind(2, FoldCase(designation)).Bind(3, std::wstring(h.kind))
+        hardware.Bind(1, designation).Bind(2, ZebFoldCase(designation)).Bind(3, std::wstring(h.kind))
             .Bind(4, std::wstring(h.standard)).Bind(5, std::wstring(ThreadText(h.size)))
-            .Bind(6, h.length).Bind(7, std::wstring(h.material)).Bind(8, FoldCase(h.material))
+            .Bind(6, h.length).Bind(7, std::wstring(h.material)).Bind(8, ZebFoldCase(h.material))
             .Run();
     }
 }

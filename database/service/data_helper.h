@@ -2,14 +2,14 @@
 
 #include <string>
 
-#include "database/database_collector.h"
-#include "framework/vantor_export.h"
+#include "database/service/database_collector.h"
+#include "database/service/vantor_db_export.h"
 
 namespace zeb_db {
 
 // Entry to the database service. The database is one SQLite file, "vantor.sqlite", in the
 // database folder.
-class VANTOR_FW_API ZEBDataHelper {
+class VANTOR_DB_API ZEBDataHelper {
 public:
     // The service on the database of the current folder, or null (with a message on standard
     // error) when the folder cannot be used or its file is not a sound database of ours. The

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "database/database_collector.h"
+#include "database/service/database_collector.h"
 
 namespace zeb_db {
 

@@ -1,0 +1,89 @@
+#include "util/number_text.h"
+
+#include <langinfo.h>
+#include <locale.h>
+
+#include <charconv>
+#include <cstdlib>
+#include <cwctype>
+
+#include "framework/text_convert.h"
+
+namespace {
+// Parses the decimal double at the start of `utf8`; 0.0 when there is none.
+double LeadingDouble(const std::string& utf8) {
+    const char* first = utf8.data();
+    const char* last = first + utf8.size();
+    if (first != last && *first == '+') ++first;
+    double value = 0.0;
+    const auto result = std::from_chars(first, last, value);
+    return result.ec == std::errc() ? value : 0.0;
+}
+}  // namespace
+
+std::wstring FormatFixedTrimmed(double value) {
+    // Always the C runtime's own "%lf" with '.', whatever locale the process runs in.
+    char buffer[400];
+    const auto result =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 6);
+    std::string text(buffer, result.ptr);
+    while (!text.empty() && text.back() == '0') text.pop_back();
+    return FromUtf8(text);
+}
+
+std::wstring FormatTrimmedNumber(double value, const std::wstring& separator) {
+    std::wstring text = FormatFixedTrimmed(value);
+    if (!separator.empty() && text.size() >= separator.size() &&
+        text.compare(text.size() - separator.size(), separator.size(), separator) == 0)
+        text += L"0";
+    return text;
+}
+
+std::wstring UserDecimalSeparator() {
+    // Cached per locale setting; FormatNumber runs for every cell of large tables.
+    static std::string cachedKey = "\x01";
+    static std::wstring cachedSeparator = L".";
+    std::string key;
+    for (const char* name : {"LC_ALL", "LC_NUMERIC", "LANG"}) {
+        const char* value = std::getenv(name);
+        key += value ? value : "";
+        key += '\n';
+    }
+    if (key == cachedKey) return cachedSeparator;
+    std::wstring separator = L".";
+    if (locale_t locale = newlocale(LC_NUMERIC_MASK, "", static_cast<locale_t>(0))) {
+        const char* radix = nl_langinfo_l(RADIXCHAR, locale);
+        if (radix && *radix) separator = FromUtf8(std::string(radix).substr(0, 5));
+        freelocale(locale);
+    }
+    cachedKey = key;
+    cachedSeparator = separator;
+    return separator;
+}
+
+std::wstring FormatNumber(double value) {
+    return FormatTrimmedNumber(value, UserDecimalSeparator());
+}
+
+std::wstring TrimBlanks(const std::wstring& text) {
+    size_t first = 0, last = text.size();
+    while (first < last && std::iswspace(text[first])) ++first;
+    while (last > first && std::iswspace(text[last - 1])) --last;
+    return text.substr(first, last - first);
+}
+
+double ParseNumber(const std::wstring& text) {
+    const std::wstring trimmed = TrimBlanks(text);
+    const size_t run = trimmed.find_first_not_of(L".0123456789");
+    return LeadingDouble(ToUtf8(trimmed.substr(0, run)));
+}
+
+bool IsNumericText(const std::wstring& text) {
+    return text.find_first_not_of(L".0123456789") == std::wstring::npos;
+}
+
+double ToDouble(const std::wstring& text) {
+    size_t first = 0;
+    while (first < text.size() && std::iswspace(text[first])) ++first;
+    return LeadingDouble(ToUtf8(text.substr(first)));
+}
