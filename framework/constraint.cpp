@@ -5,14 +5,11 @@
 CZEBConstraint::CZEBConstraint(ZEBConstraintType_e type, const std::wstring& name, bool enabled)
     : m_type(type), m_name(name), m_enabled(enabled) {}
 
+// The XML document is the copy's own, made when it is first asked for its element.
 CZEBConstraint::CZEBConstraint(const CZEBConstraint& other)
-    : m_type(other.m_type), m_name(other.m_name), m_enabled(other.m_enabled) {
-    for (const CZebParamStorage* p : other.m_params) m_params.Add(new CZebParamStorage(*p));
-}
+    : m_type(other.m_type), m_name(other.m_name), m_enabled(other.m_enabled), m_params(other.m_params) {}
 
-CZEBConstraint::~CZEBConstraint() {
-    for (CZebParamStorage* p : m_params) delete p;
-}
+CZEBConstraint::~CZEBConstraint() = default;
 
 CZebParamStorage* CZEBConstraint::FindParameterInArray(long id) {
     for (CZebParamStorage* p : m_params)

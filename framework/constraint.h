@@ -5,7 +5,7 @@
 
 #include "framework/param_storage.h"
 #include "framework/vantor_export.h"
-#include "framework/zeb_array.h"
+#include "framework/zeb_owning_array.h"
 #include "framework/zeb_types.h"
 
 class ZebXMLDocument;
@@ -24,7 +24,7 @@ public:
     const std::wstring& GetName() const { return m_name; }
     bool IsEnabled() const { return m_enabled; }
 
-    ZebArray<CZebParamStorage*>& Params() { return m_params; }
+    ZebOwningArray<CZebParamStorage>& Params() { return m_params; }
     CZebParamStorage* FindParameterInArray(long id);
 
     // A "Constraint" element with "Name", "Type" and "Status" and one "Parameter" child per
@@ -36,6 +36,6 @@ private:
     ZEBConstraintType_e m_type;
     std::wstring m_name;
     bool m_enabled;
-    ZebArray<CZebParamStorage*> m_params;
+    ZebOwningArray<CZebParamStorage> m_params;
     std::unique_ptr<ZebXMLDocument> m_doc;
 };

@@ -1,16 +1,8 @@
 #include "framework/zeb_rule.h"
 
 CZebRule::CZebRule() = default;
-
-CZebRule::~CZebRule() {
-    DeleteParams();
-    ClearConstraints();
-}
-
-void CZebRule::DeleteParams() {
-    for (CZebParamStorage* p : ParamArray) delete p;
-    ParamArray.RemoveAll();
-}
+CZebRule::CZebRule(const CZebRule& other) = default;
+CZebRule::~CZebRule() = default;
 
 long CZebRule::Evaluate(void*, void*, void*) { return 0; }
 void CZebRule::ImportFromXML(ZebXMLNode*) {}
@@ -27,33 +19,8 @@ long CZebRule::Import(ZebXMLDocument*, ZebXMLNode* node, void*) {
     return 0;
 }
 
-CZebRule& CZebRule::operator=(const CZebRule& other) {
-    if (this == &other) return *this;
-    Name = other.Name;
-    DisplayName = other.DisplayName;
-    Summary = other.Summary;
-    Module = other.Module;
-    RuleCategory = other.RuleCategory;
-    RuleModule = other.RuleModule;
-    RuleModuleFileName = other.RuleModuleFileName;
-    EngineList = other.EngineList;
-    SelectedDatabase = other.SelectedDatabase;
-    Status = other.Status;
-    Severity = other.Severity;
-    LifeStatus = other.LifeStatus;
-    DeleteParams();
-    for (const CZebParamStorage* p : other.ParamArray) ParamArray.Add(new CZebParamStorage(*p));
-    ClearConstraints();
-    for (const CZEBConstraint* c : other.ConstraintArray) ConstraintArray.Add(new CZEBConstraint(*c));
-    IsPopulated = other.IsPopulated;
-    CurrentUnits = other.CurrentUnits;
-    MaterialSelection = other.MaterialSelection;
-    DBCategory = other.DBCategory;
-    DialogImageId = other.DialogImageId;
-    RuleStatusWord = other.RuleStatusWord;
-    RuleCategoryCode = other.RuleCategoryCode;
-    return *this;
-}
+// Every member; the owned parameters and constraints as copies.
+CZebRule& CZebRule::operator=(const CZebRule& other) = default;
 
 CZebParamStorage* CZebRule::FindParameterInArray(long id) {
     for (CZebParamStorage* p : ParamArray)
@@ -110,7 +77,4 @@ CZEBConstraint* CZebRule::CreateConstraintObject(ZEBConstraintType_e type, const
     return c;
 }
 
-void CZebRule::ClearConstraints() {
-    for (CZEBConstraint* c : ConstraintArray) delete c;
-    ConstraintArray.RemoveAll();
-}
+void CZebRule::ClearConstraints() { ConstraintArray.RemoveAll(); }

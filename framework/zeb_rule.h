@@ -10,16 +10,19 @@
 #include "framework/param_storage.h"
 #include "framework/vantor_export.h"
 #include "framework/zeb_array.h"
+#include "framework/zeb_owning_array.h"
 #include "framework/zeb_types.h"
 
 class ZebXMLDocument;
 class ZebXMLNode;
 
 // Base class of every rule. The first eight virtual operations after the destructor are the
-// module's; the rest are the framework's own.
+// module's; the rest are the framework's own. A rule owns its parameters and constraints;
+// copying a rule copies them.
 class VANTOR_FW_API CZebRule {
 public:
     CZebRule();
+    CZebRule(const CZebRule& other);
     virtual ~CZebRule();
 
     // ---- module side
@@ -56,7 +59,8 @@ public:
 
     // ---- non-virtual framework services
     void SetRuleCategory(ZEBRuleCategory_e category);
-    // A new parameter with the given id and codes; the caller appends it to ParamArray.
+    // A new parameter with the given id and codes; the caller appends it to ParamArray, which
+    // then owns it.
     CZebParamStorage* CreateParamStorageObject(Type_e type, long id, ZebOperator_e op,
                                                ZebParamType_e kind, bool enabled, bool second);
     CZEBConstraint* CreateConstraintObject(ZEBConstraintType_e type, const std::wstring& name,
@@ -76,8 +80,8 @@ public:
     int32_t Status = 0;
     int32_t Severity = 0;
     int32_t LifeStatus = 0;
-    ZebArray<CZebParamStorage*> ParamArray;
-    ZebArray<CZEBConstraint*> ConstraintArray;
+    ZebOwningArray<CZebParamStorage> ParamArray;
+    ZebOwningArray<CZEBConstraint> ConstraintArray;
     bool IsPopulated = false;
     UnitSetting CurrentUnits;
     // Material group name -> chosen materials; kept in the order groups were added.
@@ -88,7 +92,4 @@ public:
     // ---- framework-held state the module only reads
     int32_t RuleStatusWord = 0;
     int32_t RuleCategoryCode = 0;
-
-private:
-    void DeleteParams();
 };
