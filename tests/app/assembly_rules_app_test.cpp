@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <memory>
 #include <stdexcept>
+
+#include "tests/support/module_environment.h"
 
 namespace {
 const std::wstring kResRoot = VANTOR_BUILD_DIR L"/share/vantor/res";
@@ -15,20 +16,19 @@ std::wstring TextOf(const char* lang, unsigned id) {
     return lib ? lib->LoadString(id) : L"<missing library>";
 }
 
+// Each test starts the application object itself, in the environment it sets.
 class AppTest : public ::testing::Test {
 protected:
     void SetUp() override {
         StopAssemblyRulesApp();
         ZebSetResourceHandle(nullptr);
-        setenv("VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res", 1);
-        unsetenv("LC_ALL");
-        unsetenv("LC_MESSAGES");
     }
-    void TearDown() override {
-        StopAssemblyRulesApp();
-        unsetenv("VANTOR_RES_DIR");
-        unsetenv("LANG");
-    }
+    void TearDown() override { StopAssemblyRulesApp(); }
+
+    ScopedEnv resources{"VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res"};
+    ScopedEnv all{"LC_ALL", nullptr};
+    ScopedEnv messages{"LC_MESSAGES", nullptr};
+    ScopedEnv lang{"LANG", "en_US.UTF-8"};
 };
 
 void ThrowInsideScope() {
@@ -44,7 +44,7 @@ std::wstring ReturnEarlyInsideScope(bool early) {
 }  // namespace
 
 TEST_F(AppTest, WithoutALocalizedFolderEnglishServesBothRoles) {
-    setenv("LANG", "fr_FR.UTF-8", 1);
+    lang.Set("fr_FR.UTF-8");
     EXPECT_EQ(GetAssemblyRulesApp(), nullptr);
     ASSERT_TRUE(StartAssemblyRulesApp());
     CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
@@ -61,7 +61,7 @@ TEST_F(AppTest, WithoutALocalizedFolderEnglishServesBothRoles) {
 }
 
 TEST_F(AppTest, DefaultStringsStayEnglishWhileScopesGiveTheUsersLanguage) {
-    setenv("LANG", "de_DE.UTF-8", 1);
+    lang.Set("de_DE.UTF-8");
     ASSERT_TRUE(StartAssemblyRulesApp());
     CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
     EXPECT_EQ(app->m_resourceFolder, kResRoot + L"/de");
@@ -78,7 +78,7 @@ TEST_F(AppTest, DefaultStringsStayEnglishWhileScopesGiveTheUsersLanguage) {
 }
 
 TEST_F(AppTest, ScopesRestoreOnEveryWayOut) {
-    setenv("LANG", "de_DE.UTF-8", 1);
+    lang.Set("de_DE.UTF-8");
     ASSERT_TRUE(StartAssemblyRulesApp());
     CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
     ZebSetResourceHandle(app->m_defaultLibrary.get());
@@ -93,7 +93,7 @@ TEST_F(AppTest, ScopesRestoreOnEveryWayOut) {
 }
 
 TEST_F(AppTest, NoLibrariesAtAllLeaveTheCurrentHandleAlone) {
-    setenv("VANTOR_RES_DIR", "/nonexistent/res", 1);
+    resources.Set("/nonexistent/res");
     ASSERT_TRUE(StartAssemblyRulesApp());
     CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
     EXPECT_EQ(app->m_localizedLibrary, nullptr);

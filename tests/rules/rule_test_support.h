@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "app/assembly_rules_app.h"
 #include "app/settings_document.h"
 #include "framework/ui_message.h"
 #include "framework/zeb_rule.h"
 #include "framework/zeb_xml.h"
+#include "tests/support/module_environment.h"
 
 // Records every message instead of showing it.
 class RecordingMessages : public IZebMessageSink {
@@ -23,22 +23,16 @@ public:
     std::vector<std::wstring> texts;
 };
 
-// English texts, '.' as decimal separator, a settings document handed over as SetXMLDoc does.
-class RuleTest : public ::testing::Test {
+// The started module with a settings document handed over as SetXMLDoc does.
+class RuleTest : public ModuleTest {
 protected:
     void SetUp() override {
-        setenv("VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res", 1);
-        setenv("LANG", "en_US.UTF-8", 1);
-        setenv("LC_ALL", "C.UTF-8", 1);
-        StartAssemblyRulesApp();
         SetSettingsDocument(&settings);
         previousSink = SetZebMessageSink(&messages);
     }
     void TearDown() override {
         SetZebMessageSink(previousSink);
         SetSettingsDocument(nullptr);
-        StopAssemblyRulesApp();
-        unsetenv("LC_ALL");
     }
 
     // Places `rule` under an "AssemblyRules" element of a fresh document with the given

@@ -135,8 +135,8 @@ TEST_F(RuleXmlTest, AbsentOrNonNumericHeaderNumbersReadAsMinusOne) {
 
 TEST_F(RuleXmlTest, RangeValueCountsAndLocaleIndependentNumbers) {
     // Numbers stay '.'-separated even under a locale with a decimal comma.
-    const std::string previous = std::setlocale(LC_ALL, nullptr);
-    std::setlocale(LC_ALL, "de_DE.UTF-8");
+    const ScopedLocale german(LC_ALL, "de_DE.UTF-8");
+    ASSERT_TRUE(german.Applied());
     for (int count : {4, 5, 6}) {
         TestRule rule;
         rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 100, ZebOp_Range, ZebParam_Value, true, false));
@@ -161,7 +161,6 @@ TEST_F(RuleXmlTest, RangeValueCountsAndLocaleIndependentNumbers) {
             EXPECT_DOUBLE_EQ(Param<double>(back, 100).values[expected - 1], expected - 1 + 0.25);
         }
     }
-    std::setlocale(LC_ALL, previous.c_str());
 }
 
 TEST_F(RuleXmlTest, TableRowsWriteEveryCellAndReadFive) {

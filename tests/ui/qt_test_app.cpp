@@ -6,19 +6,18 @@
 #include <QTest>
 #include <cstdlib>
 
-#include "app/assembly_rules_app.h"
+#include "tests/support/module_environment.h"
 
 void EnsureQtTestApp() {
     static int argc = 1;
     static char name[] = "ui_tests";
     static char* argv[] = {name, nullptr};
+    // One module for the whole run: widgets of every test load their texts and images from it.
+    static ScopedModule module;
     if (!QApplication::instance()) {
         setenv("QT_QPA_PLATFORM", "offscreen", 0);
-        setenv("VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res", 1);
-        setenv("LANG", "en_US.UTF-8", 1);
         new QApplication(argc, argv);
     }
-    if (!GetAssemblyRulesApp()) StartAssemblyRulesApp();
 }
 
 void ShowActive(QWidget* window) {

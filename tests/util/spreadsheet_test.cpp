@@ -13,7 +13,7 @@
 #include <functional>
 #include <map>
 
-#include "app/assembly_rules_app.h"
+#include "tests/support/module_environment.h"
 
 namespace fs = std::filesystem;
 
@@ -120,22 +120,14 @@ std::string Repeat(const std::string& text, int count) {
     return out;
 }
 
-class SpreadsheetTest : public ::testing::Test {
+class SpreadsheetTest : public ModuleTest {
 protected:
     void SetUp() override {
-        setenv("VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res", 1);
-        setenv("LANG", "en_US.UTF-8", 1);
-        setenv("LC_ALL", "C.UTF-8", 1);
-        StartAssemblyRulesApp();
         char pattern[] = "/tmp/vantor-sheet-XXXXXX";
         ASSERT_NE(mkdtemp(pattern), nullptr);
         m_dir = pattern;
     }
-    void TearDown() override {
-        StopAssemblyRulesApp();
-        unsetenv("LC_ALL");
-        fs::remove_all(m_dir);
-    }
+    void TearDown() override { fs::remove_all(m_dir); }
 
     // Reads through ReadSpreadsheet and checks that a failure leaves the table empty.
     Table Read(const fs::path& path, const std::vector<SpreadsheetColumn>& columns,

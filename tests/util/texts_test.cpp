@@ -6,29 +6,15 @@
 #include <cwctype>
 #include <memory>
 
-#include "app/assembly_rules_app.h"
 #include "framework/zeb_xml.h"
+#include "tests/support/module_environment.h"
 #include "util/number_text.h"
 
 namespace {
-class TextsTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        setenv("VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res", 1);
-        setenv("LANG", "en_US.UTF-8", 1);
-        unsetenv("LC_ALL");
-        unsetenv("LC_NUMERIC");
-        StartAssemblyRulesApp();
-    }
-    void TearDown() override {
-        StopAssemblyRulesApp();
-        unsetenv("LC_ALL");
-    }
-};
+using TextsTest = ModuleTest;
 }  // namespace
 
 TEST_F(TextsTest, NumberTextsWithAPointSeparator) {
-    setenv("LC_ALL", "C.UTF-8", 1);
     EXPECT_EQ(FormatNumber(0.0), L"0.0");
     EXPECT_EQ(FormatNumber(2.25), L"2.25");
     EXPECT_EQ(FormatNumber(1000.0), L"1000.0");
@@ -43,14 +29,14 @@ TEST_F(TextsTest, NumberTextsWithAPointSeparator) {
 TEST_F(TextsTest, NumberTextsWithACommaSeparator) {
     // The runtime's conversion always writes '.', so only a text ending in the user's own
     // separator gets the "0"; the number parser reads '.' only, and values survive a round trip.
-    setenv("LC_ALL", "de_DE.UTF-8", 1);
+    ScopedEnv numbers("LC_NUMERIC", "de_DE.UTF-8");
     ASSERT_EQ(UserDecimalSeparator(), L",");
     EXPECT_EQ(FormatNumber(12.5), L"12.5");
     EXPECT_EQ(FormatNumber(100.0), L"100.");
     EXPECT_EQ(ParseNumber(FormatNumber(100.0)), 100.0);
     EXPECT_EQ(FormatTrimmedNumber(100.0, L","), L"100.");
     EXPECT_EQ(FormatTrimmedNumber(100.0, L"."), L"100.0");
-    setenv("LC_ALL", "C", 1);
+    numbers.Set("C");
     EXPECT_EQ(UserDecimalSeparator(), L".");
     EXPECT_EQ(FormatNumber(100.0), L"100.0");
 }
