@@ -14,6 +14,7 @@
 #include <cstring>
 #include <cwctype>
 #include <iterator>
+#include <string>
 
 #include "app/assembly_rules_app.h"
 #include "framework/case_fold.h"
@@ -56,11 +57,28 @@ bool IsCanonicalPropertyName(const std::wstring& name) {
         if (!(std::iswalnum(c) || c == L'.' || c == L'_')) return false;
     return true;
 }
+
+// The user's own folder under /tmp when TMPDIR is not set. Anyone can create names in /tmp, so
+// an existing one is used only when it is a real folder of ours that nobody else can write in;
+// empty otherwise.
+std::string OwnTempFolder() {
+    const uid_t uid = ::geteuid();
+    const std::string folder = "/tmp/vantor-" + std::to_string(uid);
+    if (::mkdir(folder.c_str(), 0700) == 0)
+        ::chmod(folder.c_str(), 0700);  // the umask may have taken the owner's own bits
+    else if (errno != EEXIST)
+        return {};
+    struct stat st{};
+    if (::lstat(folder.c_str(), &st) != 0 || !S_ISDIR(st.st_mode) || st.st_uid != uid ||
+        (st.st_mode & (S_IWGRP | S_IWOTH)) != 0)
+        return {};
+    return folder;
+}
 }  // namespace
 
 std::wstring GetModuleTempFolder() {
     const char* tmp = std::getenv("TMPDIR");
-    std::string folder = tmp && *tmp ? tmp : "/tmp";
+    std::string folder = tmp && *tmp ? tmp : OwnTempFolder();
     while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
     if (folder.empty()) return {};
     folder += "/VantorTemp";
@@ -103,7 +121,9 @@ void BuildImportLogPath(const std::wstring& spreadsheetPath, const std::wstring&
     const std::wstring name = spreadsheetPath.substr(cut + 1);
     const size_t point = name.rfind(L'.');
     if (point == std::wstring::npos) return;
-    logPath = GetModuleTempFolder() + L"/" + name.substr(0, point) + logSuffix;
+    const std::wstring folder = GetModuleTempFolder();
+    // No folder, no log: "/" + name would put it at the root.
+    logPath = folder.empty() ? std::wstring() : folder + L"/" + name.substr(0, point) + logSuffix;
 }
 
 bool WriteImportLogPass(const std::wstring& logPath, bool firstPass, const std::wstring& heading,
@@ -112,13 +132,25 @@ bool WriteImportLogPass(const std::wstring& logPath, bool firstPass, const std::
     const size_t cut = path.find_last_of('/');
     const std::string folder = cut == std::string::npos ? "." : (cut == 0 ? "/" : path.substr(0, cut));
     const std::string name = cut == std::string::npos ? path : path.substr(cut + 1);
-    // The folder is shared: neither it nor the log may be a link planted by someone else.
+    if (name.empty()) return false;
+    // The folder may be shared: neither it nor the log may be a link planted by someone else.
     const int dir = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     if (dir < 0) return false;
-    const int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC | (firstPass ? O_TRUNC : O_APPEND);
-    const int fd = ::openat(dir, name.c_str(), flags, 0644);
+    // No O_TRUNC: a file that turns out not to be ours must stay whole. O_NONBLOCK keeps a fifo
+    // at the log's place from hanging the import.
+    const int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC |
+                      (firstPass ? 0 : O_APPEND);
+    const int fd = ::openat(dir, name.c_str(), flags, 0600);
     ::close(dir);
     if (fd < 0) return false;
+    // Someone else's log, left or planted at that name, is neither written into nor taken for
+    // ours; nor is a second name of another file.
+    struct stat st{};
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || st.st_uid != ::geteuid() || st.st_nlink > 1 ||
+        (firstPass && ::ftruncate(fd, 0) != 0)) {
+        ::close(fd);
+        return false;
+    }
     std::string text = ToUtf8(heading);
     for (const std::wstring& entry : entries) text += ToUtf8(entry) + "\n";
     size_t written = 0;

@@ -3,8 +3,10 @@
 #include <string>
 #include <vector>
 
-// The module's temporary folder "VantorTemp" in the user's temporary folder ($TMPDIR, else
-// /tmp), created for everyone to write in; no trailing separator.
+// The module's temporary folder "VantorTemp" in the user's temporary folder, created for
+// everyone to write in; no trailing separator. The user's temporary folder is $TMPDIR when set,
+// else /tmp/vantor-<euid>, made 0700 when absent. Empty when that folder cannot be made, or is
+// a link, not a folder, another user's or writable by group or others.
 std::wstring GetModuleTempFolder();
 // True when the folder exists or could be created and a probe folder can be made inside it.
 bool IsFolderUsable(const std::wstring& path);
@@ -18,11 +20,14 @@ bool ContainsNoCase(const std::wstring& text, const std::vector<std::wstring>& a
 std::wstring GetDBModuleFileName(int index);
 
 // Log of an import in the module's temporary folder: <spreadsheet base name><suffix>. Leaves
-// `logPath` as it was when the spreadsheet path has no folder or its file name no point.
+// `logPath` as it was when the spreadsheet path has no folder or its file name no point; empties
+// it when there is no module temporary folder.
 void BuildImportLogPath(const std::wstring& spreadsheetPath, const std::wstring& logSuffix,
                         std::wstring& logPath);
 // Writes one pass of an import log: the heading, then each entry followed by "\n". The first
-// pass empties the log, later passes append. Links at the log's place are never followed.
+// pass empties the log, later passes append. A new log is readable by its owner only. Links at
+// the log's place are never followed; false, with nothing written, when the file there is not
+// a plain file of the effective user with a single name.
 bool WriteImportLogPass(const std::wstring& logPath, bool firstPass, const std::wstring& heading,
                         const std::vector<std::wstring>& entries);
 
