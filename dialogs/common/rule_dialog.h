@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QPointer>
+#include <optional>
+#include <string>
+
+#include "framework/ui/rule_dlg_base.h"
+
+class CZebRule;
+
+// An entry OK refuses: the message to show and the control to put the user back in.
+struct ZebRefusal {
+    std::wstring message;
+    QPointer<QWidget> control;
+};
+
+// Base of the rule dialogs, so that each reads as its step list. LoadFromRule fills the controls
+// when the dialog opens (after the base has shown the dialog image; not at all without a rule).
+// On OK, CommitEdits closes what the user left open in the tables, Validate checks the entries in
+// the dialog's order, and the first refusal is shown while the dialog stays open; only then
+// StoreIntoRule writes the rule, so a refused OK leaves the rule as it was. Cancel writes nothing.
+class CZEBRuleDialog : public CZEBRuleDlgBase {
+    Q_OBJECT
+public:
+    // `unitText` is the text of the rule's current length unit, for the dialog's unit label.
+    CZEBRuleDialog(CZebRule* rule, std::wstring unitText, unsigned templateId, long imageId,
+                   QWidget* parent = nullptr);
+
+    CZebRule* GetRule() const { return m_rule; }
+    const std::wstring& GetUnitText() const { return m_unitText; }
+
+    bool OnInitDialog() override;
+    void OnOK() override;
+
+protected:
+    virtual void LoadFromRule(CZebRule& rule) = 0;
+    virtual void CommitEdits() {}
+    virtual std::optional<ZebRefusal> Validate(CZebRule& rule) = 0;
+    virtual void StoreIntoRule(CZebRule& rule) = 0;
+
+    // A refused entry in a message box (information icon, caption "Vantor"); the keyboard focus
+    // then goes to its control.
+    void ShowRefusal(const ZebRefusal& refusal);
+
+private:
+    CZebRule* m_rule;
+    std::wstring m_unitText;
+};
+
+// The runner a rule's dialog registers (see rules/rule_dialog_registry.h): the dialog over the
+// rule, without a parent window, run modally.
+template <class Dialog>
+void RunRuleDialogModal(CZebRule& rule, const std::wstring& unitText) {
+    Dialog dialog(&rule, unitText);
+    dialog.DoModal();
+}
