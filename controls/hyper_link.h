@@ -24,6 +24,8 @@ public:
     void SetLinkColour(const QColor& colour);
     void EnableTooltip(bool enable);
     void SetTooltipText(const std::wstring& text);
+    // With `on`, a click opens `helpFile` at the section whose anchor is "topic-<contextId>"
+    // (at its start for context id 0), or tells that the file is missing.
     void SetHelpLink(bool on, int contextId, const std::wstring& helpFile);
     void SetNotifyParent(bool on) { m_notifyParent = on; }
 

@@ -49,9 +49,7 @@ void CZEBRuleDlgBase::OnOK() { done(kIdOk); }
 
 void CZEBRuleDlgBase::OnCancel() { done(kIdCancel); }
 
-void CZEBRuleDlgBase::OnHelp() {
-    if (IZebUiService* service = GetZebUiService()) service->ShellOpen(m_helpFilePath);
-}
+void CZEBRuleDlgBase::OnHelp() { ZebOpenHelp(this, m_helpFilePath, m_helpTopic); }
 
 void CZEBRuleDlgBase::showEvent(QShowEvent* event) {
     if (!m_initialized) {

@@ -12,8 +12,9 @@ class PictureControl;
 class QPushButton;
 
 // Base of every rule dialog: the dialog image in the picture control, OK (result 1), Cancel
-// (result 2) and Help, control lookup by id, and message pre-translation that sees every event
-// of the dialog and of each of its child widgets (also those added later) before they do.
+// (result 2) and Help (the help file at the dialog's own section), control lookup by id, and
+// message pre-translation that sees every event of the dialog and of each of its child widgets
+// (also those added later) before they do.
 class VANTOR_FWUI_API CZEBRuleDlgBase : public QDialog {
     Q_OBJECT
 public:
@@ -32,6 +33,13 @@ public:
     unsigned GetTemplateId() const { return m_templateId; }
     long GetImageId() const { return m_imageId; }
     const std::wstring& GetHelpFilePath() const { return m_helpFilePath; }
+    // The section of the help file that Help opens: the id of its anchor in the help file (an
+    // empty topic opens the file at its start). A dialog names its section in its constructor,
+    // passing the id to SetHelpTopic as a wide string literal, and adds a section with that id
+    // to the help file of every language; the help file test finds these calls in the sources
+    // and checks that every help file has the section.
+    void SetHelpTopic(const std::wstring& topic) { m_helpTopic = topic; }
+    const std::wstring& GetHelpTopic() const { return m_helpTopic; }
     PictureControl* GetPictureControl() const { return m_picture; }
     // Where a dialog puts its own controls (right of the picture, above the buttons).
     QWidget* Body() const { return m_body; }
@@ -47,6 +55,8 @@ public:
     virtual void SetMaterialFlagForRule(bool /*flag*/) {}
     virtual void OnOK();
     virtual void OnCancel();
+    // Opens the help file at the dialog's help topic; a missing help file is reported in a
+    // warning message.
     virtual void OnHelp();
 
     void accept() override { OnOK(); }
@@ -62,6 +72,7 @@ private:
     unsigned m_templateId;
     long m_imageId;
     std::wstring m_helpFilePath;
+    std::wstring m_helpTopic;
     PictureControl* m_picture;
     QWidget* m_body;
     bool m_initialized = false;

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QUrl>
 
@@ -50,6 +51,27 @@ int ZebUiMessage(QWidget* parent, const std::wstring& text, ZebMsgIcon icon, Zeb
     IZebUiService* service = GetZebUiService();
     if (!service) return buttons == ZebMsgButtons::YesNo ? ZebIdYes : ZebIdOk;
     return service->MessageBox(parent, L"Vantor", text, icon, buttons);
+}
+
+std::wstring ZebHelpUrl(const std::wstring& helpFile, const std::wstring& topic) {
+    QUrl url = QUrl::fromLocalFile(QFileInfo(ToQ(helpFile)).absoluteFilePath());
+    if (!topic.empty()) url.setFragment(ToQ(topic), QUrl::DecodedMode);
+    return url.toString(QUrl::FullyEncoded).toStdWString();
+}
+
+bool ZebOpenHelp(QWidget* parent, const std::wstring& helpFile, const std::wstring& topic) {
+    if (helpFile.empty() || !QFileInfo(ToQ(helpFile)).isFile()) {
+        const std::wstring named = helpFile.empty() ? std::wstring() : helpFile + L" ";
+        ZebUiMessage(parent, L"The help file " + named + L"is missing.", ZebMsgIcon::Warning);
+        return false;
+    }
+    IZebUiService* service = GetZebUiService();
+    if (!service) return false;
+    if (service->ShellOpen(ZebHelpUrl(helpFile, topic))) return true;
+    ZebUiMessage(parent,
+                 L"The help file " + helpFile + L" could not be opened. Open it in a web browser.",
+                 ZebMsgIcon::Warning);
+    return false;
 }
 
 QStringList ZebNameFiltersFromFilter(const std::wstring& filter) {

@@ -50,6 +50,18 @@ VANTOR_FWUI_API int ZebUiMessage(QWidget* parent, const std::wstring& text,
                                  ZebMsgIcon icon = ZebMsgIcon::Information,
                                  ZebMsgButtons buttons = ZebMsgButtons::Ok);
 
+// The help file as a "file://" URL, opened at the section `topic` (the URL's fragment; none when
+// the topic is empty). Spaces, '#' and other characters that a URL reserves are encoded in the
+// path, so the URL reads back to the same local file. A relative path is taken from the current
+// folder.
+VANTOR_FWUI_API std::wstring ZebHelpUrl(const std::wstring& helpFile, const std::wstring& topic);
+
+// Opens the help file at `topic` through the current service. When the file is missing or the
+// desktop cannot open it, says so in a warning message instead (fixed English text: the
+// framework has no string table) and returns false.
+VANTOR_FWUI_API bool ZebOpenHelp(QWidget* parent, const std::wstring& helpFile,
+                                 const std::wstring& topic);
+
 // The chooser's name filters in Qt's form ("description (patterns)"), one per pair of the
 // written filter; empty parts are skipped.
 VANTOR_FWUI_API QStringList ZebNameFiltersFromFilter(const std::wstring& filter);

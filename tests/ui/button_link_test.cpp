@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include "app/assembly_rules_app.h"
@@ -10,6 +14,7 @@
 #include "framework/ui/control_id.h"
 #include "framework/ui/picture_control.h"
 #include "framework/ui/recording_ui_service.h"
+#include "framework/ui/ui_service.h"
 #include "tests/ui/qt_test_app.h"
 
 namespace {
@@ -139,4 +144,57 @@ TEST(HyperLink, ColoursAndClicks) {
     EXPECT_EQ(notified[0][0].toUInt(), 0x465u);
     EXPECT_EQ(notified[0][1].toInt(), 6120);
     EXPECT_EQ(ui.opened.size(), 1u);
+}
+
+TEST(HyperLink, HelpLinkOpensTheHelpFileAtTheContextSection) {
+    EnsureQtTestApp();
+    QTemporaryDir root;
+    ASSERT_TRUE(root.isValid());
+    const QString folder = root.filePath("Help #1 de");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const QString file = folder + "/vantor.html";
+    QFile help(file);
+    ASSERT_TRUE(help.open(QIODevice::WriteOnly));
+    help.write("<html></html>");
+    help.close();
+
+    CZebRecordingUiService ui;
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* link = new CHyperLink(&window);
+    link->SetLinkText(L"Help on clearances");
+    link->SetURL(L"https://example.com/not-this");
+    link->SetHelpLink(true, 4711, file.toStdWString());
+    layout->addWidget(link);
+    ShowActive(&window);
+
+    QTest::mouseClick(link, Qt::LeftButton, {}, link->rect().center());
+    ASSERT_EQ(ui.opened.size(), 1u);
+    EXPECT_EQ(ui.opened[0], ZebHelpUrl(file.toStdWString(), L"topic-4711"));
+    const QUrl url(QString::fromStdWString(ui.opened[0]));
+    EXPECT_EQ(url.toLocalFile().toStdString(), file.toStdString());
+    EXPECT_EQ(url.fragment().toStdString(), "topic-4711");
+    EXPECT_TRUE(link->IsVisited());
+
+    // Context id 0 names no section: the file opens at its start.
+    link->SetHelpLink(true, 0, file.toStdWString());
+    QTest::mouseClick(link, Qt::LeftButton, {}, link->rect().center());
+    ASSERT_EQ(ui.opened.size(), 2u);
+    EXPECT_FALSE(QUrl(QString::fromStdWString(ui.opened[1])).hasFragment());
+    EXPECT_TRUE(ui.messages.empty());
+
+    // A missing help file is said, and nothing opens.
+    const std::wstring missing = root.filePath("gone/vantor.html").toStdWString();
+    link->SetHelpLink(true, 12, missing);
+    QTest::mouseClick(link, Qt::LeftButton, {}, link->rect().center());
+    EXPECT_EQ(ui.opened.size(), 2u);
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Warning);
+    EXPECT_EQ(ui.messages[0].text, L"The help file " + missing + L" is missing.");
+
+    // Without the help link the link's own target opens again.
+    link->SetHelpLink(false, 0, L"");
+    QTest::mouseClick(link, Qt::LeftButton, {}, link->rect().center());
+    ASSERT_EQ(ui.opened.size(), 3u);
+    EXPECT_EQ(ui.opened[2], L"https://example.com/not-this");
 }
