@@ -35,9 +35,8 @@ public:
     const std::wstring& GetHelpFilePath() const { return m_helpFilePath; }
     // The section of the help file that Help opens: the id of its anchor in the help file (an
     // empty topic opens the file at its start). A dialog names its section in its constructor,
-    // passing the id to SetHelpTopic as a wide string literal, and adds a section with that id
-    // to the help file of every language; the help file test finds these calls in the sources
-    // and checks that every help file has the section.
+    // with a topic of dialogs/common/help_topics.h, and adds that section to the help file of
+    // every language.
     void SetHelpTopic(const std::wstring& topic) { m_helpTopic = topic; }
     const std::wstring& GetHelpTopic() const { return m_helpTopic; }
     PictureControl* GetPictureControl() const { return m_picture; }

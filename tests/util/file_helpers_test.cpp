@@ -322,6 +322,8 @@ TEST_F(FileHelpersTest, FileNames) {
     EXPECT_TRUE(ContainsNoCase(L"BOLT", {L"nut", L"bolt"}));
     EXPECT_FALSE(ContainsNoCase(L"bolts", {L"nut", L"bolt"}));
     EXPECT_FALSE(ContainsNoCase(L"", {}));
+    // The same rule as the database's: letters beyond ASCII fold too, in any locale.
+    EXPECT_TRUE(ContainsNoCase(L"STÄHLE", {L"Stähle"}));
 
     const std::wstring text = L"M8 \u00e4\u4e2d";
     char* buffer = ToAnsiBuffer(text);
