@@ -41,8 +41,11 @@ int RunTools(const std::vector<std::string>& words) {
 void PrintHelp(std::FILE* out) {
     std::fprintf(out, "usage: vantor-rules COMMAND [ARGS...]\n\ncommands:\n");
     PrintHostCommands(out);
-    std::fflush(out);
-    if (out == stdout) RunTools({"--list-commands"});
+    if (out == stdout) {
+        std::fprintf(out, "\ncommands run by vantor-tools, which uses the module's internals directly:\n");
+        std::fflush(out);
+        RunTools({"--list-commands"});
+    }
     std::fprintf(
         out,
         "\nThe module ZEBAssemblyRules.so is loaded from --module-dir DIR, else from the folder\n"

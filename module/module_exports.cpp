@@ -41,7 +41,7 @@ VANTOR_MODULE_API void GetRule(ZebXMLNode* node, CZebRule** rule) {
 
 VANTOR_MODULE_API void DeleteRule(CZebRule** rule) {
     if (!rule || !*rule) return;
-    RunGuarded("DeleteRule", [&] { delete *rule; });
+    delete *rule;
     *rule = nullptr;
 }
 
