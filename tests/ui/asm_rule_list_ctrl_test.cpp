@@ -82,6 +82,15 @@ TEST_F(ComponentTableTest, PreferredComponentsModeKeepsAnyText) {
     EXPECT_TRUE(table().IsPreferredComponentsMode());
     Type(0, 3, "abc", Qt::Key_Return);
     EXPECT_EQ(table().GetCellText(0, 3), L"abc");
+    // The mode is the table's own: it holds whichever resource library is current.
+    const ZebResourceHandle libraries[] = {GetAssemblyRulesApp()->m_defaultLibrary.get(), nullptr};
+    for (ZebResourceHandle library : libraries) {
+        ZebSetResourceHandle(library);
+        EXPECT_TRUE(table().IsPreferredComponentsMode());
+        Type(1, 3, "xyz", Qt::Key_Return);
+        EXPECT_EQ(table().GetCellText(1, 3), L"xyz");
+    }
+    ZebSetResourceHandle(GetAssemblyRulesApp()->m_localizedLibrary.get());
 }
 
 TEST_F(ComponentTableTest, RightClickBrowsesOnlyTheModesNameColumns) {
