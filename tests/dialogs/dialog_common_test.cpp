@@ -1,5 +1,6 @@
 // What the rule dialogs share, driven as a user drives a dialog: the base's step list, the
 // severity list, the spreadsheet import and the fastener additions to the database.
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <QLineEdit>
@@ -12,6 +13,7 @@
 
 #include "app/assembly_rules_app.h"
 #include "controls/wrapper_combo_ctrl.h"
+#include "dialogs/common/database_module.h"
 #include "dialogs/common/fastener_additions.h"
 #include "dialogs/common/rule_dialog.h"
 #include "dialogs/common/severity_list.h"
@@ -215,4 +217,26 @@ TEST_F(DialogCommonTest, ImportedFastenersGoIntoTheDatabaseOnce) {
     EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Error);
     ASSERT_EQ(db->GetFastenerNames(names), ZebDbOk);
     EXPECT_EQ(std::count(names.begin(), names.end(), L"after the failure"), 0);
+}
+
+// The database module counts only once the host has loaded it beside the module; its name then
+// fills the database drop-down.
+TEST_F(DialogCommonTest, DatabaseModuleNameOnlyFromALoadedModule) {
+    ScopedDatabaseFolder folder;
+    std::wstring name = L"unchanged";
+    CWrapperComboCtrl list;
+    const std::string path = VANTOR_BUILD_DIR "/tests/ZEBDatabaseu.so";
+    EXPECT_FALSE(GetLoadedDatabaseModuleName(name));
+    EXPECT_EQ(name, L"unchanged");
+    EXPECT_FALSE(FillDatabaseModuleList(list));
+    EXPECT_EQ(list.count(), 0);
+
+    void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(handle, nullptr) << dlerror();
+    EXPECT_TRUE(GetLoadedDatabaseModuleName(name));
+    EXPECT_EQ(name, L"Vantor Database");
+    EXPECT_TRUE(FillDatabaseModuleList(list));
+    ASSERT_EQ(list.count(), 1);
+    EXPECT_EQ(list.currentText(), "Vantor Database");
+    dlclose(handle);
 }
