@@ -1,10 +1,9 @@
 #pragma once
 
+#include <QAbstractItemView>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QPointer>
-
-class QAbstractItemView;
-class QLineEdit;
 
 // The grid's drop-down editor: a list without free typing. It keeps hold of its edit part and
 // its list part once they first show; both are let go when the combo goes away.

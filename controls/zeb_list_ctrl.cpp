@@ -118,6 +118,8 @@ void CZEBListCtrl::BeginCellEdit(int row, int column, int maxChars) {
 
 bool CZEBListCtrl::IsCellEditOpen() const { return m_textEditor && !m_textEditor->isHidden(); }
 
+bool CZEBListCtrl::IsCellChoiceOpen() const { return m_choiceEditor && !m_choiceEditor->isHidden(); }
+
 int CZEBListCtrl::EndCellEdit(std::wstring& text) {
     if (!IsCellEditOpen()) return 0;
     const std::wstring edited = m_textEditor->text().toStdWString();

@@ -41,8 +41,9 @@ public:
     void BeginCellChoice(int row, int column, int maxChars);
     int EndCellChoice(std::wstring& text, const std::wstring& messageSuffix);
     int HideCellChoice();
-    // A text edit counts as open only while its editor is shown.
+    // An edit counts as open only while its editor is shown.
     bool IsCellEditOpen() const;
+    bool IsCellChoiceOpen() const;
     int GetCellEditText(std::wstring& text) const;
     int GetEditRow() const { return m_editRow; }
     int GetEditColumn() const { return m_editColumn; }

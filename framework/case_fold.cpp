@@ -7,9 +7,13 @@
 namespace {
 // The user's locale may be "C", which folds ASCII only; the built-in C.UTF-8 locale folds every
 // letter.
-wchar_t Fold(wchar_t c) {
+locale_t Unicode() {
     static const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", locale_t{});
-    return static_cast<wchar_t>(unicode ? towlower_l(c, unicode) : std::towlower(c));
+    return unicode;
+}
+
+wchar_t Fold(wchar_t c) {
+    return static_cast<wchar_t>(Unicode() ? towlower_l(c, Unicode()) : std::towlower(c));
 }
 }  // namespace
 
@@ -25,4 +29,12 @@ bool ZebEqualsNoCase(std::wstring_view a, std::wstring_view b) {
     for (size_t i = 0; i < a.size(); ++i)
         if (a[i] != b[i] && Fold(a[i]) != Fold(b[i])) return false;
     return true;
+}
+
+std::wstring ZebUpperCase(std::wstring_view text) {
+    std::wstring upper;
+    upper.reserve(text.size());
+    for (const wchar_t c : text)
+        upper.push_back(static_cast<wchar_t>(Unicode() ? towupper_l(c, Unicode()) : std::towupper(c)));
+    return upper;
 }

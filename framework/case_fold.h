@@ -14,3 +14,5 @@
 VANTOR_FW_API std::wstring ZebFoldCase(std::wstring_view text);
 // True when both texts fold to the same key.
 VANTOR_FW_API bool ZebEqualsNoCase(std::wstring_view a, std::wstring_view b);
+// The text with every letter in upper case, by the same rule.
+VANTOR_FW_API std::wstring ZebUpperCase(std::wstring_view text);

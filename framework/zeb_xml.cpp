@@ -95,7 +95,8 @@ struct ZebXMLDocument::Impl {
     }
     bool Parse(const char* text, size_t size, std::wstring& error) {
         holder = pugi::xml_node();
-        pugi::xml_parse_result result = doc.load_buffer(text, size, pugi::parse_default, pugi::encoding_utf8);
+        pugi::xml_parse_result result = doc.load_buffer(text, size, pugi::parse_default | pugi::parse_comments,
+                                                          pugi::encoding_utf8);
         if (result) {
             if (!DocumentElement()) {
                 doc.reset();
@@ -163,6 +164,16 @@ bool ZebXMLNode::AppendNode(ZebXMLNode* child) {
 bool ZebXMLNode::RemoveChild(ZebXMLNode* child) {
     if (!child) return false;
     return Wrap(m_node).remove_child(Wrap(child->m_node));
+}
+
+bool ZebXMLNode::ReplaceChild(ZebXMLNode* newChild, ZebXMLNode* oldChild) {
+    if (!newChild || !oldChild || newChild->m_doc != m_doc) return false;
+    pugi::xml_node self = Wrap(m_node);
+    pugi::xml_node old = Wrap(oldChild->m_node);
+    if (old.parent() != self) return false;
+    for (pugi::xml_node p = self; p; p = p.parent())
+        if (p == Wrap(newChild->m_node)) return false;  // would move an element into itself
+    return self.insert_move_before(Wrap(newChild->m_node), old) && self.remove_child(old);
 }
 
 void ZebXMLNode::SetNodeValue(const std::wstring& text) {

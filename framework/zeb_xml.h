@@ -39,6 +39,9 @@ public:
     bool AppendNode(ZebXMLNode* child);
     // Removes `child` and its subtree from this element.
     bool RemoveChild(ZebXMLNode* child);
+    // Puts `newChild` (an element of this document) where `oldChild`, a child of this element,
+    // stands, and removes `oldChild` with its subtree.
+    bool ReplaceChild(ZebXMLNode* newChild, ZebXMLNode* oldChild);
 
     void SetNodeValue(const std::wstring& text);
     std::wstring GetNodeValue() const;
@@ -83,6 +86,7 @@ public:
     ZebXMLDocument& operator=(const ZebXMLDocument&) = delete;
 
     // On failure the document is empty and `error` says what and where ("line L, column C").
+    // Comments are kept, so that a document read and written again keeps them.
     bool LoadFile(const std::wstring& path, std::wstring& error);
     bool LoadXML(const std::string& utf8Text, std::wstring& error);
     // Writes through a temporary file in the same folder and a rename, so an existing file is

@@ -1,6 +1,9 @@
 #include "module/rule_catalogue.h"
 
 #include "app/assembly_rules_app.h"
+#include "dialogs/common/rule_dialog.h"
+#include "dialogs/fastener/fastener_clearance_dlg.h"
+#include "dialogs/fastener/fastener_engagement_len_dlg.h"
 #include "framework/case_fold.h"
 #include "rules/bolt_screw_rationalization_rule.h"
 #include "rules/contact_material_rule.h"
@@ -29,7 +32,8 @@ const RuleCatalogueEntry kHole{IDS_RULE_HOLE_ALIGNMENT, &Make<CZEBASMHoleAlignme
 const RuleCatalogueEntry kPrefComp{IDS_RULE_PREFERRED_COMPONENTS,
                                    &Make<CZEBAssemblyCheckPrefCompRule>};
 const RuleCatalogueEntry kEngagement{IDS_RULE_FASTENER_ENGAGEMENT_LENGTH,
-                                     &Make<CZEBAssemblyFastenerEngagementLenRule>};
+                                     &Make<CZEBAssemblyFastenerEngagementLenRule>,
+                                     &RunRuleDialogModal<CZEBAssemblyFastenerEngagementLenDlg>};
 const RuleCatalogueEntry kMinClearance{IDS_RULE_MIN_CLEARANCE,
                                        &Make<CZEBAssemblyMinClearanceBetPartsRule>};
 const RuleCatalogueEntry kInterference{IDS_RULE_INTERFERENCE_DETECTION,

@@ -4,13 +4,16 @@
 #include <vector>
 
 #include "resources/string_ids.h"
+#include "rules/rule_dialog_registry.h"
 
 class CZebRule;
 
-// One rule class of the module: its name string id and how to make one.
+// One rule class of the module: its name string id, how to make one, and the dialog its
+// Configure runs (none yet for some).
 struct RuleCatalogueEntry {
     ZebStringId nameId;
     CZebRule* (*create)();
+    RuleDialogRunner dialog = nullptr;
 };
 
 // The twelve rule classes in the order GetAllRules creates them.

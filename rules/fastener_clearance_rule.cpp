@@ -1,6 +1,7 @@
 #include "rules/fastener_clearance_rule.h"
 
 #include "app/assembly_rules_app.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
 
@@ -72,3 +73,5 @@ void CZEBAssemblyFastenerClearanceRule::ConvertUnits(const UnitSetting* from, co
     }
     CurrentUnits = *to;
 }
+
+void CZEBAssemblyFastenerClearanceRule::Configure() { RunRuleDialog(*this, IDS_RULE_FASTENER_CLEARANCE); }

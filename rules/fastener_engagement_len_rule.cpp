@@ -1,6 +1,7 @@
 #include "rules/fastener_engagement_len_rule.h"
 
 #include "app/assembly_rules_app.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
 
@@ -41,3 +42,5 @@ void CZEBAssemblyFastenerEngagementLenRule::ConvertUnits(const UnitSetting* from
     }
     CurrentUnits = *to;
 }
+
+void CZEBAssemblyFastenerEngagementLenRule::Configure() { RunRuleDialog(*this, IDS_RULE_FASTENER_ENGAGEMENT_LENGTH); }

@@ -10,4 +10,6 @@ public:
     void ImportFromXML(ZebXMLNode* node) override;
     ZebXMLNode* ExportToXML() override;
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    // The rule's dialog, modal and without a parent; it writes into the rule on OK.
+    void Configure() override;
 };

@@ -36,6 +36,7 @@ void CZEBRuleDialog::OnOK() {
 }
 
 void CZEBRuleDialog::ShowRefusal(const ZebRefusal& refusal) {
-    ZebUiMessage(this, refusal.message, ZebMsgIcon::Information, ZebMsgButtons::Ok);
+    if (!refusal.message.empty())
+        ZebUiMessage(this, refusal.message, ZebMsgIcon::Information, ZebMsgButtons::Ok);
     if (refusal.control) refusal.control->setFocus();
 }

@@ -8,7 +8,8 @@
 
 class CZebRule;
 
-// An entry OK refuses: the message to show and the control to put the user back in.
+// An entry OK refuses: the message to show (none: the dialog only stays open) and the control to
+// put the user back in.
 struct ZebRefusal {
     std::wstring message;
     QPointer<QWidget> control;

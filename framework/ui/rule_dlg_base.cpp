@@ -4,6 +4,7 @@
 #include <QChildEvent>
 #include <QDialogButtonBox>
 #include <QPushButton>
+#include <utility>
 
 #include "framework/ui/picture_control.h"
 #include "framework/ui/ui_service.h"
@@ -36,7 +37,16 @@ CZEBRuleDlgBase::CZEBRuleDlgBase(unsigned templateId, long imageId,
     Watch(this);
 }
 
-int CZEBRuleDlgBase::DoModal() { return exec(); }
+namespace {
+int g_lastModalResult = 0;
+}
+
+int CZEBRuleDlgBase::DoModal() {
+    g_lastModalResult = exec();
+    return g_lastModalResult;
+}
+
+int CZEBRuleDlgBase::TakeLastModalResult() { return std::exchange(g_lastModalResult, 0); }
 
 bool CZEBRuleDlgBase::OnInitDialog() {
     if (m_imageId > 0) m_picture->SetBitmapId(static_cast<unsigned>(m_imageId));

@@ -25,6 +25,9 @@ public:
 
     // Runs the dialog modally; 1 after OK, 2 after Cancel.
     int DoModal();
+    // How the last rule dialog run with DoModal ended (1 OK, 2 Cancel; 0 when none ran since the
+    // last call), read once: a rule's Configure returns nothing, the host asks here.
+    static int TakeLastModalResult();
 
     QWidget* GetDlgItem(int id) const { return FindZebControl(this, id); }
     template <class T>

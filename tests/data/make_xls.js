@@ -61,3 +61,16 @@ write('second_active.xls', [
   ['One', XLSX.utils.aoa_to_sheet([['first sheet']])],
   ['Two', XLSX.utils.aoa_to_sheet([['second sheet'], ['row 2']])],
 ], 1);
+
+// A fastener clearance sheet in the extended layout: heading row, three fastener names, one of
+// them without Max values (cells left out, not written empty, for libfreexl).
+const clearance = XLSX.utils.aoa_to_sheet([
+  ['F', 'A', 'A1', 'B', 'B1'],
+  ['ISO 4017 M8', 1, 2, 3, 4],
+  ['iso 4762 m6', 0.5, 1.5, 0.7, 1.25],
+]);
+clearance['A4'] = { t: 's', v: 'ACME 10' };
+clearance['B4'] = { t: 'n', v: 2 };
+clearance['D4'] = { t: 'n', v: 1 };
+clearance['!ref'] = 'A1:E4';
+write('fastener_clearance.xls', [['Clearances', clearance]]);

@@ -17,6 +17,7 @@ TEST(CaseFold, OneRuleForEveryLetter) {
     EXPECT_FALSE(ZebEqualsNoCase(L"M8", L"M8 "));
     EXPECT_TRUE(ZebEqualsNoCase(L"", L""));
     EXPECT_EQ(ZebFoldCase(L"STÄHLE Ø"), L"stähle ø");
+    EXPECT_EQ(ZebUpperCase(L"iso 4017 m8 stähle ø"), L"ISO 4017 M8 STÄHLE Ø");
 
     EXPECT_EQ(ZebOperatorFromText(L"range"), 1);
     EXPECT_EQ(ZebOperatorFromText(L">="), 7);

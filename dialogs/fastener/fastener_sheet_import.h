@@ -1,0 +1,93 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "controls/grid_model.h"
+#include "util/sheet_table.h"
+
+struct FastenerAdditions;
+class QWidget;
+
+// A cell that holds no number, in the merge of a sheet into a fastener table.
+inline constexpr double kEmptyFastenerValue = -1e9;
+
+// One layout a fastener sheet may have: the headings of columns A, B, ... ("F": the fastener
+// name), and for each value cell of the table the column it is read from (-1: left empty).
+struct FastenerSheetLayout {
+    std::vector<std::wstring> headings;
+    std::vector<int> valueColumns;
+};
+
+// One data row of a sheet, its cells found by their column's heading.
+class FastenerSheetRow {
+public:
+    FastenerSheetRow(const FastenerSheetLayout& layout, std::vector<std::wstring> cells)
+        : m_layout(&layout), m_cells(std::move(cells)) {}
+    const std::wstring& Name() const { return m_cells.front(); }
+    // Empty for a heading the layout does not have.
+    const std::wstring& Under(const std::wstring& heading) const;
+    const std::wstring& At(int column) const;
+
+private:
+    const FastenerSheetLayout* m_layout;
+    std::vector<std::wstring> m_cells;
+};
+
+// What tells the fastener tables apart on import; the steps are the same for all of them.
+struct FastenerTableKind {
+    // The layouts of the first fastener-name list, tried in order; the second list reads an "N"
+    // column after the last heading.
+    std::vector<FastenerSheetLayout> layouts;
+    // Value cells after the name in a table row.
+    int valueCount = 0;
+    // A row the table cannot take: it is logged and ends the import.
+    std::function<bool(const FastenerSheetRow&)> rowBlocks;
+    // How an empty cell reads in the merge: as an empty cell, or as the number 0.
+    bool emptyReadsAsZero = false;
+    // The log's name after the sheet's base name.
+    std::wstring logSuffix;
+};
+
+// The spreadsheet import of a fastener table, in its steps. The dialog runs them in its own order
+// and does what lies between them itself; each returns false when the import ends there, after
+// the user was told why.
+class CFastenerSheetImport {
+public:
+    CFastenerSheetImport(const FastenerTableKind& kind, bool secondList)
+        : m_kind(kind), m_secondList(secondList) {}
+    CFastenerSheetImport(const CFastenerSheetImport&) = delete;
+    CFastenerSheetImport& operator=(const CFastenerSheetImport&) = delete;
+
+    // Asks for the workbook and reads it: a layout must match its heading row (8160), and with
+    // the second list every named row needs its "N" value (8161).
+    bool Read(QWidget* parent);
+    // Logs the rows that block the import (8970) and the names given twice (8971). Blocking rows
+    // end the import after the error dialog; repeated names go on when the user confirms.
+    bool CheckRows(QWidget* parent);
+    // Merges the sheet into the table rows, keyed by the upper-case fastener name: the rows down
+    // to the first without a name, then the sheet's rows, a sheet row replacing an entry of its
+    // name once the user has confirmed that. The table gets the merged entries in name order at
+    // the top, the rows they came from emptied below them. The imported names (or thread texts
+    // with their names, for the second list) are recorded for the database. When the user
+    // declines, the rows and the records stay as they were.
+    bool MergeInto(QWidget* parent, std::vector<CZebGridModel::Row>& rows,
+                   FastenerAdditions& additions);
+
+    const std::wstring& GetPath() const { return m_path; }
+    const std::wstring& GetLogPath() const { return m_logPath; }
+
+private:
+    // The error dialog over the log; true when the user leaves it with OK.
+    bool ShowLog(QWidget* parent, bool isWarning) const;
+    double CellNumber(const std::wstring& text) const;
+
+    const FastenerTableKind& m_kind;
+    bool m_secondList;
+    std::wstring m_path;
+    std::wstring m_logPath;
+    FastenerSheetLayout m_layout;
+    std::vector<FastenerSheetRow> m_rows;
+    bool m_confirmed = false;
+};

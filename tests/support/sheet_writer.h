@@ -1,0 +1,29 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <xlsxwriter.h>
+
+#include <filesystem>
+#include <string>
+#include <variant>
+#include <vector>
+
+// A cell of a test sheet: nothing, a text or a number.
+using SheetCell = std::variant<std::monostate, std::string, double>;
+
+// Writes an ".xlsx" workbook of one sheet, row by row, with libxlsxwriter.
+inline void WriteSheet(const std::filesystem::path& path, const std::vector<std::vector<SheetCell>>& rows) {
+    lxw_workbook* workbook = workbook_new(path.c_str());
+    lxw_worksheet* sheet = workbook_add_worksheet(workbook, nullptr);
+    for (size_t r = 0; r < rows.size(); ++r) {
+        for (size_t c = 0; c < rows[r].size(); ++c) {
+            const auto row = static_cast<lxw_row_t>(r);
+            const auto column = static_cast<lxw_col_t>(c);
+            if (const auto* text = std::get_if<std::string>(&rows[r][c]))
+                worksheet_write_string(sheet, row, column, text->c_str(), nullptr);
+            else if (const auto* number = std::get_if<double>(&rows[r][c]))
+                worksheet_write_number(sheet, row, column, *number, nullptr);
+        }
+    }
+    ASSERT_EQ(workbook_close(workbook), LXW_NO_ERROR);
+}
