@@ -182,7 +182,9 @@ void ZebXMLNode::SetNodeValue(const std::wstring& text) {
         if (c.type() != pugi::node_pcdata && c.type() != pugi::node_cdata) break;
         n.remove_child(c);
     }
-    n.text().set(ToUtf8(text).c_str());
+    // No empty text node: an element reads back as it was written, so a document read and
+    // written again keeps every element it did not change as it was.
+    if (!text.empty()) n.text().set(ToUtf8(text).c_str());
 }
 
 std::wstring ZebXMLNode::GetNodeValue() const { return FromUtf8(Wrap(m_node).text().get()); }

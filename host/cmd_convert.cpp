@@ -2,7 +2,7 @@
 #include <cstdio>
 
 #include "host/host_command.h"
-#include "settings_file.h"
+#include "host/settings_file.h"
 
 namespace {
 int RunConvert(const std::vector<std::string>& words) {

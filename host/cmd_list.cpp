@@ -3,7 +3,7 @@
 
 #include "framework/zeb_rule.h"
 #include "host/host_command.h"
-#include "settings_file.h"
+#include "host/settings_file.h"
 
 namespace {
 int RunList(const std::vector<std::string>& words) {

@@ -4,7 +4,7 @@
 
 #include "framework/zeb_rule.h"
 #include "host/host_command.h"
-#include "settings_file.h"
+#include "host/settings_file.h"
 
 namespace {
 int RunNew(const std::vector<std::string>& words) {

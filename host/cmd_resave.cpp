@@ -1,6 +1,6 @@
 // vantor-rules resave: stored rules read and written again by the module.
 #include "host/host_command.h"
-#include "settings_file.h"
+#include "host/settings_file.h"
 
 namespace {
 int RunResave(const std::vector<std::string>& words) {

@@ -7,7 +7,7 @@
 #include "framework/zeb_operator.h"
 #include "framework/zeb_rule.h"
 #include "host/host_command.h"
-#include "settings_file.h"
+#include "host/settings_file.h"
 
 namespace {
 const char* TypeName(int32_t type) {

@@ -1,4 +1,4 @@
-#include "settings_file.h"
+#include "host/settings_file.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "framework/zeb_xml.h"
-#include "module_loader.h"
+#include "host/module_loader.h"
 
 class CZebRule;
 

@@ -43,7 +43,8 @@ const RuleCatalogueEntry kAccessibility{IDS_RULE_FASTENER_ACCESSIBILITY,
 const RuleCatalogueEntry kThread{IDS_RULE_RECOMM_THREAD_TYPES,
                                  &Make<CZEBAssemblyRecommThreadConnectionRule>};
 const RuleCatalogueEntry kClearance{IDS_RULE_FASTENER_CLEARANCE,
-                                    &Make<CZEBAssemblyFastenerClearanceRule>};
+                                    &Make<CZEBAssemblyFastenerClearanceRule>,
+                                    &RunRuleDialogModal<CZEBAssemblyFastenerClearanceDlg>};
 const RuleCatalogueEntry kBoltScrew{IDS_RULE_BOLT_SCREW_RATIONALIZATION,
                                     &Make<CZEBAssemblyBoltScrewRationalizationRule>};
 const RuleCatalogueEntry kAlignment{IDS_RULE_FASTENER_ALIGNMENT,

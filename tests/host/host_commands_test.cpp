@@ -209,6 +209,22 @@ TEST_F(HostCommandsTest, ModuleFolderWithADatabaseModule) {
     EXPECT_NE(broken.err.find("warning: cannot load"), std::string::npos) << broken.err;
 }
 
+// configure shows a dialog: without a display, or for a rule the file does not hold, it refuses.
+TEST_F(HostCommandsTest, ConfigureRefusesWithoutADisplayOrARule) {
+    ASSERT_EQ(Host("new -o " + P("rules.xml")).status, 0);
+    const std::string before = ReadFile(dir / "rules.xml");
+    HostRun noDisplay = Host("configure " + P("rules.xml") + " \"Fastener Clearance\"",
+                             "env -u QT_QPA_PLATFORM -u DISPLAY -u WAYLAND_DISPLAY");
+    EXPECT_EQ(noDisplay.status, 2);
+    EXPECT_NE(noDisplay.err.find("display"), std::string::npos) << noDisplay.err;
+    HostRun unknown = Host("configure " + P("rules.xml") + " Wobble", "QT_QPA_PLATFORM=offscreen");
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_NE(unknown.err.find("Wobble"), std::string::npos) << unknown.err;
+    EXPECT_EQ(Host("configure " + P("missing.xml") + " Wobble", "QT_QPA_PLATFORM=offscreen").status, 2);
+    EXPECT_EQ(ReadFile(dir / "rules.xml"), before);
+    EXPECT_NE(Host("--help").out.find("configure FILE RULE"), std::string::npos);
+}
+
 TEST_F(HostCommandsTest, FailedWriteKeepsTheOldFile) {
     WriteFile(dir / "keep.xml", "old contents");
     // A one-kilobyte file size limit makes the write fail part way.

@@ -63,7 +63,7 @@ TEST_F(RuleXmlTest, ExportedRuleAsExactText) {
         <AbsoluteDeviation />
         <AbsoluteValue />
       </ResultCriteria>
-      <Remarks></Remarks>
+      <Remarks />
     </Parameter>
     <Parameter Name="" Type="6092" Status="1">
       <Operator>7</Operator>
@@ -76,7 +76,7 @@ TEST_F(RuleXmlTest, ExportedRuleAsExactText) {
         <AbsoluteDeviation />
         <AbsoluteValue />
       </ResultCriteria>
-      <Remarks></Remarks>
+      <Remarks />
     </Parameter>
   </Rule>
 </AssemblyRules>

@@ -1,0 +1,124 @@
+// vantor-rules configure in this process: the host's own code loads the module, the rule's
+// Configure opens its dialog, and the test answers the dialog through its controls' ids, as a
+// user would.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QPushButton>
+#include <QTimer>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+#include "framework/ui/control_id.h"
+#include "framework/ui/rule_dlg_base.h"
+#include "host/configure_settings.h"
+#include "tests/database/db_test_support.h"
+#include "tests/support/scoped_env.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+std::string ReadText(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// The "Rule" elements of a settings document's text, in order.
+std::vector<std::string> RuleElements(const std::string& text) {
+    const std::regex element(R"(<Rule [\s\S]*?</Rule>)");
+    std::vector<std::string> found;
+    for (std::sregex_iterator it(text.begin(), text.end(), element), end; it != end; ++it) found.push_back(it->str());
+    return found;
+}
+
+// Once the rule's dialog is open: optionally picks severity `severity` (1 to 5), then presses
+// the button with id `button`.
+void AnswerDialog(int button, int severity = 0) {
+    auto* timer = new QTimer;
+    QObject::connect(timer, &QTimer::timeout, [timer, button, severity] {
+        auto* dialog = qobject_cast<CZEBRuleDlgBase*>(QApplication::activeModalWidget());
+        if (!dialog) return;
+        timer->stop();
+        timer->deleteLater();
+        if (severity)
+            if (auto* list = qobject_cast<QComboBox*>(dialog->GetDlgItem(6022))) list->setCurrentIndex(severity - 1);
+        qobject_cast<QPushButton*>(dialog->GetDlgItem(button))->click();
+    });
+    timer->start(10);
+}
+
+class ConfigureTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        static int argc = 1;
+        static char name[] = "configure_test";
+        static char* argv[] = {name, nullptr};
+        if (!QApplication::instance()) new QApplication(argc, argv);
+        file = folder.Folder() / "settings.xml";
+        const std::string made = VANTOR_BUILD_DIR "/bin/vantor-rules new -o " + file.string() + " 2>/dev/null";
+        ASSERT_EQ(std::system(made.c_str()), 0);
+        original = ReadText(file);
+    }
+
+    int Configure(const std::string& rule, const std::string& output = "") {
+        CommandArgs args;
+        args.positional = {file.string(), rule};
+        args.output = output;
+        return ConfigureSettings(args);
+    }
+
+    ScopedEnv platform{"QT_QPA_PLATFORM", "offscreen"};
+    ScopedEnv resources{"VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res"};
+    ScopedEnv language{"LANG", "en_US.UTF-8"};
+    ScopedDatabaseFolder folder;
+    fs::path file;
+    std::string original;
+};
+}  // namespace
+
+// Cancel writes nothing; OK after one change writes the document with only that rule's element
+// changed, to -o or back to the file.
+TEST_F(ConfigureTest, OkWritesOnlyTheConfiguredRuleAndCancelNothing) {
+    AnswerDialog(CZEBRuleDlgBase::kIdCancel);
+    EXPECT_EQ(Configure("fastener clearance"), 1);
+    EXPECT_TRUE(ReadText(file) == original);
+
+    const fs::path out = folder.Folder() / "out.xml";
+    AnswerDialog(CZEBRuleDlgBase::kIdOk, 4);
+    EXPECT_EQ(Configure("FASTENER CLEARANCE", out.string()), 0);
+    EXPECT_TRUE(ReadText(file) == original);
+    const std::vector<std::string> before = RuleElements(original), after = RuleElements(ReadText(out));
+    ASSERT_EQ(after.size(), before.size());
+    int changed = 0;
+    for (size_t i = 0; i < before.size(); ++i) {
+        if (before[i] == after[i]) continue;
+        ++changed;
+        EXPECT_NE(after[i].find("Name=\"Fastener Clearance\""), std::string::npos);
+        EXPECT_NE(after[i].find("Severity=\"4\""), std::string::npos);
+        // Only the severity changed.
+        EXPECT_EQ(std::regex_replace(after[i], std::regex("Severity=\"\\d\""), ""),
+                  std::regex_replace(before[i], std::regex("Severity=\"\\d\""), ""));
+    }
+    EXPECT_EQ(changed, 1);
+
+    // OK without a change writes the file back as it was.
+    AnswerDialog(CZEBRuleDlgBase::kIdOk);
+    EXPECT_EQ(Configure("Fastener Engagement Length"), 0);
+    EXPECT_TRUE(ReadText(file) == original);
+}
+
+// Rules the file or the module does not have, and rules without a dialog yet, are refused.
+TEST_F(ConfigureTest, RefusesWhatItCannotConfigure) {
+    EXPECT_EQ(Configure("No Such Rule"), 2);
+    EXPECT_EQ(Configure("Hole Alignment"), 2);  // no dialog yet
+    EXPECT_TRUE(ReadText(file) == original);
+    CommandArgs args;
+    args.positional = {(folder.Folder() / "missing.xml").string(), "Fastener Clearance"};
+    EXPECT_EQ(ConfigureSettings(args), 2);
+}
