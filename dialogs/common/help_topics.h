@@ -4,5 +4,9 @@
 // passes its own constant to SetHelpTopic and lists it in kDialogHelpTopics; the help file of
 // every language must have a section with each id listed there (its test checks them).
 inline constexpr wchar_t kHelpTopicHardwareDatabase[] = L"hardware-database-dialog";
+inline constexpr wchar_t kHelpTopicFastenerNameDatabase[] = L"fastener-name-database-dialog";
+// The fastener error dialog has no Help button; its section explains the check's outcome.
+inline constexpr wchar_t kHelpTopicFastenerError[] = L"fastener-error-dialog";
 
-inline constexpr const wchar_t* kDialogHelpTopics[] = {kHelpTopicHardwareDatabase};
+inline constexpr const wchar_t* kDialogHelpTopics[] = {
+    kHelpTopicHardwareDatabase, kHelpTopicFastenerNameDatabase, kHelpTopicFastenerError};

@@ -1,0 +1,169 @@
+#include "database/fastener_name_database_list_ctrl.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QString>
+
+#include "app/assembly_rules_app.h"
+#include "controls/grid_model.h"
+#include "database/service/data_helper.h"
+#include "framework/resource_library.h"
+#include "framework/ui/ui_service.h"
+#include "util/file_helpers.h"
+
+namespace {
+void ShowError(QWidget* parent, const std::wstring& text) {
+    ZebUiMessage(parent, text, ZebMsgIcon::Error, ZebMsgButtons::Ok);
+}
+}  // namespace
+
+std::wstring FastenerNameUpper(const std::wstring& name) {
+    return QString::fromStdWString(name).toUpper().toStdWString();
+}
+
+bool AddFastenerNameGuarded(QWidget* parent, const std::wstring& name) {
+    // The service creates its folder on demand; a folder it cannot use would fail every write.
+    if (!IsFolderUsable(zeb_db::ZEBDataHelper::GetDatabaseFolder())) {
+        ShowError(parent, LoadLocalizedString(IDS_DATABASE_FOLDER_UNUSABLE));
+        return false;
+    }
+    IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
+    // No service counts as a failed write: the user still learns that nothing was stored.
+    const int32_t result = db ? db->AddFastenerName(name) : ZebDbFailed;
+    if (result == ZebDbOk) return true;
+    if (result == ZebDbFailed) ShowError(parent, LoadLocalizedString(IDS_DATABASE_SAVE_FAILED));
+    else if (result == ZebDbExists)
+        ShowError(parent, ZebFormatText(LoadLocalizedString(IDS_DATABASE_ENTRY_EXISTS), {name}));
+    return false;
+}
+
+CZEBFastenerNameDatabaseListCtrl::CZEBFastenerNameDatabaseListCtrl(QWidget* parent)
+    : CZEBListCtrl(parent) {}
+
+bool CZEBFastenerNameDatabaseListCtrl::RemoveRow(int row) {
+    auto* grid = qobject_cast<CZebGridModel*>(model());
+    return grid && grid->RemoveRowAt(row);
+}
+
+void CZEBFastenerNameDatabaseListCtrl::EditName(int row) {
+    if (row < 0 || row >= GetRowCount()) return;
+    // The editor is placed over the cell as it is shown; a row scrolled away would put it
+    // outside the table. A row just inserted needs the scroll range brought up to date first.
+    updateGeometries();
+    scrollTo(model()->index(row, 0));
+    BeginCellEdit(row, 0, kEditLimit);
+}
+
+void CZEBFastenerNameDatabaseListCtrl::CommitEdit() {
+    if (!IsCellEditOpen()) return;
+    std::wstring text;
+    GetCellEditText(text);
+    if (text.empty()) return;
+    const int row = GetEditRow();
+    const std::wstring original = GetOriginalText();
+    if (original.empty()) {
+        if (AddFastenerNameGuarded(window(), text)) {
+            EndCellEdit(text);
+        } else {
+            CancelCellEdit();
+            RemoveRow(row);
+        }
+        return;
+    }
+    IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
+    const int32_t result = db ? db->RenameFastenerName(original, text) : ZebDbFailed;
+    if (result == ZebDbOk) {
+        EndCellEdit(text);
+        return;
+    }
+    if (result == ZebDbFailed) ShowError(window(), LoadLocalizedString(IDS_RENAME_FAILED));
+    CancelCellEdit();
+    RemoveRow(row);
+}
+
+bool CZEBFastenerNameDatabaseListCtrl::DeleteSelectedNames(bool reportFailure) {
+    std::vector<std::wstring> names;
+    GetSelectedFirstColumnTexts(names);
+    if (names.empty() || !DeleteSelectedRows()) return false;
+    IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
+    bool failed = false;
+    for (const std::wstring& name : names) {
+        // The spare empty row names nothing the database could hold.
+        if (name.empty()) continue;
+        if ((db ? db->DeleteFastenerName(FastenerNameUpper(name)) : ZebDbFailed) == ZebDbFailed)
+            failed = true;
+    }
+    // The spare empty row may have been among the selected ones.
+    AppendEmptyRowIfLastFilled();
+    // One message for the whole selection, not one per name.
+    if (failed && reportFailure) ShowError(window(), LoadLocalizedString(IDS_DATABASE_DELETE_FAILED));
+    return true;
+}
+
+void CZEBFastenerNameDatabaseListCtrl::AddPartFileNames() {
+    // A row still being typed into would otherwise receive a browsed name.
+    CommitEdit();
+    std::vector<std::wstring> names;
+    BrowsePartFiles(names);
+    for (const std::wstring& name : names) {
+        if (!AddFastenerNameGuarded(window(), name)) continue;
+        const int count = GetRowCount();
+        if (count > 0 && GetCellText(count - 1, 0).empty()) SetCellText(count - 1, 0, name);
+        else InsertRow(count, name);
+    }
+    AppendEmptyRowIfLastFilled();
+}
+
+long CZEBFastenerNameDatabaseListCtrl::KeyHandler(QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return 0;
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter: {
+        // Without an editor, Enter goes on to the dialog's default button.
+        const bool editing = IsCellEditOpen();
+        CommitEdit();
+        AppendEmptyRowIfLastFilled();
+        return editing ? 1 : 0;
+    }
+    case Qt::Key_Escape: {
+        // Without an editor, Escape goes on and cancels the dialog.
+        if (!IsCellEditOpen()) return 0;
+        const bool freshRow = GetOriginalText().empty();
+        const int row = GetEditRow();
+        CancelCellEdit();
+        if (freshRow) RemoveRow(row);
+        return 1;
+    }
+    case Qt::Key_Delete:
+        if (IsCellEditOpen()) return 0;
+        return DeleteSelectedNames(true) ? 1 : 0;
+    default:
+        return 0;
+    }
+}
+
+void CZEBFastenerNameDatabaseListCtrl::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) {
+        CommitEdit();
+        AppendEmptyRowIfLastFilled();
+    }
+    CZEBListCtrl::mousePressEvent(event);
+}
+
+void CZEBFastenerNameDatabaseListCtrl::mouseDoubleClickEvent(QMouseEvent* event) {
+    int row = -1, column = -1;
+    HitTest(event->position().toPoint(), row, column);
+    if (event->button() == Qt::LeftButton && row >= 0 && column == 0) {
+        EditName(row);
+        return;
+    }
+    CZEBListCtrl::mouseDoubleClickEvent(event);
+}
+
+void CZEBFastenerNameDatabaseListCtrl::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::RightButton) {
+        AddPartFileNames();
+        return;
+    }
+    CZEBListCtrl::mouseReleaseEvent(event);
+}

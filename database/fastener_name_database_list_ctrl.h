@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+#include "controls/zeb_list_ctrl.h"
+
+class QWidget;
+
+// Fastener names are stored in upper case when imported and always deleted in upper case.
+std::wstring FastenerNameUpper(const std::wstring& name);
+
+// Adds a typed or browsed name to the database as it stands, once the database folder is known
+// to be usable. Every refusal is reported (error icon); false when the name was not added.
+bool AddFastenerNameGuarded(QWidget* parent, const std::wstring& name);
+
+// The one-column table of the fastener name database dialog. Every change goes to the database
+// at once: a committed new row adds its name, a committed existing row renames it, deleted rows
+// delete their names.
+class CZEBFastenerNameDatabaseListCtrl : public CZEBListCtrl {
+    Q_OBJECT
+public:
+    explicit CZEBFastenerNameDatabaseListCtrl(QWidget* parent = nullptr);
+
+    // Opens the text editor on the name of `row`, scrolled into view first.
+    void EditName(int row);
+    // Commits an open editor. A new row (empty before editing) adds its text to the database;
+    // an existing row renames its name. A row the database refuses leaves the table. An empty
+    // text commits nothing and the editor stays open.
+    void CommitEdit();
+    // Removes the selected rows and deletes their names from the database; with
+    // `reportFailure`, names the database could not delete are reported once. The table keeps
+    // a spare empty last row. False when no row was selected.
+    bool DeleteSelectedNames(bool reportFailure);
+    // Asks for part files and adds their base names to the database and the table.
+    void AddPartFileNames();
+    // Enter commits, Escape abandons the editor (and a fresh row with it), Delete deletes the
+    // selected names. Keys that close the editor are consumed so the dialog stays open.
+    long KeyHandler(QEvent* event) override;
+
+    // Removes one row; false when there is no such row.
+    bool RemoveRow(int row);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+};
