@@ -202,7 +202,7 @@ void ZEBEditFastenerNameDatabaseDlg::OnImport() {
     std::vector<std::pair<size_t, std::wstring>> added;  // (row, name)
     for (size_t i = 0; i < values.size(); ++i) {
         if (values[i].empty()) continue;
-        std::wstring name = FastenerNameUpper(values[i]);
+        std::wstring name = ZebUpperCase(values[i]);
         // Upper case can join names that differed before ("ß" and "ss" both give "SS").
         if (!known.insert(ZebFoldCase(name)).second) {
             skipped.push_back(std::move(name));

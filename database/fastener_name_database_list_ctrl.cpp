@@ -2,11 +2,11 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QString>
 
 #include "app/assembly_rules_app.h"
 #include "controls/grid_model.h"
 #include "database/service/data_helper.h"
+#include "framework/case_fold.h"
 #include "framework/resource_library.h"
 #include "framework/ui/ui_service.h"
 #include "util/file_helpers.h"
@@ -16,10 +16,6 @@ void ShowError(QWidget* parent, const std::wstring& text) {
     ZebUiMessage(parent, text, ZebMsgIcon::Error, ZebMsgButtons::Ok);
 }
 }  // namespace
-
-std::wstring FastenerNameUpper(const std::wstring& name) {
-    return QString::fromStdWString(name).toUpper().toStdWString();
-}
 
 bool AddFastenerNameGuarded(QWidget* parent, const std::wstring& name) {
     // The service creates its folder on demand; a folder it cannot use would fail every write.
@@ -90,7 +86,7 @@ bool CZEBFastenerNameDatabaseListCtrl::DeleteSelectedNames(bool reportFailure) {
     for (const std::wstring& name : names) {
         // The spare empty row names nothing the database could hold.
         if (name.empty()) continue;
-        if ((db ? db->DeleteFastenerName(FastenerNameUpper(name)) : ZebDbFailed) == ZebDbFailed)
+        if ((db ? db->DeleteFastenerName(ZebUpperCase(name)) : ZebDbFailed) == ZebDbFailed)
             failed = true;
     }
     // The spare empty row may have been among the selected ones.

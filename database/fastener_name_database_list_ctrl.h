@@ -6,9 +6,6 @@
 
 class QWidget;
 
-// Fastener names are stored in upper case when imported and always deleted in upper case.
-std::wstring FastenerNameUpper(const std::wstring& name);
-
 // Adds a typed or browsed name to the database as it stands, once the database folder is known
 // to be usable. Every refusal is reported (error icon); false when the name was not added.
 bool AddFastenerNameGuarded(QWidget* parent, const std::wstring& name);

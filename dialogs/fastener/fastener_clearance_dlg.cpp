@@ -1,7 +1,6 @@
 #include "dialogs/fastener/fastener_clearance_dlg.h"
 
 #include <QHeaderView>
-#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "app/assembly_rules_app.h"
@@ -59,7 +58,8 @@ CZEBAssemblyFastenerClearanceDlg::CZEBAssemblyFastenerClearanceDlg(CZebRule* rul
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetZebControlId(m_operatorGrid, kOperatorGridId);
     SetZebControlId(m_grid, kGridId);
-    m_operatorGrid->verticalScrollBar()->setEnabled(false);
+    m_operatorGrid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_operatorGrid->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_operatorGrid->setSelectionMode(QAbstractItemView::NoSelection);
     m_operatorGrid->setFocusPolicy(Qt::NoFocus);
     TableArea()->setSpacing(0);
@@ -126,6 +126,10 @@ void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
     for (const wchar_t* heading : {L"Min", L"Max", L"Min", L"Max"}) m_grid->InsertColumn(heading, kConditionWidth / 2);
     m_grid->SetEditableColumns(kFastenerNameColumn, CZEBAsmFastenerClearanceRuleListCtrl::kMaxB);
     m_grid->SetRows(RowsWithReserve(storedRows, {}));
+    m_grid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    FitWidthToColumns(*m_grid);
+    FitWidthToColumns(*m_operatorGrid);
+    m_grid->setMinimumHeight(12 * m_grid->verticalHeader()->defaultSectionSize());
 }
 
 void CZEBAssemblyFastenerClearanceDlg::SetOperator(int condition, int code) {

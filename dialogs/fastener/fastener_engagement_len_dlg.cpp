@@ -70,6 +70,9 @@ void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
                          kNameWidth);
     m_grid->InsertColumn(LoadLocalizedString(IDS_ENGAGEMENT_LENGTH_HEADING), kLengthWidth);
     m_grid->SetEditableColumns(kFastenerNameColumn, CZEBAsmFastenerEngagementLenRuleListCtrl::kLength);
+    m_grid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    FitWidthToColumns(*m_grid);
+    m_grid->setMinimumHeight(12 * m_grid->verticalHeader()->defaultSectionSize());
     const size_t stored = static_cast<size_t>(lengths->values.GetSize());
     std::vector<std::pair<size_t, CZebGridModel::Row>> placed;
     if (LoadNameChoices()) {

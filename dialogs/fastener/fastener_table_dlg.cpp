@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <list>
@@ -61,7 +62,7 @@ CZEBFastenerTableDlg::CZEBFastenerTableDlg(CZebRule* rule, std::wstring unitText
     settings->addWidget(m_databaseList, 1, 1);
     settings->addWidget(m_hardwareDatabase, 1, 2);
     settings->addWidget(m_hardwareButton, 1, 3);
-    settings->setColumnStretch(1, 1);
+    settings->setColumnStretch(4, 1);
     auto* lists = new QHBoxLayout;
     lists->addWidget(m_firstList);
     lists->addWidget(m_secondList);
@@ -91,6 +92,14 @@ std::vector<CZebGridModel::Row> CZEBFastenerTableDlg::RowsWithReserve(
     std::vector<CZebGridModel::Row> rows(stored + kReserveRows + placed.size());
     for (auto& [index, row] : placed) rows[index] = std::move(row);
     return rows;
+}
+
+void CZEBFastenerTableDlg::FitWidthToColumns(CZEBListCtrl& table) {
+    int width = 2 * table.frameWidth();
+    for (int column = 0; column < table.GetColumnCount(); ++column) width += table.columnWidth(column);
+    if (table.verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff)
+        width += table.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    table.setMinimumWidth(width);
 }
 
 void CZEBFastenerTableDlg::RegisterImportKey() { m_hotKey->Register(); }

@@ -61,12 +61,13 @@ void CZEBRuleDlgBase::OnCancel() { done(kIdCancel); }
 
 void CZEBRuleDlgBase::OnHelp() { ZebOpenHelp(this, m_helpFilePath, m_helpTopic); }
 
-void CZEBRuleDlgBase::showEvent(QShowEvent* event) {
-    if (!m_initialized) {
+void CZEBRuleDlgBase::setVisible(bool visible) {
+    if (visible && !m_initialized) {
         m_initialized = true;
         OnInitDialog();
+        adjustSize();
     }
-    QDialog::showEvent(event);
+    QDialog::setVisible(visible);
 }
 
 void CZEBRuleDlgBase::Watch(QObject* object) {
@@ -79,8 +80,10 @@ bool CZEBRuleDlgBase::eventFilter(QObject* watched, QEvent* event) {
         QObject* child = static_cast<QChildEvent*>(event)->child();
         if (child->isWidgetType()) Watch(child);
     }
-    // As with a message loop, pre-translation starts when the dialog runs, not while it is built.
-    if (!m_initialized || !watched->isWidgetType()) return false;
+    // As with a message loop, pre-translation starts when the dialog runs, not while it is built;
+    // and it is the dialog's own: a message box over it is a window of its own.
+    if (!m_initialized || !watched->isWidgetType() || static_cast<QWidget*>(watched)->window() != this)
+        return false;
     if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease) {
         // An unconsumed key event goes on to the parent widgets; offer it only where it was sent.
         auto* widget = static_cast<QWidget*>(watched);

@@ -46,7 +46,7 @@ public:
     // Where a dialog puts its own controls (right of the picture, above the buttons).
     QWidget* Body() const { return m_body; }
 
-    // Runs once, when the dialog is first shown (DoModal or show): shows the dialog image.
+    // Runs once, just before the dialog is first shown (DoModal or show): shows the dialog image.
     virtual bool OnInitDialog();
     // Sees every event of the dialog and its children first, from the first showing on; true
     // consumes it. Key events that
@@ -66,7 +66,9 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void showEvent(QShowEvent* event) override;
+    // The first showing initializes the dialog before it is placed on the screen, so that it is
+    // placed at the size its controls need once filled.
+    void setVisible(bool visible) override;
 
 private:
     void Watch(QObject* object);
