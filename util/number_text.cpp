@@ -11,7 +11,7 @@
 
 namespace {
 // Parses the decimal double at the start of `utf8`; 0.0 when there is none.
-double LeadingDouble(const std::string& utf8) {
+double LeadingDouble(std::string_view utf8) {
     const char* first = utf8.data();
     const char* last = first + utf8.size();
     if (first != last && *first == '+') ++first;
@@ -21,14 +21,16 @@ double LeadingDouble(const std::string& utf8) {
 }
 }  // namespace
 
+// Both number texts run for every cell of large tables: they work in buffers of their own and
+// make one string each.
 std::wstring FormatFixedTrimmed(double value) {
     // Always the C runtime's own "%lf" with '.', whatever locale the process runs in.
     char buffer[400];
     const auto result =
         std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 6);
-    std::string text(buffer, result.ptr);
-    while (!text.empty() && text.back() == '0') text.pop_back();
-    return FromUtf8(text);
+    const char* end = result.ptr;
+    while (end != buffer && end[-1] == '0') --end;
+    return std::wstring(static_cast<const char*>(buffer), end);  // digits, '-' and '.' only
 }
 
 std::wstring FormatTrimmedNumber(double value, const std::wstring& separator) {
@@ -73,9 +75,17 @@ std::wstring TrimBlanks(const std::wstring& text) {
 }
 
 double ParseNumber(const std::wstring& text) {
-    const std::wstring trimmed = TrimBlanks(text);
-    const size_t run = trimmed.find_first_not_of(L".0123456789");
-    return LeadingDouble(ToUtf8(trimmed.substr(0, run)));
+    size_t first = 0;
+    while (first < text.size() && std::iswspace(text[first])) ++first;
+    char run[64];
+    size_t length = 0;
+    for (size_t i = first; i < text.size() && length < sizeof run; ++i) {
+        const wchar_t c = text[i];
+        if (c != L'.' && (c < L'0' || c > L'9')) break;
+        run[length++] = static_cast<char>(c);
+    }
+    // A run longer than the buffer is no number a table holds; read what the buffer took.
+    return LeadingDouble(std::string_view(run, length));
 }
 
 bool IsNumericText(const std::wstring& text) {

@@ -1,9 +1,9 @@
 #include "dialogs/fastener/fastener_sheet_import.h"
 
 #include <algorithm>
-#include <iterator>
-#include <map>
-#include <set>
+#include <array>
+#include <string_view>
+#include <unordered_set>
 
 #include "app/assembly_rules_app.h"
 #include "database/fastener_error_dlg.h"
@@ -26,7 +26,7 @@ std::vector<SpreadsheetColumn> FirstColumns(size_t count) {
 
 // True when the columns' first texts are the layout's headings, letter case aside, and the name
 // column holds more than its heading.
-bool Matches(const FastenerSheetLayout& layout, const std::vector<std::vector<std::wstring>>& columns) {
+bool Matches(const FastenerSheetLayout& layout, const SpreadsheetTable& columns) {
     if (columns.empty() || columns.front().size() < 2) return false;
     for (size_t i = 0; i < layout.headings.size(); ++i) {
         if (i >= columns.size() || columns[i].empty()) return false;
@@ -38,16 +38,24 @@ bool Matches(const FastenerSheetLayout& layout, const std::vector<std::vector<st
 void WarnWith(QWidget* parent, ZebStringId message) {
     ZebUiMessage(parent, LoadLocalizedString(message), ZebMsgIcon::Warning, ZebMsgButtons::Ok);
 }
+
+// One row in the merge: a table row (first) or a sheet row (after them), by upper-case name.
+struct MergeEntry {
+    std::wstring name;
+    size_t order;
+    std::array<double, kMaxFastenerValues> values;
+};
 }  // namespace
 
 const std::wstring& FastenerSheetRow::Under(const std::wstring& heading) const {
+    // The headings asked for are the layouts' own, so they compare as written.
     for (size_t i = 0; i < m_layout->headings.size(); ++i)
-        if (ZebEqualsNoCase(m_layout->headings[i], heading)) return At(static_cast<int>(i));
+        if (m_layout->headings[i] == heading) return At(static_cast<int>(i));
     return kNoText;
 }
 
 const std::wstring& FastenerSheetRow::At(int column) const {
-    return column >= 0 && column < static_cast<int>(m_cells.size()) ? m_cells[column] : kNoText;
+    return column >= 0 && column < static_cast<int>(m_layout->headings.size()) ? m_cells[column] : kNoText;
 }
 
 bool CFastenerSheetImport::Read(QWidget* parent) {
@@ -57,24 +65,22 @@ bool CFastenerSheetImport::Read(QWidget* parent) {
     if (m_secondList) ++width;
     SpreadsheetTable table;
     if (!ReadImportColumns(parent, m_path, FirstColumns(width), table)) return false;
-    std::vector<std::vector<std::wstring>> columns;
-    for (std::list<std::wstring>& column : table)
-        columns.emplace_back(std::make_move_iterator(column.begin()), std::make_move_iterator(column.end()));
     BuildImportLogPath(m_path, m_kind.logSuffix, m_logPath);
 
     const auto matching = std::find_if(m_kind.layouts.begin(), m_kind.layouts.end(), [&](FastenerSheetLayout layout) {
         if (m_secondList) layout.headings.push_back(L"N");
-        return Matches(layout, columns);
+        return Matches(layout, table);
     });
     if (matching == m_kind.layouts.end()) {
         WarnWith(parent, IDS_SHEET_LAYOUT_UNEXPECTED);
         return false;
     }
     m_layout = *matching;
-    const size_t names = columns.front().size();
+    if (m_secondList) m_layout.headings.push_back(L"N");
+    m_width = m_layout.headings.size();
+    const size_t names = table.front().size();
     if (m_secondList) {
-        m_layout.headings.push_back(L"N");
-        const std::vector<std::wstring>& thread = columns[m_layout.headings.size() - 1];
+        const std::list<std::wstring>& thread = table[m_width - 1];
         const bool complete = thread.size() == names &&
                               std::none_of(thread.begin(), thread.end(), [](const std::wstring& t) { return t.empty(); });
         if (!complete) {
@@ -82,21 +88,22 @@ bool CFastenerSheetImport::Read(QWidget* parent) {
             return false;
         }
     }
-    m_rows.clear();
-    m_rows.reserve(names - 1);
-    for (size_t row = 1; row < names; ++row) {
-        std::vector<std::wstring> cells;
-        for (size_t column = 0; column < m_layout.headings.size(); ++column)
-            cells.push_back(row < columns[column].size() ? std::move(columns[column][row]) : std::wstring());
-        m_rows.emplace_back(m_layout, std::move(cells));
+    // The cells row after row, the heading row left out.
+    m_cells.assign((names - 1) * m_width, std::wstring());
+    for (size_t column = 0; column < m_width; ++column) {
+        size_t row = 0;
+        for (auto cell = std::next(table[column].begin()); cell != table[column].end() && row + 1 < names; ++cell, ++row)
+            m_cells[row * m_width + column] = std::move(*cell);
     }
     return true;
 }
 
 bool CFastenerSheetImport::CheckRows(QWidget* parent) {
     std::vector<std::wstring> blocking, repeated;
-    std::set<std::wstring> seen;
-    for (const FastenerSheetRow& row : m_rows) {
+    std::unordered_set<std::wstring_view> seen;
+    seen.reserve(RowCount());
+    for (size_t i = 0; i < RowCount(); ++i) {
+        const FastenerSheetRow row = Row(i);
         if (m_kind.rowBlocks(row)) blocking.push_back(row.Name());
         if (!seen.insert(row.Name()).second) repeated.push_back(row.Name());
     }
@@ -113,49 +120,75 @@ bool CFastenerSheetImport::CheckRows(QWidget* parent) {
 
 bool CFastenerSheetImport::MergeInto(QWidget* parent, std::vector<CZebGridModel::Row>& rows,
                                      FastenerAdditions& additions) {
-    using Values = std::vector<double>;
-    std::map<std::wstring, Values> merged;
+    // The table's rows down to the first without a name, then the sheet's rows; sorted by name
+    // and then by that order, the last entry of each name is the one that stays.
+    std::vector<MergeEntry> entries;
+    entries.reserve(rows.size() + RowCount());
     for (const CZebGridModel::Row& row : rows) {
         if (row.empty() || row.front().empty()) break;
-        Values values;
-        for (int i = 1; i <= m_kind.valueCount; ++i)
-            values.push_back(CellNumber(i < static_cast<int>(row.size()) ? row[i] : kNoText));
-        merged[ZebUpperCase(row.front())] = std::move(values);
+        MergeEntry entry{ZebUpperCase(row.front()), entries.size(), {}};
+        for (int i = 0; i < m_kind.valueCount; ++i)
+            entry.values[i] = CellNumber(i + 1 < static_cast<int>(row.size()) ? row[i + 1] : kNoText);
+        entries.push_back(std::move(entry));
     }
-
-    std::vector<std::wstring> alreadyHeld;
-    for (const FastenerSheetRow& row : m_rows)
-        if (merged.count(ZebUpperCase(row.Name()))) alreadyHeld.push_back(row.Name());
-    WriteImportLogPass(m_logPath, false, L"", alreadyHeld);
-
-    FastenerAdditions imported;
-    for (const FastenerSheetRow& row : m_rows) {
-        const std::wstring name = ZebUpperCase(row.Name());
-        Values values;
-        for (int column : m_layout.valueColumns) values.push_back(CellNumber(row.At(column)));
-        auto [entry, added] = merged.try_emplace(name, values);
-        if (!added) {
-            // The first name the table holds already asks once, unless the repeats did.
-            if (!m_confirmed) m_confirmed = ShowLog(parent, true);
-            if (!m_confirmed) return false;
-            entry->second = std::move(values);
-        }
-        if (m_secondList) imported.RecordThread(ZebUpperCase(row.At(static_cast<int>(m_layout.headings.size()) - 1)), name);
-        else imported.RecordName(name);
+    const size_t tableRows = entries.size();
+    for (size_t i = 0; i < RowCount(); ++i) {
+        const FastenerSheetRow row = Row(i);
+        MergeEntry entry{ZebUpperCase(row.Name()), entries.size(), {}};
+        for (size_t cell = 0; cell < m_layout.valueColumns.size(); ++cell)
+            entry.values[cell] = CellNumber(row.At(m_layout.valueColumns[cell]));
+        entries.push_back(std::move(entry));
     }
+    std::vector<size_t> sorted(entries.size());
+    for (size_t i = 0; i < sorted.size(); ++i) sorted[i] = i;
+    std::sort(sorted.begin(), sorted.end(), [&](size_t a, size_t b) {
+        return entries[a].name != entries[b].name ? entries[a].name < entries[b].name : a < b;
+    });
 
+    // Sheet rows whose name the table holds are logged; a sheet row that replaces an entry needs
+    // the user's word, once.
+    std::vector<size_t> alreadyHeld;
+    bool replaces = false;
+    for (size_t first = 0, next = 0; first < sorted.size(); first = next) {
+        next = first + 1;
+        while (next < sorted.size() && entries[sorted[next]].name == entries[sorted[first]].name) ++next;
+        if (next - first > 1 && sorted[next - 1] >= tableRows) replaces = true;
+        if (sorted[first] >= tableRows) continue;
+        for (size_t i = first + 1; i < next; ++i)
+            if (sorted[i] >= tableRows) alreadyHeld.push_back(sorted[i] - tableRows);
+    }
+    std::sort(alreadyHeld.begin(), alreadyHeld.end());
+    std::vector<std::wstring> heldNames;
+    for (size_t row : alreadyHeld) heldNames.push_back(Row(row).Name());
+    WriteImportLogPass(m_logPath, false, L"", heldNames);
+    if (replaces && !m_confirmed) m_confirmed = ShowLog(parent, true);
+    if (replaces && !m_confirmed) return false;
+
+    const std::wstring separator = UserDecimalSeparator();
     std::vector<CZebGridModel::Row> refilled;
-    refilled.reserve(merged.size() + rows.size());
-    for (auto& [name, values] : merged) {
-        CZebGridModel::Row row{name};
-        for (double value : values) row.push_back(value == kEmptyFastenerValue ? std::wstring() : FormatNumber(value));
+    refilled.reserve(entries.size() + rows.size());
+    for (size_t i = 0; i < sorted.size(); ++i) {
+        if (i + 1 < sorted.size() && entries[sorted[i + 1]].name == entries[sorted[i]].name) continue;
+        MergeEntry& entry = entries[sorted[i]];
+        CZebGridModel::Row row;
+        row.reserve(1 + m_kind.valueCount);
+        row.push_back(std::move(entry.name));
+        for (int cell = 0; cell < m_kind.valueCount; ++cell)
+            row.push_back(entry.values[cell] == kEmptyFastenerValue ? std::wstring()
+                                                                    : FormatTrimmedNumber(entry.values[cell], separator));
         refilled.push_back(std::move(row));
     }
+    const size_t merged = refilled.size();
     for (size_t i = 0; i < rows.size(); ++i)
-        refilled.push_back(i < merged.size() ? CZebGridModel::Row{} : std::move(rows[i]));
+        refilled.push_back(i < merged ? CZebGridModel::Row{} : std::move(rows[i]));
     rows = std::move(refilled);
-    additions.names.insert(additions.names.end(), imported.names.begin(), imported.names.end());
-    additions.threads.insert(additions.threads.end(), imported.threads.begin(), imported.threads.end());
+
+    for (size_t i = 0; i < RowCount(); ++i) {
+        const FastenerSheetRow row = Row(i);
+        const std::wstring name = ZebUpperCase(row.Name());
+        if (m_secondList) additions.RecordThread(ZebUpperCase(row.At(static_cast<int>(m_width) - 1)), name);
+        else additions.RecordName(name);
+    }
     return true;
 }
 

@@ -12,6 +12,8 @@ class QWidget;
 
 // A cell that holds no number, in the merge of a sheet into a fastener table.
 inline constexpr double kEmptyFastenerValue = -1e9;
+// Most value cells a fastener table row has (the clearance table: Min and Max of two conditions).
+inline constexpr int kMaxFastenerValues = 4;
 
 // One layout a fastener sheet may have: the headings of columns A, B, ... ("F": the fastener
 // name), and for each value cell of the table the column it is read from (-1: left empty).
@@ -20,19 +22,20 @@ struct FastenerSheetLayout {
     std::vector<int> valueColumns;
 };
 
-// One data row of a sheet, its cells found by their column's heading.
+// One data row of a sheet, its cells found by their column's heading. A view on the cells the
+// import holds.
 class FastenerSheetRow {
 public:
-    FastenerSheetRow(const FastenerSheetLayout& layout, std::vector<std::wstring> cells)
-        : m_layout(&layout), m_cells(std::move(cells)) {}
-    const std::wstring& Name() const { return m_cells.front(); }
+    FastenerSheetRow(const FastenerSheetLayout& layout, const std::wstring* cells)
+        : m_layout(&layout), m_cells(cells) {}
+    const std::wstring& Name() const { return m_cells[0]; }
     // Empty for a heading the layout does not have.
     const std::wstring& Under(const std::wstring& heading) const;
     const std::wstring& At(int column) const;
 
 private:
     const FastenerSheetLayout* m_layout;
-    std::vector<std::wstring> m_cells;
+    const std::wstring* m_cells;
 };
 
 // What tells the fastener tables apart on import; the steps are the same for all of them.
@@ -40,7 +43,7 @@ struct FastenerTableKind {
     // The layouts of the first fastener-name list, tried in order; the second list reads an "N"
     // column after the last heading.
     std::vector<FastenerSheetLayout> layouts;
-    // Value cells after the name in a table row.
+    // Value cells after the name in a table row, at most kMaxFastenerValues.
     int valueCount = 0;
     // A row the table cannot take: it is logged and ends the import.
     std::function<bool(const FastenerSheetRow&)> rowBlocks;
@@ -79,6 +82,8 @@ public:
     const std::wstring& GetLogPath() const { return m_logPath; }
 
 private:
+    size_t RowCount() const { return m_width ? m_cells.size() / m_width : 0; }
+    FastenerSheetRow Row(size_t row) const { return FastenerSheetRow(m_layout, &m_cells[row * m_width]); }
     // The error dialog over the log; true when the user leaves it with OK.
     bool ShowLog(QWidget* parent, bool isWarning) const;
     double CellNumber(const std::wstring& text) const;
@@ -88,6 +93,8 @@ private:
     std::wstring m_path;
     std::wstring m_logPath;
     FastenerSheetLayout m_layout;
-    std::vector<FastenerSheetRow> m_rows;
+    // The data rows' cells, row after row, `m_width` (the layout's headings) to a row.
+    std::vector<std::wstring> m_cells;
+    size_t m_width = 0;
     bool m_confirmed = false;
 };
