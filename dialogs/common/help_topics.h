@@ -8,5 +8,9 @@ inline constexpr wchar_t kHelpTopicFastenerNameDatabase[] = L"fastener-name-data
 // The fastener error dialog has no Help button; its section explains the check's outcome.
 inline constexpr wchar_t kHelpTopicFastenerError[] = L"fastener-error-dialog";
 
+inline constexpr wchar_t kHelpTopicFastenerClearance[] = L"fastener-clearance-dialog";
+inline constexpr wchar_t kHelpTopicFastenerEngagementLength[] = L"fastener-engagement-length-dialog";
+
 inline constexpr const wchar_t* kDialogHelpTopics[] = {
-    kHelpTopicHardwareDatabase, kHelpTopicFastenerNameDatabase, kHelpTopicFastenerError};
+    kHelpTopicHardwareDatabase,  kHelpTopicFastenerNameDatabase,    kHelpTopicFastenerError,
+    kHelpTopicFastenerClearance, kHelpTopicFastenerEngagementLength};

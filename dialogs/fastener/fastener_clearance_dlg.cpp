@@ -5,6 +5,7 @@
 
 #include "app/assembly_rules_app.h"
 #include "controls/wrapper_combo_ctrl.h"
+#include "dialogs/common/help_topics.h"
 #include "dialogs/fastener/fastener_cells.h"
 #include "dialogs/fastener/fastener_sheet_import.h"
 #include "dialogs/fastener/zeb_asm_fastener_clearance_rule_list_ctrl.h"
@@ -56,6 +57,7 @@ CZEBAssemblyFastenerClearanceDlg::CZEBAssemblyFastenerClearanceDlg(CZebRule* rul
       m_operatorGrid(new CZEBListCtrl(Body())),
       m_grid(new CZEBAsmFastenerClearanceRuleListCtrl(Body())) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
+    SetHelpTopic(kHelpTopicFastenerClearance);
     SetZebControlId(m_operatorGrid, kOperatorGridId);
     SetZebControlId(m_grid, kGridId);
     m_operatorGrid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "app/assembly_rules_app.h"
+#include "dialogs/common/help_topics.h"
 #include "dialogs/fastener/fastener_cells.h"
 #include "dialogs/fastener/fastener_sheet_import.h"
 #include "dialogs/fastener/zeb_asm_fastener_engagement_len_rule_list_ctrl.h"
@@ -44,6 +45,7 @@ CZEBAssemblyFastenerEngagementLenDlg::CZEBAssemblyFastenerEngagementLenDlg(CZebR
       m_grid(new CZEBAsmFastenerEngagementLenRuleListCtrl(Body())),
       m_spareButton2(new QPushButton(Body())) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
+    SetHelpTopic(kHelpTopicFastenerEngagementLength);
     SetZebControlId(m_grid, kGridId);
     SetZebControlId(m_spareButton2, kSpareButtonId2);
     auto* separator = new QFrame(Body());

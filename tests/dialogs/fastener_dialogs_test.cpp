@@ -21,6 +21,7 @@
 #include "controls/custom_combo_box.h"
 #include "controls/wrapper_combo_ctrl.h"
 #include "database/fastener_error_dlg.h"
+#include "dialogs/common/help_topics.h"
 #include "dialogs/fastener/fastener_clearance_dlg.h"
 #include "dialogs/fastener/fastener_engagement_len_dlg.h"
 #include "dialogs/fastener/zeb_asm_fastener_clearance_rule_list_ctrl.h"
@@ -186,6 +187,7 @@ TEST_F(FastenerDialogTest, ClearanceOpensWithTheStoredTableAndTheDatabase) {
     EXPECT_FALSE(dialog.GetDlgItem(CZEBFastenerTableDlg::kFirstListId)->isVisible());
     EXPECT_FALSE(dialog.GetDlgItem(CZEBFastenerTableDlg::kHardwareButtonId)->isVisible());
     EXPECT_TRUE(dialog.GetDlgItem(CZEBFastenerTableDlg::kHardwareDatabaseId)->isVisible());
+    EXPECT_EQ(dialog.GetHelpTopic(), kHelpTopicFastenerClearance);
 
     // Column widths follow the operator row.
     operators->setColumnWidth(1, 200);
