@@ -29,6 +29,14 @@ Control* Identified(Control* control, int id) {
     SetZebControlId(control, id);
     return control;
 }
+
+// The drop-down offers each database name once, in order.
+std::vector<std::wstring> NameChoices(const std::list<std::wstring>& names) {
+    std::vector<std::wstring> choices(names.begin(), names.end());
+    std::sort(choices.begin(), choices.end());
+    choices.erase(std::unique(choices.begin(), choices.end()), choices.end());
+    return choices;
+}
 }  // namespace
 
 CZEBFastenerTableDlg::CZEBFastenerTableDlg(CZebRule* rule, std::wstring unitText,
@@ -131,9 +139,7 @@ bool CZEBFastenerTableDlg::LoadNameChoices() {
         const int32_t read = IsSecondList() ? db->GetAlternateFastenerNames(names) : db->GetFastenerNames(names);
         if (read != ZebDbOk) names.clear();
     }
-    std::vector<std::wstring> choices(names.begin(), names.end());
-    std::sort(choices.begin(), choices.end());
-    choices.erase(std::unique(choices.begin(), choices.end()), choices.end());
+    std::vector<std::wstring> choices = NameChoices(names);
     if (m_table) m_table->ChoiceList() = choices;
     return !choices.empty();
 }
@@ -164,5 +170,5 @@ void CZEBFastenerTableDlg::OpenHardwareDatabase() {
     std::list<std::wstring> names;
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     if (db && db->GetFastenerNames(names) == ZebDbOk && !names.empty())
-        m_table->ChoiceList().assign(names.begin(), names.end());
+        m_table->ChoiceList() = NameChoices(names);
 }

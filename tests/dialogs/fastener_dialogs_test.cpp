@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QShortcut>
 #include <QTest>
 #include <QTimer>
 #include <deque>
@@ -202,6 +203,39 @@ TEST_F(FastenerDialogTest, ClearanceOpensWithTheStoredTableAndTheDatabase) {
     EXPECT_EQ(withoutModule.GetGrid()->GetRowCount(), 3 + 260);
     EXPECT_TRUE(withoutModule.GetGrid()->GetRows()[0].empty());
     EXPECT_EQ(withoutModule.ControlById<CWrapperComboCtrl>(CZEBFastenerTableDlg::kDatabaseListId)->count(), 0);
+}
+
+// The hardware database opens over the dialog with the import key off; names added meanwhile are
+// offered by the table once it closes, and Ctrl+I imports again.
+TEST_F(FastenerDialogTest, HardwareDatabaseRefreshesTheNames) {
+    CZEBAssemblyFastenerEngagementLenRule rule;
+    CZEBAssemblyFastenerEngagementLenDlg dialog(&rule, L"mm");
+    ShowActive(&dialog);
+    auto* grid = dialog.GetGrid();
+    const std::vector<std::wstring>& choices = grid->ChoiceList();
+    ASSERT_EQ(std::find(choices.begin(), choices.end(), L"ISO 7380 M5"), choices.end());
+
+    bool seen = false;
+    QTimer::singleShot(0, [&] {
+        QWidget* bridge = QApplication::activeModalWidget();
+        ASSERT_NE(bridge, nullptr);
+        EXPECT_NE(bridge, &dialog);
+        seen = true;
+        QShortcut* importKey = dialog.findChild<QShortcut*>();
+        ASSERT_NE(importKey, nullptr);
+        EXPECT_FALSE(importKey->isEnabled());
+        EXPECT_EQ(zeb_db::ZEBDataHelper::getInstance()->AddFastenerName(L"ISO 7380 M5"), ZebDbOk);
+        bridge->close();
+    });
+    qobject_cast<QPushButton*>(dialog.GetDlgItem(CZEBFastenerTableDlg::kHardwareDatabaseId))->click();
+    ASSERT_TRUE(seen);
+    EXPECT_NE(std::find(choices.begin(), choices.end(), L"ISO 7380 M5"), choices.end());
+    EXPECT_TRUE(std::is_sorted(choices.begin(), choices.end()));
+
+    ui.ChooseFiles({});
+    ShowActive(&dialog);
+    QTest::keyClick(&dialog, Qt::Key_I, Qt::ControlModifier);
+    EXPECT_EQ(ui.choosers.size(), 1u);
 }
 
 // ">=" greys Max: clicks there open nothing, the keys move past it; values are edited only in
