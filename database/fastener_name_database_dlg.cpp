@@ -1,7 +1,6 @@
 #include "database/fastener_name_database_dlg.h"
 
 #include <QBoxLayout>
-#include <QChildEvent>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -19,6 +18,7 @@
 #include "dialogs/common/sheet_import.h"
 #include "framework/case_fold.h"
 #include "framework/ui/hot_key.h"
+#include "framework/ui/pre_translate_filter.h"
 #include "framework/ui/ui_service.h"
 
 namespace {
@@ -50,9 +50,10 @@ std::wstring JoinLines(const std::vector<std::wstring>& names) {
 }  // namespace
 
 ZEBEditFastenerNameDatabaseDlg::ZEBEditFastenerNameDatabaseDlg(QWidget* parent)
-    : QDialog(parent) {
+    : QDialog(parent),
+      m_preTranslate(new CZebPreTranslateFilter(
+          this, [this](QObject*, QEvent* event) { return PreTranslateMessage(event); })) {
     EnsureZebUiService();
-    Watch(this);
     setWindowTitle(QStringLiteral("Vantor"));
     // Bitmaps come from the current resource library.
     CZebResourceScope scope;
@@ -238,7 +239,11 @@ void ZEBEditFastenerNameDatabaseDlg::OnHelp() {
     ZebOpenHelp(this, app ? app->m_helpFilePath : std::wstring(), kHelpTopicFastenerNameDatabase);
 }
 
+// The children go after this, and their events must not reach a dialog that is gone.
+ZEBEditFastenerNameDatabaseDlg::~ZEBEditFastenerNameDatabaseDlg() { m_preTranslate->SetEnabled(false); }
+
 void ZEBEditFastenerNameDatabaseDlg::showEvent(QShowEvent* event) {
+    m_preTranslate->SetEnabled(true);
     m_hotKey->Register();
     QDialog::showEvent(event);
 }
@@ -248,32 +253,10 @@ void ZEBEditFastenerNameDatabaseDlg::hideEvent(QHideEvent* event) {
     QDialog::hideEvent(event);
 }
 
-void ZEBEditFastenerNameDatabaseDlg::Watch(QObject* object) {
-    object->installEventFilter(this);
-    for (QObject* child : object->children()) Watch(child);
-}
-
-bool ZEBEditFastenerNameDatabaseDlg::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::ChildAdded) {
-        QObject* child = static_cast<QChildEvent*>(event)->child();
-        if (child->isWidgetType()) Watch(child);
-    }
-    if (!m_table || !watched->isWidgetType()) return false;
-    // Message boxes and choosers opened over the dialog are its children too, but windows of
-    // their own: their keys are theirs (Enter on a message about a refused name would commit
-    // the editor again and open the next message).
-    auto* widget = static_cast<QWidget*>(watched);
-    if (widget->window() != this) return false;
+bool ZEBEditFastenerNameDatabaseDlg::PreTranslateMessage(QEvent* event) {
+    if (!m_table) return false;
     // The editor opens and closes without a signal of its own.
     UpdateButtonStates();
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) return false;
-    // A key the focus widget leaves goes on to its parents; offer it to the table only once.
-    auto* last = qobject_cast<QWidget*>(m_lastKeyTarget.data());
-    if (event == m_lastKey && event->type() == m_lastKeyType && last && widget != last &&
-        widget->isAncestorOf(last))
-        return false;
-    m_lastKey = event;
-    m_lastKeyType = event->type();
-    m_lastKeyTarget = watched;
     return m_table->KeyHandler(event) != 0;
 }

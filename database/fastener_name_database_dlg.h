@@ -1,8 +1,6 @@
 #pragma once
 
 #include <QDialog>
-#include <QEvent>
-#include <QPointer>
 #include <string>
 
 #include "framework/ui/control_id.h"
@@ -11,6 +9,7 @@
 class CZEBButton;
 class CZEBFastenerNameDatabaseListCtrl;
 class CZebHotKey;
+class CZebPreTranslateFilter;
 
 // Keeps the fastener names of the database: add, rename and delete them in a one-column table,
 // add the base names of part files (right click), and import column "A" of a spreadsheet
@@ -31,6 +30,7 @@ public:
 
     // The caller makes the localized resource library current while the dialog runs.
     explicit ZEBEditFastenerNameDatabaseDlg(QWidget* parent = nullptr);
+    ~ZEBEditFastenerNameDatabaseDlg() override;
 
     // Runs the dialog modally: 1 after OK, 2 after Cancel or the close box.
     int DoModal();
@@ -54,16 +54,15 @@ public:
     void reject() override;
 
 protected:
-    // Sees every event of the dialog and its children first; the table's key handler runs
-    // here, and a key it consumes goes no further.
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
     void Fill();
     void UpdateButtonStates();
-    void Watch(QObject* object);
+    // Sees every event of the dialog and its children first, while it is shown; the table's key
+    // handler runs here, and a key it consumes goes no further.
+    bool PreTranslateMessage(QEvent* event);
 
     CZEBFastenerNameDatabaseListCtrl* m_table = nullptr;
     CZEBButton* m_add = nullptr;
@@ -73,7 +72,5 @@ private:
     SpreadsheetTable m_imported;
     std::wstring m_importPath;
     int m_selectedRows = 0;
-    const QEvent* m_lastKey = nullptr;
-    QEvent::Type m_lastKeyType = QEvent::None;
-    QPointer<QObject> m_lastKeyTarget;
+    CZebPreTranslateFilter* m_preTranslate;
 };

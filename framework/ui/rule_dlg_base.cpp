@@ -1,12 +1,12 @@
 #include "framework/ui/rule_dlg_base.h"
 
 #include <QBoxLayout>
-#include <QChildEvent>
 #include <QDialogButtonBox>
 #include <QPushButton>
 #include <utility>
 
 #include "framework/ui/picture_control.h"
+#include "framework/ui/pre_translate_filter.h"
 #include "framework/ui/ui_service.h"
 
 CZEBRuleDlgBase::CZEBRuleDlgBase(unsigned templateId, long imageId,
@@ -16,7 +16,9 @@ CZEBRuleDlgBase::CZEBRuleDlgBase(unsigned templateId, long imageId,
       m_imageId(imageId),
       m_helpFilePath(helpFilePath),
       m_picture(new PictureControl(this)),
-      m_body(new QWidget(this)) {
+      m_body(new QWidget(this)),
+      m_preTranslate(new CZebPreTranslateFilter(
+          this, [this](QObject* target, QEvent* event) { return PreTranslateMessage(target, event); })) {
     EnsureZebUiService();
     auto* top = new QHBoxLayout;
     top->addWidget(m_picture, 0, Qt::AlignTop);
@@ -34,8 +36,10 @@ CZEBRuleDlgBase::CZEBRuleDlgBase(unsigned templateId, long imageId,
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top, 1);
     layout->addWidget(buttons);
-    Watch(this);
 }
+
+// The children go after this, and their events must not reach a dialog that is gone.
+CZEBRuleDlgBase::~CZEBRuleDlgBase() { m_preTranslate->SetEnabled(false); }
 
 namespace {
 int g_lastModalResult = 0;
@@ -64,36 +68,11 @@ void CZEBRuleDlgBase::OnHelp() { ZebOpenHelp(this, m_helpFilePath, m_helpTopic);
 void CZEBRuleDlgBase::setVisible(bool visible) {
     if (visible && !m_initialized) {
         m_initialized = true;
+        // As with a message loop, pre-translation starts when the dialog runs, not while it is built.
+        m_preTranslate->SetEnabled(true);
         OnInitDialog();
         adjustSize();
     }
     QDialog::setVisible(visible);
 }
 
-void CZEBRuleDlgBase::Watch(QObject* object) {
-    object->installEventFilter(this);
-    for (QObject* child : object->children()) Watch(child);
-}
-
-bool CZEBRuleDlgBase::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::ChildAdded) {
-        QObject* child = static_cast<QChildEvent*>(event)->child();
-        if (child->isWidgetType()) Watch(child);
-    }
-    // As with a message loop, pre-translation starts when the dialog runs, not while it is built;
-    // and it is the dialog's own: a message box over it is a window of its own.
-    if (!m_initialized || !watched->isWidgetType() || static_cast<QWidget*>(watched)->window() != this)
-        return false;
-    if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease) {
-        // An unconsumed key event goes on to the parent widgets; offer it only where it was sent.
-        auto* widget = static_cast<QWidget*>(watched);
-        auto* last = qobject_cast<QWidget*>(m_lastKeyTarget.data());
-        if (event == m_lastKey && event->type() == m_lastKeyType && last && widget != last &&
-            widget->isAncestorOf(last))
-            return false;
-        m_lastKey = event;
-        m_lastKeyType = event->type();
-        m_lastKeyTarget = watched;
-    }
-    return PreTranslateMessage(watched, event);
-}

@@ -2,12 +2,12 @@
 
 #include <QDialog>
 #include <QEvent>
-#include <QPointer>
 #include <string>
 
 #include "framework/ui/control_id.h"
 #include "framework/ui/fwui_export.h"
 
+class CZebPreTranslateFilter;
 class PictureControl;
 class QPushButton;
 
@@ -22,6 +22,7 @@ public:
 
     CZEBRuleDlgBase(unsigned templateId, long imageId, const std::wstring& helpFilePath,
                     QWidget* parent = nullptr);
+    ~CZEBRuleDlgBase() override;
 
     // Runs the dialog modally; 1 after OK, 2 after Cancel.
     int DoModal();
@@ -65,14 +66,11 @@ public:
     void reject() override { OnCancel(); }
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     // The first showing initializes the dialog before it is placed on the screen, so that it is
     // placed at the size its controls need once filled.
     void setVisible(bool visible) override;
 
 private:
-    void Watch(QObject* object);
-
     unsigned m_templateId;
     long m_imageId;
     std::wstring m_helpFilePath;
@@ -80,7 +78,5 @@ private:
     PictureControl* m_picture;
     QWidget* m_body;
     bool m_initialized = false;
-    const QEvent* m_lastKey = nullptr;
-    QEvent::Type m_lastKeyType = QEvent::None;
-    QPointer<QObject> m_lastKeyTarget;
+    CZebPreTranslateFilter* m_preTranslate;
 };
