@@ -8,6 +8,7 @@
 
 #include "app/assembly_rules_app.h"
 #include "controls/hyper_link.h"
+#include "framework/ui/dialog_buttons.h"
 #include "framework/ui/ui_service.h"
 
 namespace {
@@ -41,19 +42,12 @@ CZEBFastenerErrorDlg::CZEBFastenerErrorDlg(const std::wstring& logPath, int isWa
     m_hint->setText(Q(LoadLocalizedString(IDS_OPEN_LOG_HINT)));
     m_hint->setWordWrap(true);
 
-    auto* buttons = new QDialogButtonBox(this);
-    QPushButton* ok = buttons->addButton(QDialogButtonBox::Ok);
-    QPushButton* cancel = buttons->addButton(QDialogButtonBox::Cancel);
-    SetZebControlId(ok, kIdOk);
-    SetZebControlId(cancel, kIdCancel);
-    ok->setDefault(true);
+    const ZebDialogButtons buttons = MakeZebDialogButtons(this);
     if (m_isError == 1) {
         // A blocking error has nothing to go on with: one button that closes.
-        ok->setText(Q(LoadLocalizedString(IDS_CLOSE)));
-        cancel->hide();
+        buttons.ok->setText(Q(LoadLocalizedString(IDS_CLOSE)));
+        buttons.cancel->hide();
     }
-    connect(ok, &QPushButton::clicked, this, &CZEBFastenerErrorDlg::accept);
-    connect(cancel, &QPushButton::clicked, this, &CZEBFastenerErrorDlg::reject);
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_message);
@@ -63,7 +57,7 @@ CZEBFastenerErrorDlg::CZEBFastenerErrorDlg(const std::wstring& logPath, int isWa
     // Height that wrapped texts leave over goes below them, not between them.
     layout->addStretch(1);
     layout->addSpacing(6);
-    layout->addWidget(buttons);
+    layout->addWidget(buttons.box);
     // Long messages wrap at a fixed width; the height is what the wrapped texts need there
     // (a wrapped label's own size hint guesses a narrower width and leaves a gap).
     constexpr int kWidth = 460;

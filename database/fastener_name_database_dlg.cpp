@@ -17,6 +17,7 @@
 #include "dialogs/common/help_topics.h"
 #include "dialogs/common/sheet_import.h"
 #include "framework/case_fold.h"
+#include "framework/ui/dialog_buttons.h"
 #include "framework/ui/hot_key.h"
 #include "framework/ui/pre_translate_filter.h"
 #include "framework/ui/ui_service.h"
@@ -74,17 +75,7 @@ ZEBEditFastenerNameDatabaseDlg::ZEBEditFastenerNameDatabaseDlg(QWidget* parent)
     // Room for the 300 pixel column beside the vertical scroll bar.
     m_table->setMinimumSize(340, 360);
 
-    auto* buttons = new QDialogButtonBox(this);
-    QPushButton* ok = buttons->addButton(QDialogButtonBox::Ok);
-    QPushButton* cancel = buttons->addButton(QDialogButtonBox::Cancel);
-    QPushButton* help = buttons->addButton(QDialogButtonBox::Help);
-    SetZebControlId(ok, kIdOk);
-    SetZebControlId(cancel, kIdCancel);
-    SetZebControlId(help, kIdHelp);
-    ok->setDefault(true);
-    connect(ok, &QPushButton::clicked, this, &ZEBEditFastenerNameDatabaseDlg::accept);
-    connect(cancel, &QPushButton::clicked, this, &ZEBEditFastenerNameDatabaseDlg::reject);
-    connect(help, &QPushButton::clicked, this, [this] { OnHelp(); });
+    QDialogButtonBox* buttons = MakeZebDialogButtons(this, [this] { OnHelp(); }).box;
 
     auto* tools = new QHBoxLayout;
     tools->setSpacing(2);

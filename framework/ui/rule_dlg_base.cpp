@@ -2,9 +2,9 @@
 
 #include <QBoxLayout>
 #include <QDialogButtonBox>
-#include <QPushButton>
 #include <utility>
 
+#include "framework/ui/dialog_buttons.h"
 #include "framework/ui/picture_control.h"
 #include "framework/ui/pre_translate_filter.h"
 #include "framework/ui/ui_service.h"
@@ -23,19 +23,9 @@ CZEBRuleDlgBase::CZEBRuleDlgBase(unsigned templateId, long imageId,
     auto* top = new QHBoxLayout;
     top->addWidget(m_picture, 0, Qt::AlignTop);
     top->addWidget(m_body, 1);
-    auto* buttons = new QDialogButtonBox(this);
-    QPushButton* ok = buttons->addButton(QDialogButtonBox::Ok);
-    QPushButton* cancel = buttons->addButton(QDialogButtonBox::Cancel);
-    QPushButton* help = buttons->addButton(QDialogButtonBox::Help);
-    SetZebControlId(ok, kIdOk);
-    SetZebControlId(cancel, kIdCancel);
-    SetZebControlId(help, kIdHelp);
-    connect(ok, &QPushButton::clicked, this, [this] { OnOK(); });
-    connect(cancel, &QPushButton::clicked, this, [this] { OnCancel(); });
-    connect(help, &QPushButton::clicked, this, [this] { OnHelp(); });
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(top, 1);
-    layout->addWidget(buttons);
+    layout->addWidget(MakeZebDialogButtons(this, [this] { OnHelp(); }).box);
 }
 
 // The children go after this, and their events must not reach a dialog that is gone.
