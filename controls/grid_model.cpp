@@ -35,8 +35,11 @@ void CZebGridModel::AddColumn(const std::wstring& header) {
 
 const std::wstring& CZebGridModel::Text(int row, int column) const {
     if (row < 0 || column < 0 || row >= rowCount()) return kEmpty;
-    const Row& cells = m_rows[row];
-    return column < static_cast<int>(cells.size()) ? cells[column] : kEmpty;
+    return CellOf(m_rows[row], static_cast<size_t>(column));
+}
+
+const std::wstring& CZebGridModel::CellOf(const Row& row, size_t column) {
+    return column < row.size() ? row[column] : kEmpty;
 }
 
 void CZebGridModel::SetText(int row, int column, const std::wstring& text) {

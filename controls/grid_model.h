@@ -23,6 +23,8 @@ public:
     int HeaderCount() const { return static_cast<int>(m_headers.size()); }
 
     const std::wstring& Text(int row, int column) const;
+    // A cell of a row; empty past the row's end.
+    static const std::wstring& CellOf(const Row& row, size_t column);
     void SetText(int row, int column, const std::wstring& text);
     const std::vector<Row>& Rows() const { return m_rows; }
 

@@ -35,10 +35,7 @@ bool ConditionHolds(int op, const std::wstring& min, const std::wstring& max) {
     return !max.empty() && ToDouble(max) >= 0 && ToDouble(min) <= ToDouble(max) - kTolerance;
 }
 
-const std::wstring& Cell(const CZebGridModel::Row& row, size_t column) {
-    static const std::wstring empty;
-    return column < row.size() ? row[column] : empty;
-}
+constexpr auto Cell = &CZebGridModel::CellOf;
 }  // namespace
 
 const FastenerTableKind& CZEBAssemblyFastenerClearanceDlg::ImportKind() {
@@ -197,7 +194,8 @@ void CZEBAssemblyFastenerClearanceDlg::StoreIntoRule(CZebRule& rule) {
     }
     conditionA->op = m_operators[0];
     conditionB->op = m_operators[1];
-    // A range keeps its rows in the settings only in counts of two or three.
+    // An odd row count that is not a multiple of three gets one empty row, as these settings have
+    // always been written; a row without a name is skipped when the table is read back.
     const int32_t count = conditionA->values.GetSize();
     if (count % 2 == 1 && count % 3 != 0) {
         conditionA->values.Add(ZebRow{L"", L"", L""});

@@ -18,10 +18,7 @@ namespace {
 constexpr long kLengths = 2053;
 constexpr int kNameWidth = 170, kLengthWidth = 300;
 
-const std::wstring& Cell(const CZebGridModel::Row& row, size_t column) {
-    static const std::wstring empty;
-    return column < row.size() ? row[column] : empty;
-}
+constexpr auto Cell = &CZebGridModel::CellOf;
 }  // namespace
 
 const FastenerTableKind& CZEBAssemblyFastenerEngagementLenDlg::ImportKind() {
