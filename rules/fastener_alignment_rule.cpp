@@ -36,7 +36,7 @@ void CZEBAssemblyFastenerAlignmentRule::UpdateSummary() {
     auto* summarySwitch = FindTyped<double>(*this, kSummarySwitch);
     auto* offset = FindTyped<double>(*this, kOffset);
     if (!holder || !summarySwitch || summarySwitch->values.IsEmpty() || !offset) return;
-    if (static_cast<long>(summarySwitch->values[0]) == 0) {
+    if (!SwitchIsOn(summarySwitch->values[0])) {
         Summary = LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT);
         return;
     }

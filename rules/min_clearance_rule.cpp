@@ -60,8 +60,8 @@ std::wstring CZEBAssemblyMinClearanceBetPartsRule::GeneralClearanceSummary() {
 
 void CZEBAssemblyMinClearanceBetPartsRule::RebuildSummary() {
     std::wstring text;
-    if (static_cast<long>(ValueAt(FindTyped<double>(*this, kGeneral), 0)) != 0) text = GeneralClearanceSummary();
-    if (static_cast<long>(ValueAt(FindTyped<double>(*this, kPairSwitch), 0)) != 0) text += LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS);
+    if (SwitchIsOn(ValueAt(FindTyped<double>(*this, kGeneral), 0))) text = GeneralClearanceSummary();
+    if (SwitchIsOn(ValueAt(FindTyped<double>(*this, kPairSwitch), 0))) text += LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS);
     Summary = text;
 }
 

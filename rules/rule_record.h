@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,10 @@ ZebTypedParam<T>* FindTyped(CZebRule& rule, long id) {
     CZebParamStorage* p = rule.FindParameterInArray(id);
     return p ? p->As<T>() : nullptr;
 }
+
+// A switch stored as a double is on when its whole part is not zero. The value comes from the
+// file, so it is compared as a double: a huge value or NaN has no whole part in any integer type.
+inline bool SwitchIsOn(double value) { return std::fabs(value) >= 1.0; }
 
 // Removes the first value of parameter `id` when it has one.
 void RemoveFirstValue(CZebRule& rule, long id);

@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "rules/bolt_screw_rationalization_rule.h"
 #include "rules/fastener_accessibility_rule.h"
 #include "rules/fastener_alignment_rule.h"
@@ -242,4 +244,17 @@ TEST_F(FastenerRulesTest, AlignmentSummaryWhenTheRuleHoldsItsSwitch) {
     Param<double>(rule, 8021).values[0] = 0.5;  // integer part 0
     rule.UpdateSummary();
     EXPECT_EQ(rule.Summary, LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT));
+
+    // Values from a file beyond any integer type still switch the limit on; NaN switches it off.
+    const std::wstring limit = ZebFormatText(LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT_LIMIT), {L"<=", L"1.0", GetUnitText(3)});
+    for (double on : {1e300, -1e19, -1.0, std::numeric_limits<double>::infinity()}) {
+        Param<double>(rule, 8021).values[0] = on;
+        rule.UpdateSummary();
+        EXPECT_EQ(rule.Summary, limit) << on;
+    }
+    for (double off : {-0.5, std::numeric_limits<double>::quiet_NaN()}) {
+        Param<double>(rule, 8021).values[0] = off;
+        rule.UpdateSummary();
+        EXPECT_EQ(rule.Summary, LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT)) << off;
+    }
 }

@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "rules/contact_material_rule.h"
 #include "rules/hole_alignment_rule.h"
 #include "rules/interference_detection_rule.h"
@@ -264,6 +266,28 @@ TEST_F(PartRulesTest, MinimumClearanceSummary) {
     Param<double>(rule, 2062).values.RemoveAll();
     rule.RebuildSummary();
     EXPECT_EQ(rule.Summary, L"");
+
+    // A switch is on when its whole part is not zero, however large the value read from a file;
+    // NaN is off.
+    const std::wstring general = ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", L"0.1", GetUnitText(1)});
+    const std::wstring pairs = LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS);
+    Param<double>(rule, 2062).values.Add(0.0);
+    Param<double>(rule, 2062).values.Add(0.1);
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    const struct {
+        double general, pairSwitch;
+        bool generalShown, pairsShown;
+    } cases[] = {{1e300, -1e19, true, true}, {-1e300, 1e19, true, true}, {inf, -inf, true, true},
+                 {nan, nan, false, false}, {0.99, -0.99, false, false}, {-1.0, 1.5, true, true},
+                 {9.3e18, 0.0, true, false}, {0.0, -9.3e18, false, true}};
+    for (const auto& c : cases) {
+        Param<double>(rule, 2062).values[0] = c.general;
+        Param<double>(rule, 2049).values[0] = c.pairSwitch;
+        rule.RebuildSummary();
+        EXPECT_EQ(rule.Summary, (c.generalShown ? general : L"") + (c.pairsShown ? pairs : L""))
+            << c.general << " " << c.pairSwitch;
+    }
 }
 
 TEST_F(PartRulesTest, ConvertUnits) {
