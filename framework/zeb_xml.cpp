@@ -10,6 +10,7 @@
 #include <cstring>
 #include <fstream>
 #include <pugixml.hpp>
+#include <random>
 #include <sstream>
 
 #include "framework/text_convert.h"
@@ -271,11 +272,36 @@ std::string ZebXMLDocument::GetXML() const {
 
 bool ZebXMLDocument::SaveFile(const std::wstring& path, std::wstring& error) const {
     const std::string target = ToUtf8(path);
-    std::string temp = target + ".XXXXXX";
-    const int fd = mkstemp(temp.data());
+    // A short hidden name in the target's folder: the rename stays within one file system, and a
+    // target name close to the longest a folder allows still leaves room for it.
+    const size_t slash = target.rfind('/');
+    const std::string folder = slash == std::string::npos ? std::string() : target.substr(0, slash + 1);
+    // A replaced file keeps its mode and, where allowed, its owner; a new one gets the mode the
+    // umask leaves of 0666, as any other new file would.
+    struct stat old{};
+    const bool replacing = ::stat(target.c_str(), &old) == 0 && S_ISREG(old.st_mode);
+    std::string temp;
+    int fd = -1;
+    std::random_device random;
+    for (int attempt = 0; attempt < 100 && fd < 0; ++attempt) {
+        static const char kLetters[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+        temp = folder + ".vantor-";
+        for (int i = 0; i < 6; ++i) temp += kLetters[random() % (sizeof kLetters - 1)];
+        // Until its mode is set, a replacing file is readable by its owner only.
+        fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, replacing ? 0600 : 0666);
+        if (fd < 0 && errno != EEXIST) break;
+    }
     if (fd < 0) {
         error = L"cannot write beside " + path + L": " + FromUtf8(std::strerror(errno));
         return false;
+    }
+    if (replacing) {
+        // Only root can give the file the old owner; others keep the old group when they belong
+        // to it. Group bits are not handed to another group, and the file stays readable by its
+        // writer only should the mode not take.
+        const bool sameGroup = ::fchown(fd, old.st_uid, old.st_gid) == 0 ||
+                               ::fchown(fd, static_cast<uid_t>(-1), old.st_gid) == 0;
+        ::fchmod(fd, old.st_mode & (sameGroup ? 0777 : 0707));
     }
     const std::string text = GetXML();
     size_t written = 0;
@@ -289,7 +315,6 @@ bool ZebXMLDocument::SaveFile(const std::wstring& path, std::wstring& error) con
     }
     const bool complete = written == text.size() && ::fsync(fd) == 0;
     const int savedErrno = errno;
-    ::fchmod(fd, 0644);
     ::close(fd);
     if (!complete || std::rename(temp.c_str(), target.c_str()) != 0) {
         error = L"cannot write " + path + L": " +

@@ -90,7 +90,8 @@ public:
     bool LoadFile(const std::wstring& path, std::wstring& error);
     bool LoadXML(const std::string& utf8Text, std::wstring& error);
     // Writes through a temporary file in the same folder and a rename, so an existing file is
-    // either replaced whole or left as it was.
+    // either replaced whole or left as it was. A replaced file keeps its mode; a new file gets
+    // what the umask leaves of 0666.
     bool SaveFile(const std::wstring& path, std::wstring& error) const;
     std::string GetXML() const;
 

@@ -155,6 +155,24 @@ TEST_F(HostCommandsTest, ResaveFindsRulesAtAnyDepthAndKeepsUnknownOnes) {
     EXPECT_NE(ReadFile(dir / "mm.xml").find("<Value>250.000000</Value>"), std::string::npos);
 }
 
+TEST_F(HostCommandsTest, SwitchValuesBeyondAnyIntegerShowASummary) {
+    const std::string hostile = VANTOR_SOURCE_DIR "/tests/data/hostile/";
+    HostRun huge = Host("show " + hostile + "settings-huge-2062.xml");
+    ASSERT_EQ(huge.status, 0) << huge.err;
+    auto lines = Lines(huge.out);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines[0].substr(0, 32), "Minimum Clearance Between Parts\t");
+    EXPECT_EQ(lines[0].substr(lines[0].rfind('\t') + 1), "Minimum clearance between parts must be >= 0.1 mm.");
+    EXPECT_NE(huge.out.find("values 1e+300 0.1"), std::string::npos) << huge.out;
+
+    HostRun negative = Host("show " + hostile + "settings-huge-2049.xml");
+    ASSERT_EQ(negative.status, 0) << negative.err;
+    lines = Lines(negative.out);
+    ASSERT_FALSE(lines.empty());
+    // The general clearance is absent from the file, so only the part pairs are mentioned.
+    EXPECT_EQ(lines[0].substr(lines[0].rfind('\t') + 1), " Listed part pairs are checked against their own clearance.");
+}
+
 TEST_F(HostCommandsTest, BadInputIsReportedAndWritesNothing) {
     WriteFile(dir / "broken.xml", "<VantorSettings>\n  <AssemblyRules>\n</VantorSettings>\n");
     WriteFile(dir / "empty.xml", "");
@@ -225,13 +243,41 @@ TEST_F(HostCommandsTest, ConfigureRefusesWithoutADisplayOrARule) {
     EXPECT_NE(Host("--help").out.find("configure FILE RULE"), std::string::npos);
 }
 
+TEST_F(HostCommandsTest, OutputKeepsTheModeOfTheFileItReplaces) {
+    const auto mode = [](const fs::path& path) { return fs::status(path).permissions() & fs::perms::all; };
+    WriteFile(dir / "private.xml", "old contents");
+    fs::permissions(dir / "private.xml", fs::perms::owner_read | fs::perms::owner_write);
+    HostRun replaced = Host("new -o " + P("private.xml"), "umask 022;");
+    ASSERT_EQ(replaced.status, 0) << replaced.err;
+    EXPECT_NE(ReadFile(dir / "private.xml").find("<VantorSettings>"), std::string::npos);
+    EXPECT_EQ(mode(dir / "private.xml"), fs::perms::owner_read | fs::perms::owner_write);
+
+    // A new file follows the umask.
+    ASSERT_EQ(Host("new -o " + P("fresh.xml"), "umask 027;").status, 0);
+    EXPECT_EQ(mode(dir / "fresh.xml"), fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    ASSERT_EQ(Host("resave " + P("fresh.xml") + " -o " + P("open.xml"), "umask 002;").status, 0);
+    EXPECT_EQ(mode(dir / "open.xml"), fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read |
+                                          fs::perms::group_write | fs::perms::others_read);
+
+    // The temporary name does not grow with the target's, so the longest names can be written.
+    const std::string longName = std::string(246, 'n') + ".xml";
+    HostRun named = Host("new -o " + P(longName));
+    ASSERT_EQ(named.status, 0) << named.err;
+    EXPECT_NE(ReadFile(dir / longName).find("<VantorSettings>"), std::string::npos);
+    size_t files = 0;
+    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(dir)) ++files;
+    EXPECT_EQ(files, 5u);  // the four outputs and the captured messages
+}
+
 TEST_F(HostCommandsTest, FailedWriteKeepsTheOldFile) {
     WriteFile(dir / "keep.xml", "old contents");
+    fs::permissions(dir / "keep.xml", fs::perms::owner_read | fs::perms::owner_write);
     // A one-kilobyte file size limit makes the write fail part way.
     HostRun run = Host("new -o " + P("keep.xml"), "trap '' XFSZ; ulimit -f 1;");
     EXPECT_EQ(run.status, 1);
     EXPECT_NE(run.err.find("cannot write"), std::string::npos) << run.err;
     EXPECT_EQ(ReadFile(dir / "keep.xml"), "old contents");
+    EXPECT_EQ(fs::status(dir / "keep.xml").permissions() & fs::perms::all, fs::perms::owner_read | fs::perms::owner_write);
     size_t files = 0;
     for ([[maybe_unused]] const auto& entry : fs::directory_iterator(dir)) ++files;
     EXPECT_EQ(files, 2u);  // keep.xml and the captured messages, no temporary left behind
