@@ -77,7 +77,8 @@ IDatabaseCollector* ZEBDataHelper::getInstance() {
     struct stat st{};
     auto found = cache.open.find(file);
     if (found != cache.open.end()) {
-        if (::stat(utf8.c_str(), &st) == 0 && SameFile(found->second, st))
+        // lstat: a link put in the file's place is a replacement, and is refused on reopening.
+        if (::lstat(utf8.c_str(), &st) == 0 && SameFile(found->second, st))
             return found->second.service.get();
         // The file was removed or replaced since it was opened.
         cache.retired.push_back(std::move(found->second.service));
@@ -94,7 +95,7 @@ IDatabaseCollector* ZEBDataHelper::getInstance() {
     }
     std::string error;
     std::unique_ptr<SqliteDatabase> service = SqliteDatabase::Open(file, error);
-    if (!service || ::stat(utf8.c_str(), &st) != 0) {
+    if (!service || ::lstat(utf8.c_str(), &st) != 0) {
         std::fprintf(stderr, "vantor: the database %s cannot be used: %s\n", utf8.c_str(),
                      error.c_str());
         return nullptr;

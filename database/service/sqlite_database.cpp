@@ -1,5 +1,7 @@
 #include "sqlite_database.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
 
 #include "framework/case_fold.h"
@@ -41,9 +43,31 @@ bool Exists(sqlite3* db, const char* sql, const std::wstring& key) {
 }  // namespace
 
 std::unique_ptr<SqliteDatabase> SqliteDatabase::Open(const std::wstring& path, std::string& error) {
+    const std::string file = ToUtf8(path);
+    // In a shared folder anyone may plant a link named like the database, to have our writes
+    // (or a new database) land in a file of their choosing; only a plain file of that name is
+    // ours. SQLite refuses a link itself too, which narrows the gap after this check.
+    // The same holds for the journal SQLite writes beside it.
+    struct stat st{};
+    if (::lstat(file.c_str(), &st) == 0) {
+        if (S_ISLNK(st.st_mode)) {
+            error = "it is a symbolic link, which is not followed";
+            return nullptr;
+        }
+        if (!S_ISREG(st.st_mode)) {
+            error = "it is not a regular file";
+            return nullptr;
+        }
+    }
+    const std::string journal = file + "-journal";
+    if (::lstat(journal.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
+        error = "its journal " + journal +
+                (S_ISLNK(st.st_mode) ? " is a symbolic link, which is not followed" : " is not a regular file");
+        return nullptr;
+    }
     sqlite3* db = nullptr;
-    const int rc = sqlite3_open_v2(ToUtf8(path).c_str(), &db,
-                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    const int rc = sqlite3_open_v2(file.c_str(), &db,
+                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOFOLLOW, nullptr);
     if (rc != SQLITE_OK) {
         error = db ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
         sqlite3_close(db);

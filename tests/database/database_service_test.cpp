@@ -351,6 +351,61 @@ TEST(DatabaseService, UnusableFolderOrUnsoundFileGivesNoServiceAndStaysUntouched
     expectRefused(newer, "newer schema");
 }
 
+TEST(DatabaseService, PlantedLinksAreNotFollowed) {
+    ScopedDatabaseFolder folder;
+    const fs::path elsewhere = folder.Folder() / "elsewhere";
+    fs::create_directory(elsewhere);
+    ScopedDatabaseFolder::Point(elsewhere);
+    ASSERT_NE(ZEBDataHelper::getInstance(), nullptr);
+    const fs::path sound = elsewhere / "vantor.sqlite";
+    const std::string soundBytes = FileBytes(sound);
+    const fs::path victim = folder.Folder() / "victim.txt";
+    std::ofstream(victim) << "someone's file";
+
+    const auto expectRefused = [&](const fs::path& dir, const char* what) {
+        ScopedDatabaseFolder::Point(dir);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(ZEBDataHelper::getInstance(), nullptr) << what;
+        const std::string message = testing::internal::GetCapturedStderr();
+        EXPECT_NE(message.find((dir / "vantor.sqlite").string() + " cannot be used"), std::string::npos) << message;
+        EXPECT_NE(message.find("symbolic link"), std::string::npos) << message;
+        EXPECT_EQ(FileBytes(victim), "someone's file") << what;
+        EXPECT_EQ(FileBytes(sound), soundBytes) << what;
+    };
+
+    // a link to a sound database, to someone's file, and to a name where a new file would be made
+    const fs::path toDatabase = folder.Folder() / "to-database";
+    fs::create_directory(toDatabase);
+    fs::create_symlink(sound, toDatabase / "vantor.sqlite");
+    expectRefused(toDatabase, "link to a database");
+    const fs::path toFile = folder.Folder() / "to-file";
+    fs::create_directory(toFile);
+    fs::create_symlink(victim, toFile / "vantor.sqlite");
+    expectRefused(toFile, "link to a file");
+    const fs::path dangling = folder.Folder() / "dangling";
+    fs::create_directory(dangling);
+    fs::create_symlink(folder.Folder() / "made-here", dangling / "vantor.sqlite");
+    expectRefused(dangling, "link to nothing");
+    EXPECT_FALSE(fs::exists(folder.Folder() / "made-here"));
+    EXPECT_TRUE(fs::is_symlink(dangling / "vantor.sqlite"));
+
+    // a link where the journal goes would have a transaction written into someone's file
+    const fs::path journal = folder.Folder() / "journal";
+    fs::create_directory(journal);
+    fs::copy_file(sound, journal / "vantor.sqlite");
+    fs::create_symlink(victim, journal / "vantor.sqlite-journal");
+    expectRefused(journal, "link as journal");
+    EXPECT_TRUE(fs::is_symlink(journal / "vantor.sqlite-journal"));
+
+    // a database in use replaced by a link is refused when next fetched
+    ScopedDatabaseFolder::Point(elsewhere);
+    ASSERT_NE(ZEBDataHelper::getInstance(), nullptr);
+    const fs::path moved = folder.Folder() / "moved.sqlite";
+    fs::rename(sound, moved);
+    fs::create_symlink(moved, sound);
+    EXPECT_EQ(ZEBDataHelper::getInstance(), nullptr);
+}
+
 namespace {
 
 // Runs `adds` names "P<tag>-<i>" in a child process, each its own transaction, fetching the
