@@ -11,6 +11,7 @@
 #include <memory>
 #include <pugixml.hpp>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace {
@@ -23,6 +24,12 @@ constexpr size_t kChunkBytes = 64 * 1024;
 constexpr size_t kMaxDepth = 256;
 // Most shared strings accepted: more than a sheet of the largest size can use in one column.
 constexpr size_t kMaxSharedStrings = 16u * 1024 * 1024;
+// Most characters the shared strings and one cell's value may hold: a read collects at most 32 Mi
+// characters of text, so more in one place is hostile (or could never be read anyway).
+constexpr size_t kMaxTextChars = 32u * 1024 * 1024;
+// Most custom number formats accepted in the styles; real workbooks have a few dozen, and a
+// workbook with more fails the read.
+constexpr size_t kMaxNumberFormats = 65536;
 
 struct ZipCloser {
     void operator()(zip_t* zip) const { zip_discard(zip); }
@@ -280,6 +287,7 @@ private:
         }
         std::string_view tag = std::string_view(m_buf).substr(m_pos + 1, i - m_pos - 1);
         m_pos = i + 1;
+        if (tag.empty()) return Error;  // "<>"
         const bool closing = tag.front() == '/';
         if (closing) tag.remove_prefix(1);
         selfClosing = !closing && !tag.empty() && tag.back() == '/';
@@ -423,27 +431,49 @@ bool IsBuiltInDateFormat(unsigned id) {
            (id >= 50 && id <= 58);
 }
 
-// For each cell style index: whether it shows a date.
-std::vector<bool> LoadDateStyles(zip_t* zip, const std::string& stylesPart) {
-    std::vector<bool> dateStyles;
+// For each cell style index: whether it shows a date. Styles that cannot be read show no dates;
+// false only when the styles hold more custom number formats than accepted.
+bool LoadDateStyles(zip_t* zip, const std::string& stylesPart, std::vector<bool>& dateStyles) {
+    dateStyles.clear();
     pugi::xml_document doc;
-    if (stylesPart.empty() || !LoadXmlPart(zip, stylesPart, doc)) return dateStyles;
+    if (stylesPart.empty() || !LoadXmlPart(zip, stylesPart, doc)) return true;
     const pugi::xml_node root = doc.document_element();
-    std::vector<std::pair<unsigned, bool>> custom;
-    for (pugi::xml_node fmt : ChildByLocalName(root, "numFmts").children())
-        custom.emplace_back(fmt.attribute("numFmtId").as_uint(),
-                            IsDateFormatCode(fmt.attribute("formatCode").value()));
+    // A later format of the same id replaces an earlier one.
+    std::unordered_map<unsigned, bool> customIsDate;
+    size_t formats = 0;
+    for (pugi::xml_node fmt : ChildByLocalName(root, "numFmts").children()) {
+        if (++formats > kMaxNumberFormats) return false;
+        customIsDate[fmt.attribute("numFmtId").as_uint()] =
+            IsDateFormatCode(fmt.attribute("formatCode").value());
+    }
     for (pugi::xml_node xf : ChildByLocalName(root, "cellXfs").children()) {
         const unsigned id = xf.attribute("numFmtId").as_uint();
-        bool isDate = IsBuiltInDateFormat(id);
-        for (const auto& [customId, customDate] : custom)
-            if (customId == id) isDate = customDate;
-        dateStyles.push_back(isDate);
+        const auto custom = customIsDate.find(id);
+        dateStyles.push_back(custom != customIsDate.end() ? custom->second
+                                                          : IsBuiltInDateFormat(id));
     }
-    return dateStyles;
+    return true;
 }
 
-// Shared strings, kept in one pool; the phonetic runs (rPh) are not part of the text.
+// Characters of UTF-8 text: every byte that does not continue a sequence.
+size_t CountUtf8Chars(std::string_view text) {
+    size_t count = 0;
+    for (const char c : text) count += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    return count;
+}
+
+// Appends a text run as written (CDATA verbatim, references resolved) and returns its characters.
+size_t AppendRun(std::string& out, std::string_view raw, bool cdata) {
+    const size_t before = out.size();
+    if (cdata)
+        out.append(raw);
+    else
+        AppendXmlText(out, raw);
+    return CountUtf8Chars(std::string_view(out).substr(before));
+}
+
+// Shared strings, kept in one pool; the phonetic runs (rPh) are not part of the text. A string
+// inside a string, or more text than one read can collect, fails the load.
 class SharedStrings {
 public:
     bool Load(zip_t* zip, const std::string& part) {
@@ -452,15 +482,19 @@ public:
         if (!in.IsOpen()) return true;
         XmlScanner xml(in);
         std::string current;
-        bool inText = false;
+        bool inString = false, inText = false;
         int phonetic = 0;
+        size_t chars = 0;  // in the pool and the string being read, as written
         for (;;) {
             switch (xml.Next()) {
                 case XmlScanner::Start:
                     if (xml.name == "si") {
-                        if (m_offsets.size() >= kMaxSharedStrings) return false;
+                        if (inString || m_offsets.size() >= kMaxSharedStrings) return false;
                         current.clear();
-                        if (xml.selfClosing) Add(current);
+                        if (xml.selfClosing)
+                            Add(current);
+                        else
+                            inString = true;
                     } else if (xml.name == "rPh" && !xml.selfClosing) {
                         ++phonetic;
                     } else if (xml.name == "t") {
@@ -468,19 +502,18 @@ public:
                     }
                     break;
                 case XmlScanner::End:
-                    if (xml.name == "si")
+                    if (xml.name == "si") {
                         Add(DecodeOoxmlEscapes(current));
-                    else if (xml.name == "rPh")
+                        inString = false;
+                    } else if (xml.name == "rPh")
                         --phonetic;
                     else if (xml.name == "t")
                         inText = false;
                     break;
                 case XmlScanner::Text:
-                    if (inText && phonetic == 0) {
-                        if (xml.cdata)
-                            current.append(xml.text);
-                        else
-                            AppendXmlText(current, xml.text);
+                    if (inString && inText && phonetic == 0) {
+                        chars += AppendRun(current, xml.text, xml.cdata);
+                        if (chars > kMaxTextChars) return false;
                     }
                     break;
                 case XmlScanner::Done:
@@ -499,11 +532,11 @@ public:
 
 private:
     void Add(const std::string& text) {
-        m_offsets.push_back(static_cast<uint32_t>(m_pool.size()));
+        m_offsets.push_back(m_pool.size());
         m_pool += text;
     }
     std::string m_pool;
-    std::vector<uint32_t> m_offsets;  // the pool stays below the entry cap
+    std::vector<size_t> m_offsets;  // 64-bit: 32-bit offsets would wrap past 4 GiB
 };
 
 // "B12" to 0-based column 1 and row 11; false when the text is no cell reference in range.
@@ -542,6 +575,7 @@ SheetReadStatus ScanSheet(zip_t* zip, const std::string& part, const SharedStrin
     int phonetic = 0;
     uint32_t cellColumn = 0, cellRow = 0;
     std::string type, value;
+    size_t valueChars = 0;
     bool isDate = false;
     for (;;) {
         const XmlScanner::Kind kind = xml.Next();
@@ -549,10 +583,8 @@ SheetReadStatus ScanSheet(zip_t* zip, const std::string& part, const SharedStrin
         if (kind == XmlScanner::Done) return SheetReadStatus::Ok;
         if (kind == XmlScanner::Text) {
             if (wanted && (inValue || (inInline && inText && phonetic == 0))) {
-                if (xml.cdata)
-                    value.append(xml.text);
-                else
-                    AppendXmlText(value, xml.text);
+                valueChars += AppendRun(value, xml.text, xml.cdata);
+                if (valueChars > kMaxTextChars) return SheetReadStatus::NotReadable;
             }
             continue;
         }
@@ -596,6 +628,7 @@ SheetReadStatus ScanSheet(zip_t* zip, const std::string& part, const SharedStrin
                 isDate = FindAttribute(xml.attrs, "s", s) && ParseUnsigned(s, style) &&
                          style < dateStyles.size() && dateStyles[style];
                 value.clear();
+                valueChars = 0;
             } else if (inCell && wanted && !xml.selfClosing) {
                 if (name == "v")
                     inValue = true;
@@ -692,6 +725,8 @@ SheetReadStatus ReadOpenXmlSheet(const std::string& path, const SheetRequest& re
     SharedStrings strings;
     if (!strings.Load(zip.get(), rels.TargetOfType("/sharedStrings")))
         return SheetReadStatus::NotReadable;
-    const std::vector<bool> dateStyles = LoadDateStyles(zip.get(), rels.TargetOfType("/styles"));
+    std::vector<bool> dateStyles;
+    if (!LoadDateStyles(zip.get(), rels.TargetOfType("/styles"), dateStyles))
+        return SheetReadStatus::NotReadable;
     return ScanSheet(zip.get(), sheetPart, strings, dateStyles, request, sink, extent);
 }

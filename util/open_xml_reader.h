@@ -7,7 +7,9 @@
 // Reads the requested columns of the active sheet of an Office Open XML workbook (".xlsx").
 // Shared by the module's built-in reader and the reader library, so both read a sheet alike.
 // Hostile files are bounded: each ZIP entry is read up to a size cap, entry names are only looked
-// up inside the archive, rows and columns beyond the format's limits are refused.
+// up inside the archive, rows and columns beyond the format's limits are refused, and so are empty
+// tags, nested shared strings, more text than one read collects and more number formats than a
+// workbook needs.
 SheetReadStatus ReadOpenXmlSheet(const std::string& path, const SheetRequest& request,
                                  CSheetCellSink& sink, SheetExtent& extent);
 
