@@ -1,14 +1,55 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "util/sheet_cells.h"
 
-// Reads the requested columns of the active sheet of a BIFF workbook (".xls", a compound
-// document) with libfreexl. Workbooks whose workbook stream is too small for libfreexl are read
-// from a padded copy held in memory.
+// BIFF workbooks (".xls", a compound document) are read with libfreexl, which cannot be trusted
+// with hostile files, so the module never parses them itself: ReadBiffSheet runs the reader
+// program (kBiffReaderProgram, beside the module's libraries) under resource limits and takes
+// the cells it sends back over a pipe. A crash, a limit, or a short or malformed answer reads as
+// a workbook that cannot be opened.
+
+constexpr const char* kBiffReaderProgram = "vantor-xls-reader";
+// Overrides where the reader program is looked for.
+constexpr const char* kBiffReaderEnvironment = "VANTOR_XLS_READER";
+
+// Reads the requested columns of the active sheet in the reader program.
 SheetReadStatus ReadBiffSheet(const std::string& path, const SheetRequest& request,
                               CSheetCellSink& sink, SheetExtent& extent);
 
 // True when the file starts with the compound document signature.
 bool LooksLikeCompoundFile(const std::string& path);
+
+// The reader program's side: reads the workbook with libfreexl in this process. Workbooks whose
+// workbook stream is too small for libfreexl are read from a padded copy held in memory.
+SheetReadStatus ParseBiffSheet(const std::string& path, const SheetRequest& request,
+                               CSheetCellSink& sink, SheetExtent& extent);
+
+// The answer on the pipe, in the host's byte order: the magic, then cell records
+// ('C', u32 column, u32 row, u8 kind, then f64 number for a number or u32 length and UTF-8 bytes
+// for a text), then one end record ('E', u8 status, u32 used rows), then nothing.
+constexpr char kBiffAnswerMagic[4] = {'V', 'X', 'R', '1'};
+constexpr char kBiffCellRecord = 'C';
+constexpr char kBiffEndRecord = 'E';
+// Longest text one cell may carry; a BIFF cell holds at most 32,767 characters.
+constexpr uint32_t kMaxBiffCellTextBytes = 1u << 20;
+
+// Writes the answer to a descriptor; `Finish` sends the end record. False once a write failed.
+class CBiffAnswerWriter : public CSheetCellSink {
+public:
+    explicit CBiffAnswerWriter(int fd);
+    void Cell(uint32_t column, uint32_t row, CellKind kind, double number,
+              std::string_view text) override;
+    bool Finish(SheetReadStatus status, const SheetExtent& extent);
+    // Sends what is buffered.
+    bool Flush();
+
+private:
+    void Put(const void* bytes, size_t size);
+
+    int m_fd;
+    std::string m_buffer;
+    bool m_failed = false;
+};
