@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <xlsxwriter.h>
+#include <zip.h>
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <variant>
 #include <vector>
@@ -26,4 +28,16 @@ inline void WriteSheet(const std::filesystem::path& path, const std::vector<std:
         }
     }
     ASSERT_EQ(workbook_close(workbook), LXW_NO_ERROR);
+}
+
+// Writes a ZIP archive with the given entries, for packages no writer would make.
+inline void WriteZip(const std::filesystem::path& path, const std::map<std::string, std::string>& entries) {
+    int error = 0;
+    zip_t* zip = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
+    ASSERT_NE(zip, nullptr);
+    for (const auto& [name, content] : entries) {
+        zip_source_t* source = zip_source_buffer(zip, content.data(), content.size(), 0);
+        ASSERT_GE(zip_file_add(zip, name.c_str(), source, ZIP_FL_OVERWRITE), 0);
+    }
+    ASSERT_EQ(zip_close(zip), 0);
 }

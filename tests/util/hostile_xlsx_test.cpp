@@ -11,6 +11,7 @@
 #include <string>
 
 #include "tests/support/module_environment.h"
+#include "tests/support/sheet_writer.h"
 #include "util/spreadsheet.h"
 
 namespace fs = std::filesystem;
@@ -24,17 +25,6 @@ std::vector<SpreadsheetColumn> Columns(std::initializer_list<const wchar_t*> let
     std::vector<SpreadsheetColumn> columns;
     for (const wchar_t* letter : letters) columns.push_back({letter, 0});
     return columns;
-}
-
-void WriteZip(const fs::path& path, const std::map<std::string, std::string>& entries) {
-    int error = 0;
-    zip_t* zip = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
-    ASSERT_NE(zip, nullptr);
-    for (const auto& [name, content] : entries) {
-        zip_source_t* source = zip_source_buffer(zip, content.data(), content.size(), 0);
-        ASSERT_GE(zip_file_add(zip, name.c_str(), source, ZIP_FL_OVERWRITE), 0);
-    }
-    ASSERT_EQ(zip_close(zip), 0);
 }
 
 std::string Repeat(const std::string& text, size_t count) {

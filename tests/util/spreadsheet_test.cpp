@@ -14,6 +14,7 @@
 #include <map>
 
 #include "tests/support/module_environment.h"
+#include "tests/support/sheet_writer.h"
 
 namespace fs = std::filesystem;
 
@@ -65,18 +66,6 @@ void WriteSharedSheet(lxw_workbook* workbook, lxw_worksheet* sheet) {
     worksheet_write_number(sheet, 3, 1, -4, nullptr);
     worksheet_write_number(sheet, 3, 2, 1e-7, nullptr);
     worksheet_write_string(sheet, 3, 3, "x", nullptr);
-}
-
-// Writes a ZIP archive with the given entries, for packages no writer would make.
-void WriteZip(const fs::path& path, const std::map<std::string, std::string>& entries) {
-    int error = 0;
-    zip_t* zip = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
-    ASSERT_NE(zip, nullptr);
-    for (const auto& [name, content] : entries) {
-        zip_source_t* source = zip_source_buffer(zip, content.data(), content.size(), 0);
-        ASSERT_GE(zip_file_add(zip, name.c_str(), source, ZIP_FL_OVERWRITE), 0);
-    }
-    ASSERT_EQ(zip_close(zip), 0);
 }
 
 const char* kContentTypes =
