@@ -10,12 +10,12 @@
 #include <unordered_set>
 
 #include "app/assembly_rules_app.h"
+#include "app/help_topics.h"
+#include "controls/database_module.h"
+#include "controls/sheet_import.h"
 #include "controls/zeb_button.h"
 #include "database/fastener_name_database_list_ctrl.h"
 #include "database/service/data_helper.h"
-#include "dialogs/common/database_module.h"
-#include "dialogs/common/help_topics.h"
-#include "dialogs/common/sheet_import.h"
 #include "framework/case_fold.h"
 #include "framework/ui/dialog_buttons.h"
 #include "framework/ui/hot_key.h"

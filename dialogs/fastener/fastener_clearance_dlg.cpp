@@ -4,8 +4,8 @@
 #include <QVBoxLayout>
 
 #include "app/assembly_rules_app.h"
+#include "app/help_topics.h"
 #include "controls/wrapper_combo_ctrl.h"
-#include "dialogs/common/help_topics.h"
 #include "dialogs/fastener/fastener_cells.h"
 #include "dialogs/fastener/fastener_sheet_import.h"
 #include "dialogs/fastener/zeb_asm_fastener_clearance_rule_list_ctrl.h"

@@ -6,7 +6,7 @@
 #include <QVBoxLayout>
 
 #include "app/assembly_rules_app.h"
-#include "dialogs/common/help_topics.h"
+#include "app/help_topics.h"
 #include "dialogs/fastener/fastener_cells.h"
 #include "dialogs/fastener/fastener_sheet_import.h"
 #include "dialogs/fastener/zeb_asm_fastener_engagement_len_rule_list_ctrl.h"

@@ -6,9 +6,9 @@
 #include <unordered_set>
 
 #include "app/assembly_rules_app.h"
+#include "controls/sheet_import.h"
 #include "database/fastener_error_dlg.h"
 #include "dialogs/common/fastener_additions.h"
-#include "dialogs/common/sheet_import.h"
 #include "framework/case_fold.h"
 #include "framework/ui/ui_service.h"
 #include "util/file_helpers.h"

@@ -11,13 +11,13 @@
 #include <list>
 
 #include "app/assembly_rules_app.h"
+#include "controls/database_module.h"
 #include "controls/wrapper_combo_ctrl.h"
 #include "controls/zeb_list_ctrl.h"
 #include "database/service/data_helper.h"
-#include "dialogs/common/database_module.h"
 #include "dialogs/common/severity_list.h"
-#include "framework/ui/hot_key.h"
 #include "framework/resource_library.h"
+#include "framework/ui/hot_key.h"
 #include "framework/ui/picture_control.h"
 #include "platform/hardware_db_bridge.h"
 

@@ -39,7 +39,7 @@ public:
     const std::wstring& GetHelpFilePath() const { return m_helpFilePath; }
     // The section of the help file that Help opens: the id of its anchor in the help file (an
     // empty topic opens the file at its start). A dialog names its section in its constructor,
-    // with a topic of dialogs/common/help_topics.h, and adds that section to the help file of
+    // with a topic of app/help_topics.h, and adds that section to the help file of
     // every language.
     void SetHelpTopic(const std::wstring& topic) { m_helpTopic = topic; }
     const std::wstring& GetHelpTopic() const { return m_helpTopic; }

@@ -12,12 +12,12 @@
 #include <map>
 
 #include "app/assembly_rules_app.h"
+#include "controls/database_module.h"
+#include "controls/sheet_import.h"
 #include "controls/wrapper_combo_ctrl.h"
-#include "dialogs/common/database_module.h"
 #include "dialogs/common/fastener_additions.h"
 #include "dialogs/common/rule_dialog.h"
 #include "dialogs/common/severity_list.h"
-#include "dialogs/common/sheet_import.h"
 #include "framework/ui/recording_ui_service.h"
 #include "rules/fastener_accessibility_rule.h"
 #include "rules/rule_dialog_registry.h"

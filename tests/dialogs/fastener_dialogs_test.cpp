@@ -19,10 +19,10 @@
 #include <sstream>
 
 #include "app/assembly_rules_app.h"
+#include "app/help_topics.h"
 #include "controls/custom_combo_box.h"
 #include "controls/wrapper_combo_ctrl.h"
 #include "database/fastener_error_dlg.h"
-#include "dialogs/common/help_topics.h"
 #include "dialogs/fastener/fastener_clearance_dlg.h"
 #include "dialogs/fastener/fastener_engagement_len_dlg.h"
 #include "dialogs/fastener/zeb_asm_fastener_clearance_rule_list_ctrl.h"

@@ -14,7 +14,7 @@
 #include <utility>
 
 #include "app/assembly_rules_app.h"
-#include "dialogs/common/help_topics.h"
+#include "app/help_topics.h"
 #include "framework/resource_library.h"
 #include "resources/resource_file.h"
 #include "tests/ui/qt_test_app.h"

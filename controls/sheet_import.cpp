@@ -1,4 +1,4 @@
-#include "dialogs/common/sheet_import.h"
+#include "controls/sheet_import.h"
 
 #include "app/assembly_rules_app.h"
 #include "framework/ui/ui_service.h"

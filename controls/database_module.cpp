@@ -1,4 +1,4 @@
-#include "dialogs/common/database_module.h"
+#include "controls/database_module.h"
 
 #include <dlfcn.h>
 
