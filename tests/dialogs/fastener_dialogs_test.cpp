@@ -33,6 +33,7 @@
 #include "rules/rule_record.h"
 #include "tests/database/db_test_support.h"
 #include "tests/support/module_environment.h"
+#include "tests/support/scoped_temp_dir.h"
 #include "tests/support/sheet_writer.h"
 #include "tests/ui/qt_test_app.h"
 
@@ -89,14 +90,10 @@ protected:
         // The database module sits beside the code, loaded as the host loads it.
         databaseModule = dlopen(VANTOR_BUILD_DIR "/tests/ZEBDatabaseu.so", RTLD_NOW | RTLD_LOCAL);
         ASSERT_NE(databaseModule, nullptr) << dlerror();
-        char pattern[] = "/tmp/vantor-fastener-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir = pattern;
         tmp.Set(dir.c_str());
     }
     void TearDown() override {
         if (databaseModule) dlclose(databaseModule);
-        fs::remove_all(dir);
     }
 
     std::list<std::wstring> DatabaseNames() {
@@ -123,7 +120,8 @@ protected:
     ScopedEnv tmp{"TMPDIR", nullptr};
     CZebRecordingUiService ui;
     void* databaseModule = nullptr;
-    fs::path dir;
+    ScopedTempDir temp{"vantor-fastener-"};
+    const fs::path dir = temp.Path();
 };
 
 Rows Stored(CZebRule& rule, long id) {

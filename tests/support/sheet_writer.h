@@ -30,6 +30,14 @@ inline void WriteSheet(const std::filesystem::path& path, const std::vector<std:
     ASSERT_EQ(workbook_close(workbook), LXW_NO_ERROR);
 }
 
+// `text` `count` times over, for parts no writer would make.
+inline std::string Repeat(const std::string& text, size_t count) {
+    std::string out;
+    out.reserve(text.size() * count);
+    for (size_t i = 0; i < count; ++i) out += text;
+    return out;
+}
+
 // Writes a ZIP archive with the given entries, for packages no writer would make.
 inline void WriteZip(const std::filesystem::path& path, const std::map<std::string, std::string>& entries) {
     int error = 0;

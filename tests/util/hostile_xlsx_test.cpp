@@ -11,6 +11,7 @@
 #include <string>
 
 #include "tests/support/module_environment.h"
+#include "tests/support/scoped_temp_dir.h"
 #include "tests/support/sheet_writer.h"
 #include "util/spreadsheet.h"
 
@@ -25,13 +26,6 @@ std::vector<SpreadsheetColumn> Columns(std::initializer_list<const wchar_t*> let
     std::vector<SpreadsheetColumn> columns;
     for (const wchar_t* letter : letters) columns.push_back({letter, 0});
     return columns;
-}
-
-std::string Repeat(const std::string& text, size_t count) {
-    std::string out;
-    out.reserve(text.size() * count);
-    for (size_t i = 0; i < count; ++i) out += text;
-    return out;
 }
 
 // A one-sheet package with the given sheet, shared strings and styles.
@@ -66,13 +60,9 @@ long PeakRssKiB() {
 class HostileXlsxTest : public ModuleTest {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/vantor-hostile-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        m_dir = pattern;
         m_notReadable = LoadLocalizedString(IDS_SHEET_NOT_READABLE);
         ASSERT_FALSE(m_notReadable.empty());
     }
-    void TearDown() override { fs::remove_all(m_dir); }
 
     // Reads through ReadSpreadsheet; on failure `error` gets the text and the table is empty.
     Table Read(const fs::path& path, const std::vector<SpreadsheetColumn>& columns, bool& ok,
@@ -118,7 +108,8 @@ protected:
         return builtIn;
     }
 
-    fs::path m_dir;
+    ScopedTempDir m_temp{"vantor-hostile-"};
+    const fs::path m_dir = m_temp.Path();
     std::wstring m_notReadable;
 };
 

@@ -14,6 +14,7 @@
 #include <map>
 
 #include "tests/support/module_environment.h"
+#include "tests/support/scoped_temp_dir.h"
 #include "tests/support/sheet_writer.h"
 
 namespace fs = std::filesystem;
@@ -103,20 +104,8 @@ std::map<std::string, std::string> HandWrittenPackage(const std::string& activeS
     };
 }
 
-std::string Repeat(const std::string& text, int count) {
-    std::string out;
-    for (int i = 0; i < count; ++i) out += text;
-    return out;
-}
-
 class SpreadsheetTest : public ModuleTest {
 protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/vantor-sheet-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        m_dir = pattern;
-    }
-    void TearDown() override { fs::remove_all(m_dir); }
 
     // Reads through ReadSpreadsheet and checks that a failure leaves the table empty.
     Table Read(const fs::path& path, const std::vector<SpreadsheetColumn>& columns,
@@ -141,7 +130,8 @@ protected:
         return error;
     }
 
-    fs::path m_dir;
+    ScopedTempDir m_temp{"vantor-sheet-"};
+    const fs::path m_dir = m_temp.Path();
 };
 }  // namespace
 
