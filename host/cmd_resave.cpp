@@ -11,9 +11,10 @@ int RunResave(const std::vector<std::string>& words) {
 }  // namespace
 
 VANTOR_HOST_COMMAND(resave, "resave", "FILE -o OUT [--module-dir DIR]",
-                    "Reads every \"Rule\" element of FILE through the module and writes them again,\n"
-                    "in input order, into a new settings document OUT whose unit is that of the\n"
-                    "first rule's parent element (rules under a parent in another unit are\n"
-                    "converted). A rule the module does not know is kept as it stands, with a\n"
-                    "warning; if its values would have to change unit, nothing is written.",
+                    "Reads every \"Rule\" element of FILE that is not inside another through the\n"
+                    "module and writes them again, in input order, into a new settings document\n"
+                    "OUT whose unit is that of the first rule's parent element (rules under a\n"
+                    "parent in another unit are converted). A rule the module does not know is\n"
+                    "kept as it stands, with what it holds and a warning; if its values would\n"
+                    "have to change unit, nothing is written.",
                     &RunResave);

@@ -117,7 +117,24 @@ int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
     if (!ReadSettingsFile(args.positional[0], input)) return 2;
     ModuleLoader loader;
     if (!LoadModule(loader, args)) return 1;
+    ZebXMLDocument output;
+    if (!RewriteRules(loader, input, toUnit, output)) return 1;
+    return WriteSettingsFile(output, args.output) ? 0 : 1;
+}
 
+namespace {
+// A "Rule" element inside another belongs to that element: it is kept with it as it stands, or
+// dropped with whatever else the module does not write. Read as a rule of its own, every rewrite
+// would add one more copy of it.
+bool InsideRule(const ZebXMLNode& node) {
+    for (std::unique_ptr<ZebXMLNode> up(node.GetParentNode()); up; up.reset(up->GetParentNode()))
+        if (up->GetName() == L"Rule") return true;
+    return false;
+}
+}  // namespace
+
+bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::optional<int> toUnit,
+                  ZebXMLDocument& output) {
     std::unique_ptr<ZebXMLNodeList> ruleNodes(input.GetElementsByTagName(L"Rule"));
     // convert hands every rule the change of unit, as the framework does; resave only those
     // whose parent is in another unit than the new document.
@@ -126,12 +143,12 @@ int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
         std::unique_ptr<ZebXMLNode> first((*ruleNodes)[0]);
         toUnit = ZebParentUnitAttribute(first.get());
     }
-    ZebXMLDocument output;
     std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(output, *toUnit));
     loader.SetXMLDoc(&output);
 
     for (long i = 0; i < ruleNodes->GetSize(); ++i) {
         std::unique_ptr<ZebXMLNode> node((*ruleNodes)[i]);
+        if (InsideRule(*node)) continue;
         const UnitSetting from{ZebParentUnitAttribute(node.get()), 0};
         const UnitSetting to{*toUnit, 0};
         CZebRule* made = RecreateRule(loader, node.get());
@@ -143,7 +160,7 @@ int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
                              "values cannot be "
                              "converted from unit %d to unit %d; nothing was written\n",
                              name.c_str(), from.LengthUnit, to.LengthUnit);
-                return 1;
+                return false;
             }
             std::fprintf(stderr,
                          "vantor-rules: warning: no rule of the module reads the rule '%s'; it is "
@@ -157,5 +174,5 @@ int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
         std::unique_ptr<ZebXMLNode> exported(rule->ExportToXML());
         if (exported) parent->AppendNode(exported.get());
     }
-    return WriteSettingsFile(output, args.output) ? 0 : 1;
+    return true;
 }

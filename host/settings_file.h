@@ -50,3 +50,7 @@ std::string RuleLine(const CZebRule& rule);
 // reads is kept as it stands, with a warning; when its values would have to change unit, nothing
 // is written, since only its own module could convert them.
 int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit);
+// The rewrite itself, from a read document into an empty one; false, after the message, when
+// nothing may be written.
+bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::optional<int> toUnit,
+                  ZebXMLDocument& output);

@@ -15,6 +15,23 @@ constexpr const char* kBiffReaderProgram = "vantor-xls-reader";
 // Overrides where the reader program is looked for.
 constexpr const char* kBiffReaderEnvironment = "VANTOR_XLS_READER";
 
+// Address space of the reader program: libfreexl's cell slots (16 bytes each, for at most the
+// declared cells accepted), the workbook stream and the libraries. AddressSanitizer maps
+// terabytes of shadow memory at start, so a checking build leaves it open (0) and relies on the
+// sanitizer's own allocation checks.
+#if defined(__SANITIZE_ADDRESS__)
+#define VANTOR_ADDRESS_SANITIZER 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define VANTOR_ADDRESS_SANITIZER 1
+#endif
+#endif
+#ifdef VANTOR_ADDRESS_SANITIZER
+constexpr uint64_t kBiffReaderAddressSpace = 0;
+#else
+constexpr uint64_t kBiffReaderAddressSpace = uint64_t(1) << 30;
+#endif
+
 // Reads the requested columns of the active sheet in the reader program.
 SheetReadStatus ReadBiffSheet(const std::string& path, const SheetRequest& request,
                               CSheetCellSink& sink, SheetExtent& extent);

@@ -155,6 +155,25 @@ TEST_F(HostCommandsTest, ResaveFindsRulesAtAnyDepthAndKeepsUnknownOnes) {
     EXPECT_NE(ReadFile(dir / "mm.xml").find("<Value>250.000000</Value>"), std::string::npos);
 }
 
+TEST_F(HostCommandsTest, ARuleInsideAnotherTravelsWithItAndIsNeverCopied) {
+    // Inside a rule the module does not know: kept with it, once, however often the file is
+    // saved again. Inside one it knows: gone with the rest of what the module does not write.
+    WriteFile(dir / "nested.xml", R"(<VantorSettings><AssemblyRules Version="v3.5" Unit="0">
+        <Rule Name="Wobble Check"><Parameter Type="1"><Value>x<Rule Name="Preferred Components"/></Value></Parameter></Rule>
+        <Rule Name="Fastener Alignment"><Parameter Type="8019"><Operator>8</Operator><ParameterType>1</ParameterType>
+            <Value>0.25<Rule Name="Hole Alignment"/></Value></Parameter></Rule>
+        </AssemblyRules></VantorSettings>)");
+    ASSERT_EQ(Host("resave " + P("nested.xml") + " -o " + P("once.xml")).status, 0);
+    ASSERT_EQ(Host("resave " + P("once.xml") + " -o " + P("twice.xml")).status, 0);
+    const std::string once = ReadFile(dir / "once.xml");
+    EXPECT_EQ(once, ReadFile(dir / "twice.xml"));
+    size_t rules = 0;
+    for (size_t at = once.find("<Rule "); at != std::string::npos; at = once.find("<Rule ", at + 1)) ++rules;
+    EXPECT_EQ(rules, 3u) << once;
+    EXPECT_NE(once.find("<Value>x<Rule Name=\"Preferred Components\" />"), std::string::npos) << once;
+    EXPECT_EQ(once.find("Hole Alignment"), std::string::npos) << once;
+}
+
 TEST_F(HostCommandsTest, SwitchValuesBeyondAnyIntegerShowASummary) {
     const std::string hostile = VANTOR_SOURCE_DIR "/tests/data/hostile/";
     HostRun huge = Host("show " + hostile + "settings-huge-2062.xml");
