@@ -271,7 +271,16 @@ std::string ZebXMLDocument::GetXML() const {
 }
 
 bool ZebXMLDocument::SaveFile(const std::wstring& path, std::wstring& error) const {
-    const std::string target = ToUtf8(path);
+    // A link to an existing file is written through: the file it names is replaced in its own
+    // folder and the link stays, as an editor would keep it.
+    std::string target = ToUtf8(path);
+    struct stat link{};
+    if (::lstat(target.c_str(), &link) == 0 && S_ISLNK(link.st_mode)) {
+        if (char* resolved = ::realpath(target.c_str(), nullptr)) {
+            target = resolved;
+            std::free(resolved);
+        }
+    }
     // A short hidden name in the target's folder: the rename stays within one file system, and a
     // target name close to the longest a folder allows still leaves room for it.
     const size_t slash = target.rfind('/');

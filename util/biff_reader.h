@@ -39,11 +39,6 @@ SheetReadStatus ReadBiffSheet(const std::string& path, const SheetRequest& reque
 // True when the file starts with the compound document signature.
 bool LooksLikeCompoundFile(const std::string& path);
 
-// The reader program's side: reads the workbook with libfreexl in this process. Workbooks whose
-// workbook stream is too small for libfreexl are read from a padded copy held in memory.
-SheetReadStatus ParseBiffSheet(const std::string& path, const SheetRequest& request,
-                               CSheetCellSink& sink, SheetExtent& extent);
-
 // The answer on the pipe, in the host's byte order: the magic, then cell records
 // ('C', u32 column, u32 row, u8 kind, then f64 number for a number or u32 length and UTF-8 bytes
 // for a text), then one end record ('E', u8 status, u32 used rows), then nothing.
@@ -52,21 +47,3 @@ constexpr char kBiffCellRecord = 'C';
 constexpr char kBiffEndRecord = 'E';
 // Longest text one cell may carry; a BIFF cell holds at most 32,767 characters.
 constexpr uint32_t kMaxBiffCellTextBytes = 1u << 20;
-
-// Writes the answer to a descriptor; `Finish` sends the end record. False once a write failed.
-class CBiffAnswerWriter : public CSheetCellSink {
-public:
-    explicit CBiffAnswerWriter(int fd);
-    void Cell(uint32_t column, uint32_t row, CellKind kind, double number,
-              std::string_view text) override;
-    bool Finish(SheetReadStatus status, const SheetExtent& extent);
-    // Sends what is buffered.
-    bool Flush();
-
-private:
-    void Put(const void* bytes, size_t size);
-
-    int m_fd;
-    std::string m_buffer;
-    bool m_failed = false;
-};

@@ -8,6 +8,7 @@
 #include <new>
 #include <string_view>
 
+#include "util/biff_parser.h"
 #include "util/biff_reader.h"
 
 namespace {

@@ -34,6 +34,18 @@ int64_t GroupId(sqlite3* db, const std::wstring& group) {
     return find.Step() ? find.Int(0) : 0;
 }
 
+// What is wrong with the place of the rollback journal beside `file`; empty when SQLite may
+// create it there. A link planted there would have a transaction written into a file of someone
+// else's choosing: SQLite follows links for the journal, so every transaction checks first.
+std::string JournalProblem(const std::string& file) {
+    const std::string journal = file + "-journal";
+    struct stat st{};
+    if (::lstat(journal.c_str(), &st) != 0 || S_ISREG(st.st_mode)) return {};
+    return "its journal " + journal +
+           (S_ISLNK(st.st_mode) ? " is a symbolic link, which is not followed"
+                                : " is not a regular file");
+}
+
 bool Exists(sqlite3* db, const char* sql, const std::wstring& key) {
     Statement find(db, sql);
     find.Bind(1, key);
@@ -47,7 +59,6 @@ std::unique_ptr<SqliteDatabase> SqliteDatabase::Open(const std::wstring& path, s
     // In a shared folder anyone may plant a link named like the database, to have our writes
     // (or a new database) land in a file of their choosing; only a plain file of that name is
     // ours. SQLite refuses a link itself too, which narrows the gap after this check.
-    // The same holds for the journal SQLite writes beside it.
     struct stat st{};
     if (::lstat(file.c_str(), &st) == 0) {
         if (S_ISLNK(st.st_mode)) {
@@ -59,12 +70,8 @@ std::unique_ptr<SqliteDatabase> SqliteDatabase::Open(const std::wstring& path, s
             return nullptr;
         }
     }
-    const std::string journal = file + "-journal";
-    if (::lstat(journal.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
-        error = "its journal " + journal +
-                (S_ISLNK(st.st_mode) ? " is a symbolic link, which is not followed" : " is not a regular file");
-        return nullptr;
-    }
+    error = JournalProblem(file);
+    if (!error.empty()) return nullptr;
     sqlite3* db = nullptr;
     const int rc = sqlite3_open_v2(file.c_str(), &db,
                                    SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOFOLLOW, nullptr);
@@ -99,6 +106,10 @@ SqliteDatabase::~SqliteDatabase() { sqlite3_close(db_); }
 
 int32_t SqliteDatabase::Transaction(const char* operation, bool write,
                                     const std::function<int32_t()>& body) {
+    if (const std::string problem = JournalProblem(ToUtf8(path_)); !problem.empty()) {
+        Report(path_, operation, problem.c_str());
+        return ZebDbFailed;
+    }
     try {
         Execute(db_, write ? "BEGIN IMMEDIATE" : "BEGIN");
     } catch (const DbError& e) {

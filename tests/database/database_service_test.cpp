@@ -397,8 +397,23 @@ TEST(DatabaseService, PlantedLinksAreNotFollowed) {
     expectRefused(journal, "link as journal");
     EXPECT_TRUE(fs::is_symlink(journal / "vantor.sqlite-journal"));
 
-    // a database in use replaced by a link is refused when next fetched
+    // a database in use whose journal is planted as a link between two changes
     ScopedDatabaseFolder::Point(elsewhere);
+    IDatabaseCollector* inUse = ZEBDataHelper::getInstance();
+    ASSERT_NE(inUse, nullptr);
+    ASSERT_EQ(inUse->AddFastenerName(L"M8X40-ISO4017-A"), ZebDbOk);
+    const fs::path plantedJournal = elsewhere / "vantor.sqlite-journal";
+    fs::create_symlink(victim, plantedJournal);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(inUse->AddFastenerName(L"M8X40-ISO4017-B"), ZebDbFailed);
+    const std::string planted = testing::internal::GetCapturedStderr();
+    EXPECT_NE(planted.find("symbolic link"), std::string::npos) << planted;
+    EXPECT_EQ(FileBytes(victim), "someone's file");
+    EXPECT_TRUE(fs::is_symlink(plantedJournal));
+    fs::remove(plantedJournal);
+    EXPECT_EQ(inUse->AddFastenerName(L"M8X40-ISO4017-B"), ZebDbOk);
+
+    // a database in use replaced by a link is refused when next fetched
     ASSERT_NE(ZEBDataHelper::getInstance(), nullptr);
     const fs::path moved = folder.Folder() / "moved.sqlite";
     fs::rename(sound, moved);

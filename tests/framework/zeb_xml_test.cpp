@@ -126,4 +126,17 @@ TEST(ZebXml, SaveReplacesAWholeFileOrNothing) {
     size_t files = 0;
     for (auto& entry : std::filesystem::directory_iterator(dir)) files += entry.is_regular_file();
     EXPECT_EQ(files, 1u);
+
+    // a settings file reached through a link (a company standard linked into a project, say):
+    // the file it names gets the new document in its own folder, the link stays a link
+    const auto standard = dir / "standard";
+    std::filesystem::create_directory(standard);
+    std::filesystem::rename(target, standard / "settings.xml");
+    std::filesystem::create_symlink("standard/settings.xml", target);
+    delete doc.CreateDocumentElement(L"Replaced");
+    ASSERT_TRUE(doc.SaveFile(target.wstring(), error)) << error;
+    EXPECT_TRUE(std::filesystem::is_symlink(target));
+    ASSERT_TRUE(back.LoadFile((standard / "settings.xml").wstring(), error));
+    EXPECT_EQ(Own(back.GetDocumentElement())->GetName(), L"Replaced");
+    std::filesystem::remove_all(dir);
 }

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "util/biff_reader.h"
+#include "util/biff_parser.h"
 
 namespace {
 void WriteRaw(std::string_view bytes) {
