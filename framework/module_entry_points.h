@@ -6,6 +6,7 @@
 #include "framework/zeb_array.h"
 
 class CZebRule;
+class QWidget;
 class ZebXMLDocument;
 class ZebXMLNode;
 
@@ -17,5 +18,6 @@ using DeleteRuleFn = void (*)(CZebRule** rule);
 using GetModuleNameFn = void (*)(std::wstring& text);
 using GetModuleSummaryFn = void (*)(std::wstring& text);
 using SetDBModuleListFn = void (*)(const std::list<std::wstring>& modules);
+using LaunchFastenerDatabaseDlgFn = void (*)(QWidget* parent);
 
 #define VANTOR_MODULE_API extern "C" __attribute__((visibility("default")))

@@ -20,5 +20,5 @@ int ZebMessageBox(const std::wstring& text, const std::wstring& caption, ZebMsgI
                   ZebMsgButtons buttons) {
     if (g_sink) return g_sink->ShowMessage(caption, text, icon, buttons);
     std::fprintf(stderr, "%s: %s\n", ToUtf8(caption).c_str(), ToUtf8(text).c_str());
-    return buttons == ZebMsgButtons::YesNo ? ZebIdYes : ZebIdOk;
+    return ZebFirstButtonAnswer(buttons);
 }

@@ -7,8 +7,14 @@
 // Message boxes of the core, without a user interface toolkit: by default they go to standard
 // error; the user interface installs a sink that shows real message boxes.
 enum class ZebMsgIcon { Information, Warning, Error, Question };
-enum class ZebMsgButtons { Ok, OkCancel, YesNo };
+// SaveDiscardCancel asks about unsaved changes: Save answers ZebIdYes, Discard ZebIdNo.
+enum class ZebMsgButtons { Ok, OkCancel, YesNo, SaveDiscardCancel };
 enum ZebMsgResult : int { ZebIdOk = 1, ZebIdCancel = 2, ZebIdYes = 6, ZebIdNo = 7 };
+
+// The answer of a box's first button, given where no one can be asked.
+inline int ZebFirstButtonAnswer(ZebMsgButtons buttons) {
+    return buttons == ZebMsgButtons::Ok || buttons == ZebMsgButtons::OkCancel ? ZebIdOk : ZebIdYes;
+}
 
 class VANTOR_FW_API IZebMessageSink {
 public:

@@ -2,7 +2,6 @@
 #include <cstdio>
 #include <memory>
 
-#include "framework/zeb_rule.h"
 #include "host/host_command.h"
 #include "host/settings_file.h"
 
@@ -21,17 +20,7 @@ int RunNew(const std::vector<std::string>& words) {
     std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(doc, unit));
     loader.SetXMLDoc(&doc);
 
-    ZebArray<CZebRule*> rules;
-    loader.GetAllRules(&rules);
-    // Defaults are millimetres; a document in another unit gets them converted.
-    const UnitSetting from{0, 0};
-    const UnitSetting to{unit, 0};
-    for (CZebRule* made : rules) {
-        RuleHandle rule(loader, made);
-        if (unit != 0) rule->ConvertUnits(&from, &to);
-        std::unique_ptr<ZebXMLNode> exported(rule->ExportToXML());
-        if (exported) parent->AppendNode(exported.get());
-    }
+    AppendDefaultRules(loader, parent.get(), unit);
     return WriteSettingsFile(doc, args.output) ? 0 : 1;
 }
 }  // namespace

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/host_command.h"
+#include "host/settings_file.h"
 
 extern char** environ;
 
@@ -59,6 +60,9 @@ void PrintHelp(std::FILE* out) {
 
 int main(int argc, char** argv) {
     if (argc < 2) {
+        // A person starting the program on a desktop gets the editor.
+        if (HasDisplay())
+            if (const HostCommand* edit = FindHostCommand("edit")) return edit->run({});
         PrintHelp(stderr);
         return 2;
     }

@@ -45,6 +45,8 @@ bool ModuleLoader::Load(const std::string& folder, std::string& error) {
         !Resolve(m_module, "GetModuleSummary", GetModuleSummary, error) ||
         !Resolve(m_module, "SetDBModuleList", SetDBModuleList, error))
         return false;
+    LaunchFastenerDatabaseDlg =
+        reinterpret_cast<LaunchFastenerDatabaseDlgFn>(dlsym(m_module, "LaunchFastenerDatabaseDlg"));
 
     // The framework loads the database module before any rule and tells the module about it.
     const std::string databasePath = folder + "/" + kDatabaseModuleFile;

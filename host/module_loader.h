@@ -32,6 +32,8 @@ public:
     GetModuleNameFn GetModuleName = nullptr;
     GetModuleSummaryFn GetModuleSummary = nullptr;
     SetDBModuleListFn SetDBModuleList = nullptr;
+    // The fastener database dialog; null when the module does not offer it.
+    LaunchFastenerDatabaseDlgFn LaunchFastenerDatabaseDlg = nullptr;
 
     // Path of the loaded database module; empty when there is none.
     const std::string& DatabaseModulePath() const { return m_databasePath; }

@@ -25,7 +25,8 @@ bool ParseUnit(const std::string& text, int& unit) {
 bool ParseCommandArgs(const std::vector<std::string>& args, CommandArgs& parsed) {
     for (size_t i = 0; i < args.size(); ++i) {
         const std::string& word = args[i];
-        const bool takesValue = word == "-o" || word == "--unit" || word == "--module-dir";
+        const bool takesValue =
+            word == "-o" || word == "--unit" || word == "--module-dir" || word == "--screenshot";
         if (!takesValue) {
             if (word.size() > 1 && word[0] == '-') {
                 std::fprintf(stderr, "vantor-rules: unknown option '%s' (see vantor-rules --help)\n", word.c_str());
@@ -43,6 +44,8 @@ bool ParseCommandArgs(const std::vector<std::string>& args, CommandArgs& parsed)
             parsed.output = value;
         } else if (word == "--module-dir") {
             parsed.moduleDir = value;
+        } else if (word == "--screenshot") {
+            parsed.screenshot = value;
         } else {
             int unit = 0;
             if (!ParseUnit(value, unit)) {
@@ -54,6 +57,12 @@ bool ParseCommandArgs(const std::vector<std::string>& args, CommandArgs& parsed)
         }
     }
     return true;
+}
+
+bool HasDisplay() {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (const char* value = std::getenv(name); value && *value) return true;
+    return false;
 }
 
 bool LoadModule(ModuleLoader& loader, const CommandArgs& args) {
@@ -68,10 +77,17 @@ bool LoadModule(ModuleLoader& loader, const CommandArgs& args) {
     return false;
 }
 
-bool ReadSettingsFile(const std::string& path, ZebXMLDocument& doc) {
+bool LoadSettingsFile(const std::string& path, ZebXMLDocument& doc, std::string& message) {
     std::wstring error;
     if (doc.LoadFile(FromUtf8(path), error)) return true;
-    std::fprintf(stderr, "vantor-rules: %s: %s\n", path.c_str(), ToUtf8(error).c_str());
+    message = path + ": " + ToUtf8(error);
+    return false;
+}
+
+bool ReadSettingsFile(const std::string& path, ZebXMLDocument& doc) {
+    std::string message;
+    if (LoadSettingsFile(path, doc, message)) return true;
+    std::fprintf(stderr, "vantor-rules: %s\n", message.c_str());
     return false;
 }
 
@@ -83,11 +99,32 @@ ZebXMLNode* StartSettingsDocument(ZebXMLDocument& doc, int unit) {
     return rules;
 }
 
-bool WriteSettingsFile(const ZebXMLDocument& doc, const std::string& path) {
+bool SaveSettingsFile(const ZebXMLDocument& doc, const std::string& path, std::string& message) {
     std::wstring error;
     if (doc.SaveFile(FromUtf8(path), error)) return true;
-    std::fprintf(stderr, "vantor-rules: %s\n", ToUtf8(error).c_str());
+    message = ToUtf8(error);
     return false;
+}
+
+bool WriteSettingsFile(const ZebXMLDocument& doc, const std::string& path) {
+    std::string message;
+    if (SaveSettingsFile(doc, path, message)) return true;
+    std::fprintf(stderr, "vantor-rules: %s\n", message.c_str());
+    return false;
+}
+
+void AppendDefaultRules(const ModuleLoader& loader, ZebXMLNode* parent, int unit) {
+    ZebArray<CZebRule*> rules;
+    loader.GetAllRules(&rules);
+    // Defaults are millimetres; a document in another unit gets them converted.
+    const UnitSetting from{0, 0};
+    const UnitSetting to{unit, 0};
+    for (CZebRule* made : rules) {
+        RuleHandle rule(loader, made);
+        if (unit != 0) rule->ConvertUnits(&from, &to);
+        std::unique_ptr<ZebXMLNode> exported(rule->ExportToXML());
+        if (exported) parent->AppendNode(exported.get());
+    }
 }
 
 CZebRule* RecreateRule(const ModuleLoader& loader, ZebXMLNode* node) {
@@ -133,22 +170,27 @@ bool InsideRule(const ZebXMLNode& node) {
 }
 }  // namespace
 
+std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& doc) {
+    std::unique_ptr<ZebXMLNodeList> nodes(doc.GetElementsByTagName(L"Rule"));
+    std::vector<std::unique_ptr<ZebXMLNode>> rules;
+    for (long i = 0; i < nodes->GetSize(); ++i) {
+        std::unique_ptr<ZebXMLNode> node((*nodes)[i]);
+        if (!InsideRule(*node)) rules.push_back(std::move(node));
+    }
+    return rules;
+}
+
 bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::optional<int> toUnit,
                   ZebXMLDocument& output) {
-    std::unique_ptr<ZebXMLNodeList> ruleNodes(input.GetElementsByTagName(L"Rule"));
+    const std::vector<std::unique_ptr<ZebXMLNode>> ruleNodes = SettingsRuleElements(input);
     // convert hands every rule the change of unit, as the framework does; resave only those
     // whose parent is in another unit than the new document.
     const bool converting = toUnit.has_value();
-    if (!toUnit) {
-        std::unique_ptr<ZebXMLNode> first((*ruleNodes)[0]);
-        toUnit = ZebParentUnitAttribute(first.get());
-    }
+    if (!toUnit) toUnit = ZebParentUnitAttribute(ruleNodes.empty() ? nullptr : ruleNodes[0].get());
     std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(output, *toUnit));
     loader.SetXMLDoc(&output);
 
-    for (long i = 0; i < ruleNodes->GetSize(); ++i) {
-        std::unique_ptr<ZebXMLNode> node((*ruleNodes)[i]);
-        if (InsideRule(*node)) continue;
+    for (const std::unique_ptr<ZebXMLNode>& node : ruleNodes) {
         const UnitSetting from{ZebParentUnitAttribute(node.get()), 0};
         const UnitSetting to{*toUnit, 0};
         CZebRule* made = RecreateRule(loader, node.get());

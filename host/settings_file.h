@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,11 +16,17 @@ struct CommandArgs {
     std::string output;
     std::optional<int> unit;
     std::string moduleDir;
+    // edit and configure: a picture of the window is written here instead of waiting for a user.
+    std::string screenshot;
 };
 
 // False, after a message on standard error, for an unknown option, a missing option value or
 // a unit code the framework does not know.
 bool ParseCommandArgs(const std::vector<std::string>& args, CommandArgs& parsed);
+
+// True when a display is named (DISPLAY, WAYLAND_DISPLAY or QT_QPA_PLATFORM), so that windows
+// can be shown.
+bool HasDisplay();
 
 // Loads the module for a command; prints the reason and returns false when that fails.
 bool LoadModule(ModuleLoader& loader, const CommandArgs& args);
@@ -27,6 +34,8 @@ bool LoadModule(ModuleLoader& loader, const CommandArgs& args);
 // Reads a settings file; on failure prints one message naming the file and the position of
 // the XML error and returns false.
 bool ReadSettingsFile(const std::string& path, ZebXMLDocument& doc);
+// The same, with the message ("FILE: what, line L, column C") handed back instead of printed.
+bool LoadSettingsFile(const std::string& path, ZebXMLDocument& doc, std::string& message);
 
 // Makes `doc` a settings document: root "VantorSettings", one child "AssemblyRules" with
 // "Version" and "Unit". Returns that child; the caller deletes the handle.
@@ -34,6 +43,17 @@ ZebXMLNode* StartSettingsDocument(ZebXMLDocument& doc, int unit);
 
 // Writes through a temporary file and a rename; prints the reason and returns false on failure.
 bool WriteSettingsFile(const ZebXMLDocument& doc, const std::string& path);
+// The same, with the reason handed back instead of printed.
+bool SaveSettingsFile(const ZebXMLDocument& doc, const std::string& path, std::string& message);
+
+// Every rule of the module at its defaults, in creation order, appended to `parent` with its
+// lengths converted from millimetres to `unit`. The module's settings document must be
+// `parent`'s.
+void AppendDefaultRules(const ModuleLoader& loader, ZebXMLNode* parent, int unit);
+
+// The "Rule" elements of a document in document order, at any depth, except those inside
+// another "Rule" element, which belong to it.
+std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& doc);
 
 // The rule the module recreates from a "Rule" element (owned by the caller, returned through
 // the module's DeleteRule); null when no rule of the module has that name.

@@ -13,7 +13,7 @@ int CZebRecordingUiService::MessageBox(QWidget*, const std::wstring& caption,
         m_messageAnswers.pop_front();
         return answer;
     }
-    return buttons == ZebMsgButtons::YesNo ? ZebIdYes : ZebIdOk;
+    return ZebFirstButtonAnswer(buttons);
 }
 
 bool CZebRecordingUiService::OpenFiles(QWidget*, const ZebOpenFileRequest& request,

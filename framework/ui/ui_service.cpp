@@ -17,7 +17,7 @@ public:
                     ZebMsgButtons buttons) override {
         IZebUiService* service = GetZebUiService();
         return service ? service->MessageBox(QApplication::activeWindow(), caption, text, icon, buttons)
-                       : (buttons == ZebMsgButtons::YesNo ? ZebIdYes : ZebIdOk);
+                       : ZebFirstButtonAnswer(buttons);
     }
 };
 CoreMessageSink g_sink;
@@ -49,7 +49,7 @@ void EnsureZebUiService() {
 
 int ZebUiMessage(QWidget* parent, const std::wstring& text, ZebMsgIcon icon, ZebMsgButtons buttons) {
     IZebUiService* service = GetZebUiService();
-    if (!service) return buttons == ZebMsgButtons::YesNo ? ZebIdYes : ZebIdOk;
+    if (!service) return ZebFirstButtonAnswer(buttons);
     return service->MessageBox(parent, L"Vantor", text, icon, buttons);
 }
 
@@ -105,22 +105,31 @@ int CZebQtUiService::MessageBox(QWidget* parent, const std::wstring& caption,
     case ZebMsgButtons::Ok: box.setStandardButtons(QMessageBox::Ok); break;
     case ZebMsgButtons::OkCancel: box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;
     case ZebMsgButtons::YesNo: box.setStandardButtons(QMessageBox::Yes | QMessageBox::No); break;
+    case ZebMsgButtons::SaveDiscardCancel:
+        box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+        box.setDefaultButton(QMessageBox::Save);
+        break;
     }
     switch (box.exec()) {
     case QMessageBox::Cancel: return ZebIdCancel;
-    case QMessageBox::Yes: return ZebIdYes;
-    case QMessageBox::No: return ZebIdNo;
-    default: return buttons == ZebMsgButtons::YesNo ? ZebIdNo : ZebIdOk;
+    case QMessageBox::Yes:
+    case QMessageBox::Save: return ZebIdYes;
+    case QMessageBox::No:
+    case QMessageBox::Discard: return ZebIdNo;
+    default:
+        // Closed without a button: the answer that changes nothing.
+        if (buttons == ZebMsgButtons::SaveDiscardCancel) return ZebIdCancel;
+        return buttons == ZebMsgButtons::YesNo ? ZebIdNo : ZebIdOk;
     }
 }
 
 bool CZebQtUiService::OpenFiles(QWidget* parent, const ZebOpenFileRequest& request,
                                 std::vector<std::wstring>& paths) {
     QFileDialog dialog(parent);
-    dialog.setAcceptMode(QFileDialog::AcceptOpen);
-    dialog.setFileMode(request.multiSelect ? QFileDialog::ExistingFiles
-                       : request.fileMustExist ? QFileDialog::ExistingFile
-                                               : QFileDialog::AnyFile);
+    dialog.setAcceptMode(request.forSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(request.multiSelect                             ? QFileDialog::ExistingFiles
+                       : request.fileMustExist && !request.forSaving ? QFileDialog::ExistingFile
+                                                                     : QFileDialog::AnyFile);
     dialog.setNameFilters(ZebNameFiltersFromFilter(request.filter));
     dialog.setDefaultSuffix(ToQ(request.defaultExtension));
     if (dialog.exec() != QDialog::Accepted) return false;

@@ -18,6 +18,8 @@ struct ZebOpenFileRequest {
     bool fileMustExist = true;
     // Qt's chooser never offers a read-only box; callers still state it for the record.
     bool hideReadOnly = true;
+    // A file to write: any name may be given, and the chooser asks before one is replaced.
+    bool forSaving = false;
 };
 
 // The user interface the dialogs and controls talk to: message boxes, open-file choosers and the

@@ -4,9 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QComboBox>
-#include <QPushButton>
-#include <QTimer>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -17,42 +14,13 @@
 #include "framework/ui/rule_dlg_base.h"
 #include "host/configure_settings.h"
 #include "tests/database/db_test_support.h"
+#include "tests/support/answer_dialog.h"
 #include "tests/support/scoped_env.h"
+#include "tests/support/settings_text.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-std::string ReadText(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-// The "Rule" elements of a settings document's text, in order.
-std::vector<std::string> RuleElements(const std::string& text) {
-    const std::regex element(R"(<Rule [\s\S]*?</Rule>)");
-    std::vector<std::string> found;
-    for (std::sregex_iterator it(text.begin(), text.end(), element), end; it != end; ++it) found.push_back(it->str());
-    return found;
-}
-
-// Once the rule's dialog is open: optionally picks severity `severity` (1 to 5), then presses
-// the button with id `button`.
-void AnswerDialog(int button, int severity = 0) {
-    auto* timer = new QTimer;
-    QObject::connect(timer, &QTimer::timeout, [timer, button, severity] {
-        auto* dialog = qobject_cast<CZEBRuleDlgBase*>(QApplication::activeModalWidget());
-        if (!dialog) return;
-        timer->stop();
-        timer->deleteLater();
-        if (severity)
-            if (auto* list = qobject_cast<QComboBox*>(dialog->GetDlgItem(6022))) list->setCurrentIndex(severity - 1);
-        qobject_cast<QPushButton*>(dialog->GetDlgItem(button))->click();
-    });
-    timer->start(10);
-}
-
 class ConfigureTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -85,12 +53,12 @@ protected:
 // Cancel writes nothing; OK after one change writes the document with only that rule's element
 // changed, to -o or back to the file.
 TEST_F(ConfigureTest, OkWritesOnlyTheConfiguredRuleAndCancelNothing) {
-    AnswerDialog(CZEBRuleDlgBase::kIdCancel);
+    AnswerRuleDialog(CZEBRuleDlgBase::kIdCancel);
     EXPECT_EQ(Configure("fastener clearance"), 1);
     EXPECT_TRUE(ReadText(file) == original);
 
     const fs::path out = folder.Folder() / "out.xml";
-    AnswerDialog(CZEBRuleDlgBase::kIdOk, 4);
+    AnswerRuleDialog(CZEBRuleDlgBase::kIdOk, 4);
     EXPECT_EQ(Configure("FASTENER CLEARANCE", out.string()), 0);
     EXPECT_TRUE(ReadText(file) == original);
     const std::vector<std::string> before = RuleElements(original), after = RuleElements(ReadText(out));
@@ -108,7 +76,7 @@ TEST_F(ConfigureTest, OkWritesOnlyTheConfiguredRuleAndCancelNothing) {
     EXPECT_EQ(changed, 1);
 
     // OK without a change writes the file back as it was.
-    AnswerDialog(CZEBRuleDlgBase::kIdOk);
+    AnswerRuleDialog(CZEBRuleDlgBase::kIdOk);
     EXPECT_EQ(Configure("Fastener Engagement Length"), 0);
     EXPECT_TRUE(ReadText(file) == original);
 }

@@ -91,6 +91,29 @@ TEST_F(HostCommandsTest, ListUnitsAndHelp) {
     EXPECT_EQ(Host("configure").status, 2);
 }
 
+// Without a command the host opens the editor when there is a display, else it explains itself.
+// Pictures of the editor need no screen.
+TEST_F(HostCommandsTest, TheEditorWithAndWithoutADisplay) {
+    HostRun bare = Host("", "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM");
+    EXPECT_EQ(bare.status, 2);
+    EXPECT_NE(bare.err.find("usage: vantor-rules COMMAND"), std::string::npos) << bare.err;
+    EXPECT_EQ(Host("edit", "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM").status, 2);
+
+    ASSERT_EQ(Host("new -o " + P("rules.xml")).status, 0);
+    const std::string offscreen = "env QT_QPA_PLATFORM=offscreen XDG_CONFIG_HOME=" + P("config") +
+                                  " VANTOR_DATABASE_DIR=" + P("db");
+    HostRun pictured = Host("edit " + P("rules.xml") + " --screenshot " + P("editor.png"), offscreen);
+    ASSERT_EQ(pictured.status, 0) << pictured.err;
+    EXPECT_EQ(ReadFile(dir / "editor.png").substr(1, 3), "PNG");
+
+    WriteFile(dir / "broken.xml", "<VantorSettings>\n<AssemblyRules>\n");
+    HostRun broken = Host("edit " + P("broken.xml") + " --screenshot " + P("broken.png"), offscreen);
+    EXPECT_EQ(broken.status, 2);
+    EXPECT_NE(broken.err.find("broken.xml"), std::string::npos) << broken.err;
+    EXPECT_NE(broken.err.find("line"), std::string::npos) << broken.err;
+    EXPECT_FALSE(fs::exists(dir / "broken.png"));
+}
+
 TEST_F(HostCommandsTest, NewShowAndConvert) {
     HostRun made = Host("new -o " + P("inch.xml") + " --unit 3");
     ASSERT_EQ(made.status, 0) << made.err;
