@@ -170,6 +170,11 @@ bool InsideRule(const ZebXMLNode& node) {
 }
 }  // namespace
 
+std::string UnconvertibleRule(const std::string& name, int from, int to) {
+    return "no rule of the module reads the rule '" + name + "', so its values cannot be converted from unit " +
+           std::to_string(from) + " to unit " + std::to_string(to);
+}
+
 std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& doc) {
     std::unique_ptr<ZebXMLNodeList> nodes(doc.GetElementsByTagName(L"Rule"));
     std::vector<std::unique_ptr<ZebXMLNode>> rules;
@@ -197,11 +202,8 @@ bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::option
         if (!made) {
             const std::string name = RuleElementName(node.get());
             if (from.LengthUnit != to.LengthUnit) {
-                std::fprintf(stderr,
-                             "vantor-rules: no rule of the module reads the rule '%s', so its "
-                             "values cannot be "
-                             "converted from unit %d to unit %d; nothing was written\n",
-                             name.c_str(), from.LengthUnit, to.LengthUnit);
+                std::fprintf(stderr, "vantor-rules: %s; nothing was written\n",
+                             UnconvertibleRule(name, from.LengthUnit, to.LengthUnit).c_str());
                 return false;
             }
             std::fprintf(stderr,

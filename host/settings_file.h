@@ -51,6 +51,9 @@ bool SaveSettingsFile(const ZebXMLDocument& doc, const std::string& path, std::s
 // `parent`'s.
 void AppendDefaultRules(const ModuleLoader& loader, ZebXMLNode* parent, int unit);
 
+// Why a rule that no rule of the module reads cannot change from unit `from` to `to`.
+std::string UnconvertibleRule(const std::string& name, int from, int to);
+
 // The "Rule" elements of a document in document order, at any depth, except those inside
 // another "Rule" element, which belong to it.
 std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& doc);

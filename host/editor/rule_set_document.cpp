@@ -194,9 +194,8 @@ bool CRuleSetDocument::ConvertUnits(int unit, std::string& message) {
         if (stored.rule || from == unit) continue;
         std::wstring name;
         stored.element->GetAttributeValue(L"Name", name);
-        message = "No rule of the module reads the rule '" + ToUtf8(name) +
-                  "', so its values cannot be converted from unit " + std::to_string(from) +
-                  " to unit " + std::to_string(unit) + ". Nothing was changed.";
+        message = "The unit cannot be changed: " + UnconvertibleRule(ToUtf8(name), from, unit) +
+                  ". Nothing was changed.";
         return false;
     }
     const UnitSetting to{unit, 0};
