@@ -78,3 +78,8 @@ std::wstring LoadLocalizedString(ZebStringId id) {
     CZebResourceScope scope;
     return ZebLoadString(id);
 }
+
+std::wstring ModuleHelpFilePath() {
+    CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
+    return app ? app->m_helpFilePath : std::wstring();
+}

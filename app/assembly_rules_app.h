@@ -32,6 +32,8 @@ public:
 
 // The published application object; null until start-up has finished and after exit.
 CZEBAssemblyRulesApp* GetAssemblyRulesApp();
+// The help file of the user's language; empty while the application object is not running.
+std::wstring ModuleHelpFilePath();
 
 // Starts and ends the module's application object. The module does this when it is loaded and
 // unloaded; tests call them directly.

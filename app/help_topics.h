@@ -10,7 +10,14 @@ inline constexpr wchar_t kHelpTopicFastenerError[] = L"fastener-error-dialog";
 
 inline constexpr wchar_t kHelpTopicFastenerClearance[] = L"fastener-clearance-dialog";
 inline constexpr wchar_t kHelpTopicFastenerEngagementLength[] = L"fastener-engagement-length-dialog";
+inline constexpr wchar_t kHelpTopicFastenerAlignment[] = L"fastener-alignment-dialog";
+inline constexpr wchar_t kHelpTopicFastenerAccessibility[] = L"fastener-accessibility-dialog";
+inline constexpr wchar_t kHelpTopicBoltScrewRationalization[] = L"bolt-screw-rationalization-dialog";
+inline constexpr wchar_t kHelpTopicRecommThreadTypes[] = L"recommended-thread-types-dialog";
+inline constexpr wchar_t kHelpTopicThreadSize[] = L"thread-size-dialog";
 
 inline constexpr const wchar_t* kDialogHelpTopics[] = {
-    kHelpTopicHardwareDatabase,  kHelpTopicFastenerNameDatabase,    kHelpTopicFastenerError,
-    kHelpTopicFastenerClearance, kHelpTopicFastenerEngagementLength};
+    kHelpTopicHardwareDatabase,         kHelpTopicFastenerNameDatabase, kHelpTopicFastenerError,
+    kHelpTopicFastenerClearance,        kHelpTopicFastenerEngagementLength,
+    kHelpTopicFastenerAlignment,        kHelpTopicFastenerAccessibility,
+    kHelpTopicBoltScrewRationalization, kHelpTopicRecommThreadTypes,    kHelpTopicThreadSize};

@@ -329,3 +329,9 @@ bool CZEBListCtrl::viewportEvent(QEvent* event) {
     }
     return QTableView::viewportEvent(event);
 }
+
+long CZEBListCtrl::KeyHandlerFor(QObject* target, QEvent* event) {
+    auto* widget = qobject_cast<QWidget*>(target);
+    if (!widget || (widget != this && !isAncestorOf(widget))) return 0;
+    return KeyHandler(event);
+}

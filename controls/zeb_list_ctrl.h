@@ -85,6 +85,8 @@ public:
     // Key handler, offered every event by the owning dialog's pre-translation; non-zero
     // consumes the event. Acts on key presses only.
     virtual long KeyHandler(QEvent* event);
+    // KeyHandler for an event of this table or of a widget inside it (its editors); 0 for others.
+    long KeyHandlerFor(QObject* target, QEvent* event);
 
 protected:
     // Standard key map: commit, cancel and moving the editor between cells.

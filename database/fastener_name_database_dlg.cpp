@@ -226,8 +226,7 @@ void ZEBEditFastenerNameDatabaseDlg::OnImport() {
 }
 
 void ZEBEditFastenerNameDatabaseDlg::OnHelp() {
-    const CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
-    ZebOpenHelp(this, app ? app->m_helpFilePath : std::wstring(), kHelpTopicFastenerNameDatabase);
+    ZebOpenHelp(this, ModuleHelpFilePath(), kHelpTopicFastenerNameDatabase);
 }
 
 // The children go after this, and their events must not reach a dialog that is gone.

@@ -6,7 +6,8 @@
 
 // Message boxes of the core, without a user interface toolkit: by default they go to standard
 // error; the user interface installs a sink that shows real message boxes.
-enum class ZebMsgIcon { Information, Warning, Error, Question };
+// Plain: a message box without an icon.
+enum class ZebMsgIcon { Information, Warning, Error, Question, Plain };
 // SaveDiscardCancel asks about unsaved changes: Save answers ZebIdYes, Discard ZebIdNo.
 enum class ZebMsgButtons { Ok, OkCancel, YesNo, SaveDiscardCancel };
 enum ZebMsgResult : int { ZebIdOk = 1, ZebIdCancel = 2, ZebIdYes = 6, ZebIdNo = 7 };

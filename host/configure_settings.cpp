@@ -30,7 +30,7 @@ int Refuse(const std::string& message) {
 }
 }  // namespace
 
-ConfigureResult RunRuleDialog(CZebRule& rule) {
+ConfigureResult ConfigureRule(CZebRule& rule) {
     CZEBRuleDlgBase::TakeLastModalResult();
     rule.Configure();
     switch (CZEBRuleDlgBase::TakeLastModalResult()) {
@@ -46,7 +46,7 @@ ConfigureResult ConfigureRuleElement(const ModuleLoader& loader, ZebXMLNode* ele
     CZebRule* made = RecreateRule(loader, element);
     if (!made) return ConfigureResult::NotRead;
     RuleHandle rule(loader, made);
-    if (const ConfigureResult result = RunRuleDialog(*rule.get()); result != ConfigureResult::Ok)
+    if (const ConfigureResult result = ConfigureRule(*rule.get()); result != ConfigureResult::Ok)
         return result;
     std::unique_ptr<ZebXMLNode> exported(rule->ExportToXML());
     if (!exported || !parent->ReplaceChild(exported.get(), element)) return ConfigureResult::NotWritten;

@@ -19,7 +19,7 @@ enum class ConfigureResult {
 
 // Runs the rule's dialog modally as the framework's Configure call does; Ok after OK. A
 // QApplication must exist.
-ConfigureResult RunRuleDialog(CZebRule& rule);
+ConfigureResult ConfigureRule(CZebRule& rule);
 
 // The rule of `element` configured as the framework does it: recreated by GetRule, its dialog
 // run modally, and after OK the element it exports put in place of `element`. The module's

@@ -2,8 +2,12 @@
 
 #include "app/assembly_rules_app.h"
 #include "dialogs/common/rule_dialog.h"
+#include "dialogs/fastener/bolt_screw_rationalization_dlg.h"
+#include "dialogs/fastener/fastener_accessibility_dlg.h"
+#include "dialogs/fastener/fastener_alignment_dlg.h"
 #include "dialogs/fastener/fastener_clearance_dlg.h"
 #include "dialogs/fastener/fastener_engagement_len_dlg.h"
+#include "dialogs/fastener/recomm_thread_types_dlg.h"
 #include "framework/case_fold.h"
 #include "rules/bolt_screw_rationalization_rule.h"
 #include "rules/contact_material_rule.h"
@@ -39,16 +43,20 @@ const RuleCatalogueEntry kMinClearance{IDS_RULE_MIN_CLEARANCE,
 const RuleCatalogueEntry kInterference{IDS_RULE_INTERFERENCE_DETECTION,
                                        &Make<CZEBAssemblyInterferenceDetectionRule>};
 const RuleCatalogueEntry kAccessibility{IDS_RULE_FASTENER_ACCESSIBILITY,
-                                        &Make<CZEBAssemblyFastenerAccessibilityRule>};
+                                        &Make<CZEBAssemblyFastenerAccessibilityRule>,
+                                        &RunRuleDialogModal<CZEBAssemblyFastenerAccessibilityDlg>};
 const RuleCatalogueEntry kThread{IDS_RULE_RECOMM_THREAD_TYPES,
-                                 &Make<CZEBAssemblyRecommThreadConnectionRule>};
+                                 &Make<CZEBAssemblyRecommThreadConnectionRule>,
+                                 &RunRuleDialogModal<CZEBAssemblyRecommThreadTypesInConnectionDlg>};
 const RuleCatalogueEntry kClearance{IDS_RULE_FASTENER_CLEARANCE,
                                     &Make<CZEBAssemblyFastenerClearanceRule>,
                                     &RunRuleDialogModal<CZEBAssemblyFastenerClearanceDlg>};
 const RuleCatalogueEntry kBoltScrew{IDS_RULE_BOLT_SCREW_RATIONALIZATION,
-                                    &Make<CZEBAssemblyBoltScrewRationalizationRule>};
+                                    &Make<CZEBAssemblyBoltScrewRationalizationRule>,
+                                    &RunRuleDialogModal<CDFASMBoltScrewRationalizationDlg>};
 const RuleCatalogueEntry kAlignment{IDS_RULE_FASTENER_ALIGNMENT,
-                                    &Make<CZEBAssemblyFastenerAlignmentRule>};
+                                    &Make<CZEBAssemblyFastenerAlignmentRule>,
+                                    &RunRuleDialogModal<CZEBAssemblyFastenerAlignmentDlg>};
 const RuleCatalogueEntry kContact{IDS_RULE_CONTACT_MATERIAL,
                                   &Make<CZEBAssemblyCheckContactMaterialRule>};
 const RuleCatalogueEntry kSlot{IDS_RULE_SLOT_ALIGNMENT, &MakeSlotAlignment};

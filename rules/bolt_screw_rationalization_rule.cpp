@@ -1,6 +1,7 @@
 #include "rules/bolt_screw_rationalization_rule.h"
 
 #include "app/assembly_rules_app.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 
 namespace {
@@ -66,3 +67,8 @@ ZebXMLNode* CZEBAssemblyBoltScrewRationalizationRule::ExportToXML() {
 bool CZEBAssemblyBoltScrewRationalizationRule::IsApplicable(void*) { return false; }
 
 void CZEBAssemblyBoltScrewRationalizationRule::ConvertUnits(const UnitSetting*, const UnitSetting*) {}
+
+void CZEBAssemblyBoltScrewRationalizationRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_BOLT_SCREW_RATIONALIZATION);
+    RebuildSummary();
+}

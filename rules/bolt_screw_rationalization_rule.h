@@ -13,4 +13,6 @@ public:
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
     // The summary from the switches, in fixed English text.
     void RebuildSummary();
+    // The dialog, then the summary from the stored switches.
+    void Configure() override;
 };

@@ -1,6 +1,7 @@
 #include "rules/fastener_accessibility_rule.h"
 
 #include "app/assembly_rules_app.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 
 namespace {
@@ -41,3 +42,5 @@ ZebXMLNode* CZEBAssemblyFastenerAccessibilityRule::ExportToXML() {
 }
 
 void CZEBAssemblyFastenerAccessibilityRule::ConvertUnits(const UnitSetting*, const UnitSetting*) {}
+
+void CZEBAssemblyFastenerAccessibilityRule::Configure() { RunRuleDialog(*this, IDS_RULE_FASTENER_ACCESSIBILITY); }

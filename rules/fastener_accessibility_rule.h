@@ -11,4 +11,5 @@ public:
     ZebXMLNode* ExportToXML() override;
     // The clearances are kept as entered, whatever the unit.
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    void Configure() override;
 };

@@ -1,6 +1,7 @@
 #include "rules/fastener_alignment_rule.h"
 
 #include "app/assembly_rules_app.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
 #include "util/number_text.h"
@@ -63,5 +64,11 @@ void CZEBAssemblyFastenerAlignmentRule::ConvertUnits(const UnitSetting* from, co
     if (LengthUnitsDiffer(from, to))
         offset->values[0] = ConvertLength(offset->values[0], from->LengthUnit, to->LengthUnit);
     CurrentUnits = *to;
+    UpdateSummary();
+}
+
+void CZEBAssemblyFastenerAlignmentRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_FASTENER_ALIGNMENT);
+    CZebResourceScope scope;
     UpdateSummary();
 }

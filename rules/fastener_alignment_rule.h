@@ -10,6 +10,8 @@ public:
     void ImportFromXML(ZebXMLNode* node) override;
     ZebXMLNode* ExportToXML() override;
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    // The dialog, then the summary, whatever the dialog's answer.
+    void Configure() override;
     // Rebuilds the summary from 8011, 8019 and 8021 when the rule holds all three.
     void UpdateSummary();
 };

@@ -1,6 +1,7 @@
 #include "rules/recomm_thread_connection_rule.h"
 
 #include "app/assembly_rules_app.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 
 namespace {
@@ -40,3 +41,5 @@ void CZEBAssemblyRecommThreadConnectionRule::ConvertUnits(const UnitSetting*, co
 }
 
 long CZEBAssemblyRecommThreadConnectionRule::Import(ZebXMLDocument*, ZebXMLNode*, void*) { return 0; }
+
+void CZEBAssemblyRecommThreadConnectionRule::Configure() { RunRuleDialog(*this, IDS_RULE_RECOMM_THREAD_TYPES); }

@@ -12,4 +12,5 @@ public:
     // Unit changes touch no value: thread texts carry their own units.
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
     long Import(ZebXMLDocument* doc, ZebXMLNode* node, void* context) override;
+    void Configure() override;
 };

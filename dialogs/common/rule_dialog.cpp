@@ -4,16 +4,9 @@
 #include "framework/ui/ui_service.h"
 #include "framework/zeb_rule.h"
 
-namespace {
-std::wstring HelpFilePath() {
-    CZEBAssemblyRulesApp* app = GetAssemblyRulesApp();
-    return app ? app->m_helpFilePath : std::wstring();
-}
-}  // namespace
-
 CZEBRuleDialog::CZEBRuleDialog(CZebRule* rule, std::wstring unitText, unsigned templateId,
                                long imageId, QWidget* parent)
-    : CZEBRuleDlgBase(templateId, imageId, HelpFilePath(), parent),
+    : CZEBRuleDlgBase(templateId, imageId, ModuleHelpFilePath(), parent),
       m_rule(rule),
       m_unitText(std::move(unitText)) {}
 
@@ -37,6 +30,6 @@ void CZEBRuleDialog::OnOK() {
 
 void CZEBRuleDialog::ShowRefusal(const ZebRefusal& refusal) {
     if (!refusal.message.empty())
-        ZebUiMessage(this, refusal.message, ZebMsgIcon::Information, ZebMsgButtons::Ok);
+        ZebUiMessage(this, refusal.message, refusal.icon, ZebMsgButtons::Ok);
     if (refusal.control) refusal.control->setFocus();
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "framework/ui/rule_dlg_base.h"
+#include "framework/ui_message.h"
 
 class CZebRule;
 
@@ -13,6 +14,7 @@ class CZebRule;
 struct ZebRefusal {
     std::wstring message;
     QPointer<QWidget> control;
+    ZebMsgIcon icon = ZebMsgIcon::Information;
 };
 
 // Base of the rule dialogs, so that each reads as its step list. LoadFromRule fills the controls
@@ -39,7 +41,7 @@ protected:
     virtual std::optional<ZebRefusal> Validate(CZebRule& rule) = 0;
     virtual void StoreIntoRule(CZebRule& rule) = 0;
 
-    // A refused entry in a message box (information icon, caption "Vantor"); the keyboard focus
+    // A refused entry in a message box (caption "Vantor", the refusal's icon); the keyboard focus
     // then goes to its control.
     void ShowRefusal(const ZebRefusal& refusal);
 

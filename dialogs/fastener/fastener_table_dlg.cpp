@@ -15,11 +15,11 @@
 #include "controls/wrapper_combo_ctrl.h"
 #include "controls/zeb_list_ctrl.h"
 #include "database/service/data_helper.h"
+#include "dialogs/common/hardware_database.h"
 #include "dialogs/common/severity_list.h"
 #include "framework/resource_library.h"
 #include "framework/ui/hot_key.h"
 #include "framework/ui/picture_control.h"
-#include "platform/hardware_db_bridge.h"
 
 namespace {
 QString Text(ZebStringId id) { return QString::fromStdWString(LoadLocalizedString(id)); }
@@ -149,21 +149,13 @@ void CZEBFastenerTableDlg::ShowPicture() { m_picture->SetBitmapId(m_ids.pictureB
 void CZEBFastenerTableDlg::AddImportsToDatabase() { AddToFastenerDatabase(this, m_imports); }
 
 bool CZEBFastenerTableDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    auto* widget = qobject_cast<QWidget*>(target);
-    if (!m_table || !widget || (widget != m_table && !m_table->isAncestorOf(widget))) return false;
-    return m_table->KeyHandler(event) != 0;
+    return m_table && m_table->KeyHandlerFor(target, event) != 0;
 }
 
 void CZEBFastenerTableDlg::OpenHardwareDatabase() {
     m_hotKey->Unregister();
-    if (IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance()) {
-        std::list<ZebHardwareRecord> records;
-        db->GetHardwareList(records);
-    }
-    {
-        CZebResourceScope scope;
-        LaunchHardwareDBDialog(this);
-    }
+    ReadHardwareList();
+    LaunchHardwareDatabase(this);
     m_hotKey->Register();
     if (!m_table) return;
     m_table->HideCellChoice();

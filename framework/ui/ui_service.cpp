@@ -100,6 +100,7 @@ int CZebQtUiService::MessageBox(QWidget* parent, const std::wstring& caption,
     case ZebMsgIcon::Warning: box.setIcon(QMessageBox::Warning); break;
     case ZebMsgIcon::Error: box.setIcon(QMessageBox::Critical); break;
     case ZebMsgIcon::Question: box.setIcon(QMessageBox::Question); break;
+    case ZebMsgIcon::Plain: box.setIcon(QMessageBox::NoIcon); break;
     }
     switch (buttons) {
     case ZebMsgButtons::Ok: box.setStandardButtons(QMessageBox::Ok); break;

@@ -105,7 +105,7 @@ ConfigureResult CRuleSetDocument::Configure(size_t row) {
     StoredRule& stored = m_rules.at(row);
     if (!stored.rule) return ConfigureResult::NotRead;
     m_module.SetXMLDoc(m_doc.get());
-    const ConfigureResult result = RunRuleDialog(*stored.rule->get());
+    const ConfigureResult result = ConfigureRule(*stored.rule->get());
     if (result == ConfigureResult::Ok) stored.changed = m_modified = true;
     return result;
 }

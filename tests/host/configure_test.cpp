@@ -3,7 +3,9 @@
 // user would.
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QTimer>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -89,4 +91,28 @@ TEST_F(ConfigureTest, RefusesWhatItCannotConfigure) {
     CommandArgs args;
     args.positional = {(folder.Folder() / "missing.xml").string(), "Fastener Clearance"};
     EXPECT_EQ(ConfigureSettings(args), 2);
+}
+
+// The bolt and screw rule rebuilds its summary from what its dialog stored.
+TEST_F(ConfigureTest, BoltScrewSummaryFollowsItsDialog) {
+    auto* timer = new QTimer;
+    QObject::connect(timer, &QTimer::timeout, [timer] {
+        auto* dialog = qobject_cast<CZEBRuleDlgBase*>(QApplication::activeModalWidget());
+        if (!dialog) return;
+        timer->stop();
+        timer->deleteLater();
+        qobject_cast<QAbstractButton*>(dialog->GetDlgItem(9015))->click();  // same head type off
+        qobject_cast<QAbstractButton*>(dialog->GetDlgItem(CZEBRuleDlgBase::kIdOk))->click();
+    });
+    timer->start(10);
+    ASSERT_EQ(Configure("Bolt and Screw Rationalization"), 0);
+    const std::string text = ReadText(file);
+    const size_t rule = text.find("<Rule Name=\"Bolt and Screw Rationalization\"");
+    ASSERT_NE(rule, std::string::npos);
+    const std::string element = text.substr(rule, text.find("</Rule>", rule) - rule);
+    EXPECT_NE(element.find("Summary=\"Bolts &amp; Screws can be rationalized based on same diameter, same material, "
+                           "same length or difference between consecutive lengths, difference between consecutive "
+                           "diameters.\""),
+              std::string::npos)
+        << element;
 }
