@@ -33,7 +33,9 @@ std::string ModuleLoader::ModuleFolder(const std::string& option) {
 
 bool ModuleLoader::Load(const std::string& folder, std::string& error) {
     const std::string path = folder + "/" + kModuleFile;
-    m_module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    // Never unloaded, as the framework keeps its modules: Qt holds on to the type information
+    // the module's dialogs register, and would read it from unmapped memory after an unload.
+    m_module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (!m_module) {
         const char* reason = dlerror();
         error = "cannot load " + path + ": " + (reason ? reason : "unknown reason");

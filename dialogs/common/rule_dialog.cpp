@@ -33,3 +33,5 @@ void CZEBRuleDialog::ShowRefusal(const ZebRefusal& refusal) {
         ZebUiMessage(this, refusal.message, refusal.icon, ZebMsgButtons::Ok);
     if (refusal.control) refusal.control->setFocus();
 }
+
+QString LocalizedText(ZebStringId id) { return QString::fromStdWString(LoadLocalizedString(id)); }

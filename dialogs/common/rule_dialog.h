@@ -5,6 +5,7 @@
 #include <string>
 
 #include "framework/ui/rule_dlg_base.h"
+#include "resources/string_ids.h"
 #include "framework/ui_message.h"
 
 class CZebRule;
@@ -49,6 +50,9 @@ private:
     CZebRule* m_rule;
     std::wstring m_unitText;
 };
+
+// String `id` of the module's resources in the user's language, for a control's text.
+QString LocalizedText(ZebStringId id);
 
 // The runner a rule's dialog registers (see rules/rule_dialog_registry.h): the dialog over the
 // rule, without a parent window, run modally.

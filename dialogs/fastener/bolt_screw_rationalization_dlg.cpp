@@ -30,46 +30,38 @@ constexpr long kTogether = 9603;
 constexpr unsigned kPictureBitmap = 9014;
 // A step below this is no step.
 constexpr double kSmallest = 0.000001;
-
-QString Text(ZebStringId id) { return QString::fromStdWString(LoadLocalizedString(id)); }
-
-template <class Control>
-Control* Identified(Control* control, int id) {
-    SetZebControlId(control, id);
-    return control;
-}
 }  // namespace
 
 CDFASMBoltScrewRationalizationDlg::CDFASMBoltScrewRationalizationDlg(CZebRule* rule, const std::wstring& unitText)
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
-      m_severity(Identified(new CWrapperComboCtrl(Body()), kSeverityId)),
-      m_database(Identified(new CWrapperComboCtrl(Body()), kDatabaseListId)),
-      m_sameHead(Identified(new QCheckBox(Text(IDS_SAME_HEAD_TYPE), Body()), kSameHeadId)),
-      m_sameMaterial(Identified(new QCheckBox(Text(IDS_SAME_MATERIAL), Body()), kSameMaterialId)),
-      m_length{Identified(new QCheckBox(Text(IDS_LENGTH_STEP_CHECK), Body()), kLengthSwitchId),
-               Identified(new CWrapperComboCtrl(Body()), kLengthOperatorId),
-               Identified(new CDoubleEditEx(Body()), kLengthValueId)},
-      m_diameter{Identified(new QCheckBox(Text(IDS_DIAMETER_STEP_CHECK), Body()), kDiameterSwitchId),
-                 Identified(new CWrapperComboCtrl(Body()), kDiameterOperatorId),
-                 Identified(new CDoubleEditEx(Body()), kDiameterValueId)},
-      m_together(Identified(new QRadioButton(Text(IDS_BOLTS_SCREWS_TOGETHER), Body()), kTogetherId)),
-      m_separate(Identified(new QRadioButton(Text(IDS_BOLTS_SCREWS_SEPARATE), Body()), kSeparateId)),
-      m_picture(Identified(new PictureControl(Body()), kPictureId)) {
+      m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
+      m_database(WithZebControlId(new CWrapperComboCtrl(Body()), kDatabaseListId)),
+      m_sameHead(WithZebControlId(new QCheckBox(LocalizedText(IDS_SAME_HEAD_TYPE), Body()), kSameHeadId)),
+      m_sameMaterial(WithZebControlId(new QCheckBox(LocalizedText(IDS_SAME_MATERIAL), Body()), kSameMaterialId)),
+      m_length{WithZebControlId(new QCheckBox(LocalizedText(IDS_LENGTH_STEP_CHECK), Body()), kLengthSwitchId),
+               WithZebControlId(new CWrapperComboCtrl(Body()), kLengthOperatorId),
+               WithZebControlId(new CDoubleEditEx(Body()), kLengthValueId)},
+      m_diameter{WithZebControlId(new QCheckBox(LocalizedText(IDS_DIAMETER_STEP_CHECK), Body()), kDiameterSwitchId),
+                 WithZebControlId(new CWrapperComboCtrl(Body()), kDiameterOperatorId),
+                 WithZebControlId(new CDoubleEditEx(Body()), kDiameterValueId)},
+      m_together(WithZebControlId(new QRadioButton(LocalizedText(IDS_BOLTS_SCREWS_TOGETHER), Body()), kTogetherId)),
+      m_separate(WithZebControlId(new QRadioButton(LocalizedText(IDS_BOLTS_SCREWS_SEPARATE), Body()), kSeparateId)),
+      m_picture(WithZebControlId(new PictureControl(Body()), kPictureId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicBoltScrewRationalization);
-    auto* hardware = Identified(new QPushButton(Text(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId);
+    auto* hardware = WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId);
     hardware->setAutoDefault(false);
     auto* separator = new QFrame(Body());
     separator->setFrameShape(QFrame::HLine);
 
     auto* grid = new QGridLayout;
-    grid->addWidget(new QLabel(Text(IDS_SEVERITY_LABEL), Body()), 0, 0);
+    grid->addWidget(new QLabel(LocalizedText(IDS_SEVERITY_LABEL), Body()), 0, 0);
     grid->addWidget(m_severity, 0, 1, 1, 2);
-    grid->addWidget(new QLabel(Text(IDS_DATABASE_LABEL), Body()), 1, 0);
+    grid->addWidget(new QLabel(LocalizedText(IDS_DATABASE_LABEL), Body()), 1, 0);
     grid->addWidget(m_database, 1, 1, 1, 2);
     grid->addWidget(hardware, 1, 3);
     grid->addWidget(separator, 2, 0, 1, 5);
-    grid->addWidget(new QLabel(Text(IDS_RATIONALIZE_BY_LABEL), Body()), 3, 0, 1, 5);
+    grid->addWidget(new QLabel(LocalizedText(IDS_RATIONALIZE_BY_LABEL), Body()), 3, 0, 1, 5);
     grid->addWidget(m_sameHead, 4, 0, 1, 5);
     grid->addWidget(m_sameMaterial, 5, 0, 1, 5);
     int row = 6;

@@ -25,48 +25,40 @@ constexpr long kSecondSwitch = 6093;
 constexpr unsigned kPictureBitmap = 6018;
 // A clearance below this is no clearance.
 constexpr double kSmallest = 0.000001;
-
-QString Text(ZebStringId id) { return QString::fromStdWString(LoadLocalizedString(id)); }
-
-template <class Control>
-Control* Identified(Control* control, int id) {
-    SetZebControlId(control, id);
-    return control;
-}
 }  // namespace
 
 CZEBAssemblyFastenerAccessibilityDlg::CZEBAssemblyFastenerAccessibilityDlg(CZebRule* rule,
                                                                            const std::wstring& unitText)
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
-      m_severity(Identified(new CWrapperComboCtrl(Body()), kSeverityId)),
-      m_database(Identified(new CWrapperComboCtrl(Body()), kDatabaseListId)),
-      m_first(Identified(new CDoubleEditEx(Body()), kFirstValueId)),
-      m_second(Identified(new CDoubleEditEx(Body()), kSecondValueId)),
-      m_secondSwitch(Identified(new QCheckBox(Text(IDS_SECOND_TOOL_CLEARANCE_CHECK), Body()), kSecondSwitchId)),
-      m_picture(Identified(new PictureControl(Body()), kPictureId)) {
+      m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
+      m_database(WithZebControlId(new CWrapperComboCtrl(Body()), kDatabaseListId)),
+      m_first(WithZebControlId(new CDoubleEditEx(Body()), kFirstValueId)),
+      m_second(WithZebControlId(new CDoubleEditEx(Body()), kSecondValueId)),
+      m_secondSwitch(WithZebControlId(new QCheckBox(LocalizedText(IDS_SECOND_TOOL_CLEARANCE_CHECK), Body()), kSecondSwitchId)),
+      m_picture(WithZebControlId(new PictureControl(Body()), kPictureId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicFastenerAccessibility);
-    auto* hardware = Identified(new QPushButton(Text(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId);
+    auto* hardware = WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId);
     hardware->setAutoDefault(false);
     // Kept for their ids; they have no part in this rule, and the layout closes over them.
-    auto* spareCheck = Identified(new QCheckBox(Body()), kSpareCheckId);
-    auto* spareButton = Identified(new QPushButton(Body()), kSpareButtonId);
+    auto* spareCheck = WithZebControlId(new QCheckBox(Body()), kSpareCheckId);
+    auto* spareButton = WithZebControlId(new QPushButton(Body()), kSpareButtonId);
     connect(spareCheck, &QCheckBox::toggled, spareButton, &QWidget::setEnabled);
     spareCheck->hide();
     spareButton->hide();
 
-    auto* values = Identified(new QGroupBox(Body()), kValuesFrameId);
+    auto* values = WithZebControlId(new QGroupBox(Body()), kValuesFrameId);
     auto* valueGrid = new QGridLayout(values);
-    valueGrid->addWidget(new QLabel(Text(IDS_TOOL_CLEARANCE_LABEL), values), 0, 0);
+    valueGrid->addWidget(new QLabel(LocalizedText(IDS_TOOL_CLEARANCE_LABEL), values), 0, 0);
     valueGrid->addWidget(m_first, 0, 1);
     valueGrid->addWidget(m_secondSwitch, 1, 0);
     valueGrid->addWidget(m_second, 1, 1);
     valueGrid->setColumnStretch(2, 1);
 
     auto* grid = new QGridLayout;
-    grid->addWidget(Identified(new QLabel(Text(IDS_SEVERITY_LABEL), Body()), kSeverityLabelId), 0, 0);
+    grid->addWidget(WithZebControlId(new QLabel(LocalizedText(IDS_SEVERITY_LABEL), Body()), kSeverityLabelId), 0, 0);
     grid->addWidget(m_severity, 0, 1);
-    grid->addWidget(new QLabel(Text(IDS_DATABASE_LABEL), Body()), 1, 0);
+    grid->addWidget(new QLabel(LocalizedText(IDS_DATABASE_LABEL), Body()), 1, 0);
     grid->addWidget(m_database, 1, 1);
     grid->addWidget(hardware, 1, 2);
     grid->addWidget(values, 2, 0, 1, 4);

@@ -25,40 +25,32 @@ constexpr long kSwitch = 8076;
 // A limit closer to 0 than this cannot be told from 0.
 constexpr double kSmallest = 0.000001;
 constexpr unsigned kPictureBitmap = 8032;
-
-QString Text(ZebStringId id) { return QString::fromStdWString(LoadLocalizedString(id)); }
-
-template <class Control>
-Control* Identified(Control* control, int id) {
-    SetZebControlId(control, id);
-    return control;
-}
 }  // namespace
 
 CZEBAssemblyFastenerAlignmentDlg::CZEBAssemblyFastenerAlignmentDlg(CZebRule* rule, const std::wstring& unitText)
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
-      m_severity(Identified(new CWrapperComboCtrl(Body()), kSeverityId)),
-      m_database(Identified(new CWrapperComboCtrl(Body()), kDatabaseListId)),
-      m_value(Identified(new CDoubleEditEx(Body()), kValueId)),
-      m_unitLabel(Identified(new QLabel(Body()), kUnitLabelId)),
-      m_operator(Identified(new CWrapperComboCtrl(Body()), kOperatorId)),
-      m_switch(Identified(new QCheckBox(Text(IDS_ALIGNMENT_PARALLEL_CHECK), Body()), kSwitchId)),
-      m_picture(Identified(new PictureControl(Body()), kPictureId)) {
+      m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
+      m_database(WithZebControlId(new CWrapperComboCtrl(Body()), kDatabaseListId)),
+      m_value(WithZebControlId(new CDoubleEditEx(Body()), kValueId)),
+      m_unitLabel(WithZebControlId(new QLabel(Body()), kUnitLabelId)),
+      m_operator(WithZebControlId(new CWrapperComboCtrl(Body()), kOperatorId)),
+      m_switch(WithZebControlId(new QCheckBox(LocalizedText(IDS_ALIGNMENT_PARALLEL_CHECK), Body()), kSwitchId)),
+      m_picture(WithZebControlId(new PictureControl(Body()), kPictureId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicFastenerAlignment);
-    auto* names = Identified(new QPushButton(Text(IDS_OPEN_FASTENER_NAMES), Body()), kFastenerNamesId);
+    auto* names = WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_FASTENER_NAMES), Body()), kFastenerNamesId);
     names->setAutoDefault(false);
     auto* separator = new QFrame(Body());
     separator->setFrameShape(QFrame::HLine);
 
     auto* grid = new QGridLayout;
-    grid->addWidget(new QLabel(Text(IDS_SEVERITY_LABEL), Body()), 0, 0);
+    grid->addWidget(new QLabel(LocalizedText(IDS_SEVERITY_LABEL), Body()), 0, 0);
     grid->addWidget(m_severity, 0, 1);
-    grid->addWidget(new QLabel(Text(IDS_DATABASE_LABEL), Body()), 1, 0);
+    grid->addWidget(new QLabel(LocalizedText(IDS_DATABASE_LABEL), Body()), 1, 0);
     grid->addWidget(m_database, 1, 1);
     grid->addWidget(names, 1, 2);
     grid->addWidget(separator, 2, 0, 1, 4);
-    grid->addWidget(new QLabel(Text(IDS_ALIGNMENT_LIMIT_LABEL), Body()), 3, 0, 1, 4);
+    grid->addWidget(new QLabel(LocalizedText(IDS_ALIGNMENT_LIMIT_LABEL), Body()), 3, 0, 1, 4);
     auto* limit = new QHBoxLayout;
     limit->addWidget(m_operator);
     limit->addWidget(m_value);

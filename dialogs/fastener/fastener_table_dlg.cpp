@@ -22,14 +22,6 @@
 #include "framework/ui/picture_control.h"
 
 namespace {
-QString Text(ZebStringId id) { return QString::fromStdWString(LoadLocalizedString(id)); }
-
-template <class Control>
-Control* Identified(Control* control, int id) {
-    SetZebControlId(control, id);
-    return control;
-}
-
 // The drop-down offers each database name once, in order.
 std::vector<std::wstring> NameChoices(const std::list<std::wstring>& names) {
     std::vector<std::wstring> choices(names.begin(), names.end());
@@ -44,17 +36,17 @@ CZEBFastenerTableDlg::CZEBFastenerTableDlg(CZebRule* rule, std::wstring unitText
                                            const FastenerDialogIds& ids)
     : CZEBRuleDialog(rule, std::move(unitText), templateId, imageId),
       m_ids(ids),
-      m_severity(Identified(new CWrapperComboCtrl(Body()), ids.severity)),
-      m_unitLabel(Identified(new QLabel(Body()), ids.unitLabel)),
-      m_databaseLabel(Identified(new QLabel(Body()), kDatabaseLabelId)),
-      m_databaseList(Identified(new CWrapperComboCtrl(Body()), kDatabaseListId)),
-      m_hardwareButton(Identified(new QPushButton(Text(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareButtonId)),
-      m_hardwareDatabase(Identified(new QPushButton(Text(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId)),
-      m_static(Identified(new QFrame(Body()), kStaticId)),
-      m_firstList(Identified(new QRadioButton(Text(IDS_FASTENER_NAME_HEADING), Body()), kFirstListId)),
-      m_secondList(Identified(new QRadioButton(Text(IDS_FASTENER_NAME_ALTERNATIVE_HEADING), Body()), kSecondListId)),
-      m_spareButton(Identified(new QPushButton(Body()), kSpareButtonId)),
-      m_picture(Identified(new PictureControl(Body()), ids.picture)),
+      m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), ids.severity)),
+      m_unitLabel(WithZebControlId(new QLabel(Body()), ids.unitLabel)),
+      m_databaseLabel(WithZebControlId(new QLabel(Body()), kDatabaseLabelId)),
+      m_databaseList(WithZebControlId(new CWrapperComboCtrl(Body()), kDatabaseListId)),
+      m_hardwareButton(WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareButtonId)),
+      m_hardwareDatabase(WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId)),
+      m_static(WithZebControlId(new QFrame(Body()), kStaticId)),
+      m_firstList(WithZebControlId(new QRadioButton(LocalizedText(IDS_FASTENER_NAME_HEADING), Body()), kFirstListId)),
+      m_secondList(WithZebControlId(new QRadioButton(LocalizedText(IDS_FASTENER_NAME_ALTERNATIVE_HEADING), Body()), kSecondListId)),
+      m_spareButton(WithZebControlId(new QPushButton(Body()), kSpareButtonId)),
+      m_picture(WithZebControlId(new PictureControl(Body()), ids.picture)),
       m_tableArea(new QVBoxLayout),
       m_hotKey(new CZebHotKey(this)) {
     static_cast<QFrame*>(m_static)->setFrameShape(QFrame::HLine);
@@ -64,7 +56,7 @@ CZEBFastenerTableDlg::CZEBFastenerTableDlg(CZebRule* rule, std::wstring unitText
     m_static->hide();
 
     auto* settings = new QGridLayout;
-    settings->addWidget(new QLabel(Text(IDS_SEVERITY_LABEL), Body()), 0, 0);
+    settings->addWidget(new QLabel(LocalizedText(IDS_SEVERITY_LABEL), Body()), 0, 0);
     settings->addWidget(m_severity, 0, 1);
     settings->addWidget(m_databaseLabel, 1, 0);
     settings->addWidget(m_databaseList, 1, 1);
@@ -124,7 +116,7 @@ void CZEBFastenerTableDlg::ShowFirstListOnly() {
     m_firstList->setChecked(true);
     for (QWidget* hidden : std::initializer_list<QWidget*>{m_firstList, m_secondList, m_spareButton, m_hardwareButton})
         hidden->hide();
-    m_databaseLabel->setText(Text(IDS_DATABASE_LABEL));
+    m_databaseLabel->setText(LocalizedText(IDS_DATABASE_LABEL));
     for (QWidget* shown : std::initializer_list<QWidget*>{m_databaseLabel, m_static, m_databaseList}) shown->show();
 }
 

@@ -18,23 +18,15 @@
 namespace {
 constexpr long kPairs = 7072;
 constexpr long kThreadSizes = 9148;
-
-QString Text(ZebStringId id) { return QString::fromStdWString(LoadLocalizedString(id)); }
-
-template <class Control>
-Control* Identified(Control* control, int id) {
-    SetZebControlId(control, id);
-    return control;
-}
 }  // namespace
 
 CZEBAssemblyRecommThreadTypesInConnectionDlg::CZEBAssemblyRecommThreadTypesInConnectionDlg(
     CZebRule* rule, const std::wstring& unitText)
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
-      m_severity(Identified(new CWrapperComboCtrl(Body()), kSeverityId)),
-      m_grid(Identified(new CZEBAsmRecommThreadConnListCtrl(Body()), kGridId)),
-      m_threadSizes(Identified(new QPushButton(Text(IDS_OPEN_THREAD_SIZES), Body()), kThreadSizesId)),
-      m_threadSizesSwitch(Identified(new QCheckBox(Text(IDS_THREAD_SIZES_CHECK), Body()), kThreadSizesSwitchId)) {
+      m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
+      m_grid(WithZebControlId(new CZEBAsmRecommThreadConnListCtrl(Body()), kGridId)),
+      m_threadSizes(WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_THREAD_SIZES), Body()), kThreadSizesId)),
+      m_threadSizesSwitch(WithZebControlId(new QCheckBox(LocalizedText(IDS_THREAD_SIZES_CHECK), Body()), kThreadSizesSwitchId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicRecommThreadTypes);
     m_threadSizes->setAutoDefault(false);
@@ -43,7 +35,7 @@ CZEBAssemblyRecommThreadTypesInConnectionDlg::CZEBAssemblyRecommThreadTypesInCon
     m_grid->setMinimumSize(440, 300);
 
     auto* top = new QGridLayout;
-    top->addWidget(new QLabel(Text(IDS_SEVERITY_LABEL), Body()), 0, 0);
+    top->addWidget(new QLabel(LocalizedText(IDS_SEVERITY_LABEL), Body()), 0, 0);
     top->addWidget(m_severity, 0, 1);
     top->setColumnStretch(2, 1);
     auto* sizes = new QHBoxLayout;

@@ -12,6 +12,13 @@ VANTOR_FWUI_API int GetZebControlId(const QWidget* control);
 // The first descendant of `root` (depth first, creation order) carrying `id`; null when none.
 VANTOR_FWUI_API QWidget* FindZebControl(const QWidget* root, int id);
 
+// `control`, carrying `id`: dialogs make and name a control in one expression.
+template <class Control>
+Control* WithZebControlId(Control* control, int id) {
+    SetZebControlId(control, id);
+    return control;
+}
+
 template <class T>
 T* FindZebControlAs(const QWidget* root, int id) {
     return qobject_cast<T*>(FindZebControl(root, id));

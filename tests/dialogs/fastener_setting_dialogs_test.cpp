@@ -25,23 +25,13 @@
 #include "rules/fastener_alignment_rule.h"
 #include "rules/rule_record.h"
 #include "tests/database/db_test_support.h"
+#include "tests/support/exported_rule.h"
 #include "tests/ui/qt_test_app.h"
 
 namespace {
 using Alignment = CZEBAssemblyFastenerAlignmentDlg;
 using Accessibility = CZEBAssemblyFastenerAccessibilityDlg;
 using BoltScrew = CDFASMBoltScrewRationalizationDlg;
-
-// The rule as the settings document would hold it.
-std::string Exported(CZebRule& rule) {
-    ZebXMLDocument doc;
-    SetSettingsDocument(&doc);
-    std::unique_ptr<ZebXMLNode> root(doc.CreateDocumentElement(L"AssemblyRules"));
-    std::unique_ptr<ZebXMLNode> exported(rule.ExportToXML());
-    root->AppendNode(exported.get());
-    SetSettingsDocument(nullptr);
-    return doc.GetXML();
-}
 
 void Type(CDoubleEditEx* field, const char* text) {
     field->clear();
@@ -127,7 +117,7 @@ TEST_F(FastenerSettingDialogsTest, AlignmentLimitFollowsItsOperator) {
 TEST_F(FastenerSettingDialogsTest, AlignmentNeedsAnOperatorAndCancelKeepsTheRule) {
     CZEBAssemblyFastenerAlignmentRule rule;
     FindTyped<double>(rule, 8019)->op = ZebOp_Greater;
-    const std::string before = Exported(rule);
+    const std::string before = ExportedText(rule);
     {
         Alignment dialog(&rule, L"in");
         ShowActive(&dialog);
@@ -141,7 +131,7 @@ TEST_F(FastenerSettingDialogsTest, AlignmentNeedsAnOperatorAndCancelKeepsTheRule
         dialog.ControlById<QCheckBox>(Alignment::kSwitchId)->setChecked(true);
         dialog.reject();
     }
-    EXPECT_EQ(Exported(rule), before);
+    EXPECT_EQ(ExportedText(rule), before);
 
     auto* limit = FindTyped<double>(rule, 8019);
     limit->values.RemoveAll();
@@ -205,7 +195,7 @@ TEST_F(FastenerSettingDialogsTest, AccessibilityClearancesAndTheirSwitch) {
     EXPECT_DOUBLE_EQ(FindTyped<double>(rule, 6092)->values[0], 3.0);
     EXPECT_DOUBLE_EQ(FindTyped<double>(rule, 6093)->values[0], 1.0);
 
-    const std::string before = Exported(rule);
+    const std::string before = ExportedText(rule);
     {
         Accessibility cancelled(&rule);
         ShowActive(&cancelled);
@@ -214,7 +204,7 @@ TEST_F(FastenerSettingDialogsTest, AccessibilityClearancesAndTheirSwitch) {
         Type(cancelled.ControlById<CDoubleEditEx>(Accessibility::kFirstValueId), "9");
         cancelled.reject();
     }
-    EXPECT_EQ(Exported(rule), before);
+    EXPECT_EQ(ExportedText(rule), before);
 }
 
 // OK is offered while one of the four boxes is checked; a switched-on step needs at least
@@ -281,7 +271,7 @@ TEST_F(FastenerSettingDialogsTest, BoltScrewCriteriaSwitchesAndSteps) {
 TEST_F(FastenerSettingDialogsTest, BoltScrewKeepsAnOperatorItDoesNotOfferAndCancelKeepsTheRule) {
     CZEBAssemblyBoltScrewRationalizationRule rule;
     FindTyped<double>(rule, 9027)->op = ZebOp_Equal;
-    const std::string before = Exported(rule);
+    const std::string before = ExportedText(rule);
     {
         BoltScrew cancelled(&rule);
         ShowActive(&cancelled);
@@ -289,7 +279,7 @@ TEST_F(FastenerSettingDialogsTest, BoltScrewKeepsAnOperatorItDoesNotOfferAndCanc
         Type(cancelled.ControlById<CDoubleEditEx>(BoltScrew::kLengthValueId), "7");
         cancelled.reject();
     }
-    EXPECT_EQ(Exported(rule), before);
+    EXPECT_EQ(ExportedText(rule), before);
 
     BoltScrew dialog(&rule);
     ShowActive(&dialog);

@@ -17,6 +17,7 @@
 #include "framework/zeb_xml.h"
 #include "rules/recomm_thread_connection_rule.h"
 #include "rules/rule_record.h"
+#include "tests/support/exported_rule.h"
 #include "tests/ui/qt_test_app.h"
 
 namespace {
@@ -32,16 +33,6 @@ void Store(CZebRule& rule, long id, const Rows& rows) {
     auto* table = FindTyped<ZebRow>(rule, id);
     table->values.RemoveAll();
     for (const ZebRow& row : rows) table->values.Add(row);
-}
-
-std::string Exported(CZebRule& rule) {
-    ZebXMLDocument doc;
-    SetSettingsDocument(&doc);
-    std::unique_ptr<ZebXMLNode> root(doc.CreateDocumentElement(L"AssemblyRules"));
-    std::unique_ptr<ZebXMLNode> exported(rule.ExportToXML());
-    root->AppendNode(exported.get());
-    SetSettingsDocument(nullptr);
-    return doc.GetXML();
 }
 
 // The filled pairs of a table, in order.
@@ -125,14 +116,14 @@ TEST_F(ThreadDialogsTest, ThreadTypesStoreEachPairOnceAndCancelKeepsTheRule) {
     Rows sixty;
     for (int i = 0; i < 60; ++i) sixty.push_back({L"T" + std::to_wstring(100 + i), L"S"});
     Store(rule, 7072, sixty);
-    const std::string before = Exported(rule);
+    const std::string before = ExportedText(rule);
     ThreadTypes dialog(&rule);
     ShowActive(&dialog);
     EXPECT_EQ(dialog.GetGrid()->GetRowCount(), 110);
     dialog.GetGrid()->SetCellText(0, 1, L"CHANGED");
     dialog.ControlById<QCheckBox>(ThreadTypes::kThreadSizesSwitchId)->click();
     dialog.reject();
-    EXPECT_EQ(Exported(rule), before);
+    EXPECT_EQ(ExportedText(rule), before);
 }
 
 // The editor opens from the thread types dialog over it and edits parameter 9148 in memory:
