@@ -133,7 +133,6 @@ void CRuleSetEditor::BuildMenus() {
     file->addAction(tr("&New"), QKeySequence::New, this, [this] { NewDocument(); });
     file->addAction(tr("&Open..."), QKeySequence::Open, this, [this] { OpenDocument(); });
     m_recentMenu = file->addMenu(tr("Open &Recent"));
-    connect(m_recentMenu, &QMenu::aboutToShow, this, [this] { FillRecentMenu(); });
     FillRecentMenu();
     file->addSeparator();
     file->addAction(tr("&Save"), QKeySequence::Save, this, [this] { SaveDocument(); });
@@ -145,8 +144,6 @@ void CRuleSetEditor::BuildMenus() {
     rules->addAction(tr("&Configure..."), QKeySequence(Qt::CTRL | Qt::Key_E), this,
                      [this] { ConfigureCurrentRule(); });
     m_addRuleMenu = rules->addMenu(tr("&Add Rule"));
-    connect(m_addRuleMenu, &QMenu::aboutToShow, this, [this] { FillAddRuleMenu(); });
-    FillAddRuleMenu();
     rules->addAction(tr("&Remove Rule"), QKeySequence::Delete, this, [this] { RemoveCurrentRule(); });
     rules->addAction(tr("Reset to &Defaults"), this, [this] { ResetCurrentRule(); });
 
@@ -196,6 +193,7 @@ void CRuleSetEditor::RememberRecent(const std::string& path) {
     recent.prepend(full);
     while (recent.size() > kMostRecent) recent.removeLast();
     settings.setValue(kRecentKey, recent);
+    FillRecentMenu();
 }
 
 void CRuleSetEditor::ShowRow(int row) {
@@ -221,6 +219,8 @@ void CRuleSetEditor::Refresh() {
     m_table->resizeColumnToContents(kRuleColumn);
     m_table->resizeColumnToContents(kSeverityColumn);
     if (current >= 0 && current < m_table->rowCount()) m_table->setCurrentCell(current, 0);
+    // Filled here, not when shown: a submenu that is disabled is never shown.
+    FillAddRuleMenu();
 
     const QString name = m_document.Path().empty() ? tr("Untitled") : QFileInfo(Q(m_document.Path())).fileName();
     setWindowTitle(name + "[*] - " + tr("Vantor Rules"));

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "database/service/data_helper.h"
+#include "tests/support/file_bytes.h"
 
 // A fresh database folder for one test, named by VANTOR_DATABASE_DIR while the object lives.
 class ScopedDatabaseFolder {
@@ -32,11 +33,6 @@ public:
 private:
     std::filesystem::path folder_;
 };
-
-inline std::string FileBytes(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
 // Runs one query on the file directly, past the service: the first column of the first row.
 inline std::string QueryFile(const std::filesystem::path& path, const char* sql) {

@@ -42,13 +42,6 @@ namespace fs = std::filesystem;
 namespace {
 using Rows = std::vector<ZebRow>;
 
-std::string ReadText(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 std::string Utf8(ZebStringId id) { return QString::fromStdWString(LoadLocalizedString(id)).toStdString(); }
 
 // Answers the error dialogs an import opens, in order, and keeps what each showed.
@@ -362,7 +355,7 @@ TEST_F(FastenerDialogTest, ClearanceImportsSheetsIntoTheTable) {
                                                       {L"ISO 4762 M6", L"0.5", L"1.5", L"0.7", L"1.25"},
                                                       {L"ZZ LAST", L"1.0", L"2.0", L"3.0", L"4.0"},
                                                       {}}));
-    EXPECT_EQ(ReadText(LogOf("clearances", "FastnerClearance_log.txt")),
+    EXPECT_EQ(FileBytes(LogOf("clearances", "FastnerClearance_log.txt")),
               Utf8(IDS_LOG_INVALID_VALUES) + Utf8(IDS_LOG_REPEATED_NAMES) + "ISO 4017 M8\n");
 
     // The simple layout from an ".xlsx": a repeated name warns once; declining leaves the table.
@@ -385,7 +378,7 @@ TEST_F(FastenerDialogTest, ClearanceImportsSheetsIntoTheTable) {
     EXPECT_EQ(seen[0].message, LoadLocalizedString(IDS_SHEET_ROWS_INVALID));
     EXPECT_FALSE(seen[0].cancelShown);
     EXPECT_EQ(grid->GetRows(), kept);
-    EXPECT_EQ(ReadText(LogOf("blocked", "FastnerClearance_log.txt")),
+    EXPECT_EQ(FileBytes(LogOf("blocked", "FastnerClearance_log.txt")),
               Utf8(IDS_LOG_INVALID_VALUES) + "empty\nempty\n" + Utf8(IDS_LOG_REPEATED_NAMES) + "empty\n");
 
     // Only a heading, or headings of another layout: refused with 8160.
@@ -456,7 +449,7 @@ TEST_F(FastenerDialogTest, EngagementImportChecksTheLengths) {
     auto seen = Import(&dialog, bad, {CZEBFastenerErrorDlg::kIdOk});
     ASSERT_EQ(seen.size(), 1u);
     EXPECT_FALSE(seen[0].cancelShown);
-    EXPECT_EQ(ReadText(LogOf("lengths", "FastenerEngement_log.txt")),
+    EXPECT_EQ(FileBytes(LogOf("lengths", "FastenerEngement_log.txt")),
               Utf8(IDS_LOG_INVALID_VALUES) + "ACME 1\n" + Utf8(IDS_LOG_REPEATED_NAMES));
     EXPECT_EQ(Cell(*grid, 0, 0), L"ISO 4017 M8");
 

@@ -33,7 +33,7 @@ protected:
         file = folder.Folder() / "settings.xml";
         const std::string made = VANTOR_BUILD_DIR "/bin/vantor-rules new -o " + file.string() + " 2>/dev/null";
         ASSERT_EQ(std::system(made.c_str()), 0);
-        original = ReadText(file);
+        original = FileBytes(file);
     }
 
     int Configure(const std::string& rule, const std::string& output = "") {
@@ -57,13 +57,13 @@ protected:
 TEST_F(ConfigureTest, OkWritesOnlyTheConfiguredRuleAndCancelNothing) {
     AnswerRuleDialog(CZEBRuleDlgBase::kIdCancel);
     EXPECT_EQ(Configure("fastener clearance"), 1);
-    EXPECT_TRUE(ReadText(file) == original);
+    EXPECT_TRUE(FileBytes(file) == original);
 
     const fs::path out = folder.Folder() / "out.xml";
     AnswerRuleDialog(CZEBRuleDlgBase::kIdOk, 4);
     EXPECT_EQ(Configure("FASTENER CLEARANCE", out.string()), 0);
-    EXPECT_TRUE(ReadText(file) == original);
-    const std::vector<std::string> before = RuleElements(original), after = RuleElements(ReadText(out));
+    EXPECT_TRUE(FileBytes(file) == original);
+    const std::vector<std::string> before = RuleElements(original), after = RuleElements(FileBytes(out));
     ASSERT_EQ(after.size(), before.size());
     int changed = 0;
     for (size_t i = 0; i < before.size(); ++i) {
@@ -80,14 +80,14 @@ TEST_F(ConfigureTest, OkWritesOnlyTheConfiguredRuleAndCancelNothing) {
     // OK without a change writes the file back as it was.
     AnswerRuleDialog(CZEBRuleDlgBase::kIdOk);
     EXPECT_EQ(Configure("Fastener Engagement Length"), 0);
-    EXPECT_TRUE(ReadText(file) == original);
+    EXPECT_TRUE(FileBytes(file) == original);
 }
 
 // Rules the file or the module does not have, and rules without a dialog yet, are refused.
 TEST_F(ConfigureTest, RefusesWhatItCannotConfigure) {
     EXPECT_EQ(Configure("No Such Rule"), 2);
     EXPECT_EQ(Configure("Hole Alignment"), 2);  // no dialog yet
-    EXPECT_TRUE(ReadText(file) == original);
+    EXPECT_TRUE(FileBytes(file) == original);
     CommandArgs args;
     args.positional = {(folder.Folder() / "missing.xml").string(), "Fastener Clearance"};
     EXPECT_EQ(ConfigureSettings(args), 2);
@@ -106,7 +106,7 @@ TEST_F(ConfigureTest, BoltScrewSummaryFollowsItsDialog) {
     });
     timer->start(10);
     ASSERT_EQ(Configure("Bolt and Screw Rationalization"), 0);
-    const std::string text = ReadText(file);
+    const std::string text = FileBytes(file);
     const size_t rule = text.find("<Rule Name=\"Bolt and Screw Rationalization\"");
     ASSERT_NE(rule, std::string::npos);
     const std::string element = text.substr(rule, text.find("</Rule>", rule) - rule);

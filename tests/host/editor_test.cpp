@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 
 #include <QApplication>
+#include <QMenu>
 #include <QMenuBar>
 #include <QTableWidget>
 #include <QTest>
@@ -46,10 +47,10 @@ protected:
         file = folder.Folder() / "settings.xml";
         const std::string made = VANTOR_BUILD_DIR "/bin/vantor-rules new -o " + file.string() + " 2>/dev/null";
         ASSERT_EQ(std::system(made.c_str()), 0);
-        std::string text = ReadText(file);
+        std::string text = FileBytes(file);
         text.insert(text.rfind("  </AssemblyRules>"), "    " + kUnknownRule + "\n");
         std::ofstream(file, std::ios::binary) << text;
-        original = ReadText(file);
+        original = FileBytes(file);
     }
 
     // The table row whose first column reads `text`; -1 when none does.
@@ -98,11 +99,11 @@ TEST_F(EditorTest, ConfiguringOneRuleChangesOnlyItsElement) {
     QTest::keyClick(editor.Table(), Qt::Key_Return);
     EXPECT_TRUE(editor.isWindowModified());
     EXPECT_EQ(editor.Table()->item(clearance, 1)->text(), "Critical");
-    EXPECT_EQ(ReadText(file), original);
+    EXPECT_EQ(FileBytes(file), original);
 
     ASSERT_TRUE(editor.SaveDocument());
     EXPECT_FALSE(editor.isWindowModified());
-    const std::string saved = ReadText(file);
+    const std::string saved = FileBytes(file);
     const std::vector<std::string> before = RuleElements(original), after = RuleElements(saved);
     ASSERT_EQ(after.size(), before.size());
     for (size_t i = 0; i < before.size(); ++i) {
@@ -140,7 +141,7 @@ TEST_F(EditorTest, UnsavedChangesAreAskedAbout) {
     EXPECT_EQ(editor.Table()->rowCount(), 12);  // every rule of the module, at its defaults
     EXPECT_FALSE(editor.Document().IsModified());
     EXPECT_EQ(editor.windowTitle(), "Untitled[*] - Vantor Rules");
-    EXPECT_EQ(ReadText(file), original);
+    EXPECT_EQ(FileBytes(file), original);
 
     // A new document is saved under the name the chooser gives.
     editor.Table()->setCurrentCell(0, 0);
@@ -151,7 +152,7 @@ TEST_F(EditorTest, UnsavedChangesAreAskedAbout) {
     EXPECT_TRUE(editor.close());
     ASSERT_EQ(ui.choosers.size(), 1u);
     EXPECT_TRUE(ui.choosers[0].forSaving);
-    EXPECT_EQ(RuleElements(ReadText(chosen)).size(), 12u);
+    EXPECT_EQ(RuleElements(FileBytes(chosen)).size(), 12u);
 }
 
 // A damaged file is refused with the place of the error and stays as it was; a save that fails
@@ -168,7 +169,7 @@ TEST_F(EditorTest, BadFilesAndFailedSavesLoseNothing) {
     EXPECT_NE(message.find(broken.wstring()), std::wstring::npos) << message;
     EXPECT_NE(message.find(L"line 4"), std::wstring::npos) << message;
     EXPECT_NE(message.find(L"column"), std::wstring::npos) << message;
-    EXPECT_EQ(ReadText(broken), brokenText);
+    EXPECT_EQ(FileBytes(broken), brokenText);
     EXPECT_EQ(editor.Table()->rowCount(), 13);
     EXPECT_EQ(editor.Document().Path(), file.string());
 
@@ -185,7 +186,7 @@ TEST_F(EditorTest, BadFilesAndFailedSavesLoseNothing) {
     signal(SIGXFSZ, SIG_DFL);
     EXPECT_FALSE(saved);
     EXPECT_EQ(ui.messages.size(), 2u);
-    EXPECT_EQ(ReadText(file), original);
+    EXPECT_EQ(FileBytes(file), original);
     EXPECT_TRUE(editor.Document().IsModified());
     EXPECT_TRUE(editor.isWindowModified());
     size_t leftovers = 0;
@@ -208,7 +209,7 @@ TEST_F(EditorTest, UnitsConvertEveryRuleAndBack) {
     const fs::path inches = folder.Folder() / "inches.xml";
     std::string message;
     ASSERT_TRUE(editor.Document().Save(inches.string(), message)) << message;
-    const std::string inchText = ReadText(inches);
+    const std::string inchText = FileBytes(inches);
     EXPECT_NE(inchText.find("Unit=\"3\""), std::string::npos);
     EXPECT_NE(inchText.find("<Value>0.019685</Value>"), std::string::npos);  // 0.5 mm
     editor.ChangeUnit(0);
@@ -221,7 +222,7 @@ TEST_F(EditorTest, UnitsConvertEveryRuleAndBack) {
             found.push_back(it->str());
         return found;
     };
-    EXPECT_EQ(valuesOf(ReadText(inches)), valuesOf(text));
+    EXPECT_EQ(valuesOf(FileBytes(inches)), valuesOf(text));
     EXPECT_NE(valuesOf(inchText), valuesOf(text));
 
     std::string withUnknown = inchText;
@@ -250,8 +251,16 @@ TEST_F(EditorTest, RulesAreAddedBackAndTheWindowSpeaksTheUsersLanguage) {
         ASSERT_GE(clearance, 0);
         EXPECT_EQ(editor.Table()->item(clearance, 1)->text(), "Schwerwiegend");
 
+        QMenu* addRule = nullptr;
+        for (QAction* action : editor.menuBar()->actions().at(1)->menu()->actions())
+            if (action->menu()) addRule = action->menu();
+        ASSERT_NE(addRule, nullptr);
+        EXPECT_FALSE(addRule->isEnabled());  // every rule is there
         editor.Table()->setCurrentCell(clearance, 0);
         editor.RemoveCurrentRule();
+        ASSERT_TRUE(addRule->isEnabled());
+        ASSERT_EQ(addRule->actions().size(), 1);
+        EXPECT_EQ(addRule->actions().at(0)->text(), "Fastener Clearance");
         const auto missing = editor.Document().MissingRules();
         ASSERT_EQ(missing.size(), 1u);
         EXPECT_EQ(missing[0].first, L"Fastener Clearance");

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/file_bytes.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -18,13 +20,6 @@ struct HostRun {
     std::string out;
     std::string err;
 };
-
-std::string ReadFile(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 void WriteFile(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
 
@@ -56,7 +51,7 @@ protected:
         for (size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.out.append(buffer, n);
         const int status = pclose(pipe);
         run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        run.err = ReadFile(err);
+        run.err = FileBytes(err);
         return run;
     }
 
@@ -104,7 +99,7 @@ TEST_F(HostCommandsTest, TheEditorWithAndWithoutADisplay) {
                                   " VANTOR_DATABASE_DIR=" + P("db");
     HostRun pictured = Host("edit " + P("rules.xml") + " --screenshot " + P("editor.png"), offscreen);
     ASSERT_EQ(pictured.status, 0) << pictured.err;
-    EXPECT_EQ(ReadFile(dir / "editor.png").substr(1, 3), "PNG");
+    EXPECT_EQ(FileBytes(dir / "editor.png").substr(1, 3), "PNG");
 
     WriteFile(dir / "broken.xml", "<VantorSettings>\n<AssemblyRules>\n");
     HostRun broken = Host("edit " + P("broken.xml") + " --screenshot " + P("broken.png"), offscreen);
@@ -117,7 +112,7 @@ TEST_F(HostCommandsTest, TheEditorWithAndWithoutADisplay) {
 TEST_F(HostCommandsTest, NewShowAndConvert) {
     HostRun made = Host("new -o " + P("inch.xml") + " --unit 3");
     ASSERT_EQ(made.status, 0) << made.err;
-    const std::string text = ReadFile(dir / "inch.xml");
+    const std::string text = FileBytes(dir / "inch.xml");
     EXPECT_NE(text.find("<AssemblyRules Version=\"v3.5\" Unit=\"3\">"), std::string::npos);
     EXPECT_EQ(Lines(Host("list").out).size(), 12u);
 
@@ -129,7 +124,7 @@ TEST_F(HostCommandsTest, NewShowAndConvert) {
 
     HostRun converted = Host("convert " + P("inch.xml") + " --unit 1 -o " + P("cm.xml"));
     ASSERT_EQ(converted.status, 0) << converted.err;
-    EXPECT_NE(ReadFile(dir / "cm.xml").find("Unit=\"1\""), std::string::npos);
+    EXPECT_NE(FileBytes(dir / "cm.xml").find("Unit=\"1\""), std::string::npos);
     HostRun shownCm = Host("show " + P("cm.xml"));
     EXPECT_NE(shownCm.out.find("  7800\tdouble\top <=\tkind 1\tstatus 1\tcriteria 1 type 0\tvalues 0.05"),
               std::string::npos)
@@ -140,8 +135,8 @@ TEST_F(HostCommandsTest, NewShowAndConvert) {
     // rule does not take its unit from the document.
     ASSERT_EQ(Host("resave " + P("cm.xml") + " -o " + P("again.xml")).status, 0);
     const std::regex summary(" Summary=\"[^\"]*\"");
-    EXPECT_TRUE(std::regex_replace(ReadFile(dir / "again.xml"), summary, "") ==
-                std::regex_replace(ReadFile(dir / "cm.xml"), summary, ""));
+    EXPECT_TRUE(std::regex_replace(FileBytes(dir / "again.xml"), summary, "") ==
+                std::regex_replace(FileBytes(dir / "cm.xml"), summary, ""));
 }
 
 TEST_F(HostCommandsTest, ResaveFindsRulesAtAnyDepthAndKeepsUnknownOnes) {
@@ -153,7 +148,7 @@ TEST_F(HostCommandsTest, ResaveFindsRulesAtAnyDepthAndKeepsUnknownOnes) {
     HostRun resaved = Host("resave " + P("mixed.xml") + " -o " + P("out.xml"));
     ASSERT_EQ(resaved.status, 0) << resaved.err;
     EXPECT_NE(resaved.err.find("'Wobble Check'; it is kept as it stands"), std::string::npos) << resaved.err;
-    const std::string out = ReadFile(dir / "out.xml");
+    const std::string out = FileBytes(dir / "out.xml");
     EXPECT_NE(out.find("<VantorSettings>\n  <AssemblyRules Version=\"v3.5\" Unit=\"2\">"), std::string::npos);
     const size_t alignment = out.find("Name=\"FASTENER ALIGNMENT\"");
     const size_t kept = out.find("<Rule Name=\"Wobble Check\" Severity=\"4\">");
@@ -173,9 +168,9 @@ TEST_F(HostCommandsTest, ResaveFindsRulesAtAnyDepthAndKeepsUnknownOnes) {
     EXPECT_FALSE(fs::exists(dir / "mm.xml"));
 
     // Each rule converts from its own parent's unit: metres to millimetres here.
-    WriteFile(dir / "mixed.xml", std::regex_replace(ReadFile(dir / "mixed.xml"), std::regex("<Rule Name=\"Wobble Check\".*?</Rule>"), ""));
+    WriteFile(dir / "mixed.xml", std::regex_replace(FileBytes(dir / "mixed.xml"), std::regex("<Rule Name=\"Wobble Check\".*?</Rule>"), ""));
     ASSERT_EQ(Host("convert " + P("mixed.xml") + " --unit 0 -o " + P("mm.xml")).status, 0);
-    EXPECT_NE(ReadFile(dir / "mm.xml").find("<Value>250.000000</Value>"), std::string::npos);
+    EXPECT_NE(FileBytes(dir / "mm.xml").find("<Value>250.000000</Value>"), std::string::npos);
 }
 
 TEST_F(HostCommandsTest, ARuleInsideAnotherTravelsWithItAndIsNeverCopied) {
@@ -188,8 +183,8 @@ TEST_F(HostCommandsTest, ARuleInsideAnotherTravelsWithItAndIsNeverCopied) {
         </AssemblyRules></VantorSettings>)");
     ASSERT_EQ(Host("resave " + P("nested.xml") + " -o " + P("once.xml")).status, 0);
     ASSERT_EQ(Host("resave " + P("once.xml") + " -o " + P("twice.xml")).status, 0);
-    const std::string once = ReadFile(dir / "once.xml");
-    EXPECT_EQ(once, ReadFile(dir / "twice.xml"));
+    const std::string once = FileBytes(dir / "once.xml");
+    EXPECT_EQ(once, FileBytes(dir / "twice.xml"));
     size_t rules = 0;
     for (size_t at = once.find("<Rule "); at != std::string::npos; at = once.find("<Rule ", at + 1)) ++rules;
     EXPECT_EQ(rules, 3u) << once;
@@ -227,7 +222,7 @@ TEST_F(HostCommandsTest, BadInputIsReportedAndWritesNothing) {
         EXPECT_NE(run.err.find("broken.xml: line 3, column"), std::string::npos) << run.err;
         EXPECT_TRUE(run.out.empty());
     }
-    EXPECT_EQ(ReadFile(dir / "keep.xml"), "old contents");
+    EXPECT_EQ(FileBytes(dir / "keep.xml"), "old contents");
 
     HostRun empty = Host("resave " + P("empty.xml") + " -o " + P("new.xml"));
     EXPECT_EQ(empty.status, 2);
@@ -253,13 +248,13 @@ TEST_F(HostCommandsTest, ModuleFolderWithADatabaseModule) {
     fs::copy_file(VANTOR_BUILD_DIR "/share/vantor/res/en/ZEBAssemblyRulesResu.so", modules / "ZEBDatabaseu.so");
     HostRun made = Host("new -o " + P("db.xml") + " --module-dir " + modules.string());
     ASSERT_EQ(made.status, 0) << made.err;
-    const std::string text = ReadFile(dir / "db.xml");
+    const std::string text = FileBytes(dir / "db.xml");
     EXPECT_NE(text.find("SelectedDatabase=\"ZEBDatabaseu\" DBCategory=\"Hardware\""), std::string::npos);
 
     // Without it the alignment rules name no database.
     fs::remove(modules / "ZEBDatabaseu.so");
     ASSERT_EQ(Host("new -o " + P("nodb.xml") + " --module-dir " + modules.string()).status, 0);
-    EXPECT_NE(ReadFile(dir / "nodb.xml").find("SelectedDatabase=\"\" DBCategory=\"Hardware\""), std::string::npos);
+    EXPECT_NE(FileBytes(dir / "nodb.xml").find("SelectedDatabase=\"\" DBCategory=\"Hardware\""), std::string::npos);
 
     // A database module that does not load is reported, and the rules still come.
     WriteFile(modules / "ZEBDatabaseu.so", "not a library");
@@ -272,7 +267,7 @@ TEST_F(HostCommandsTest, ModuleFolderWithADatabaseModule) {
 // configure shows a dialog: without a display, or for a rule the file does not hold, it refuses.
 TEST_F(HostCommandsTest, ConfigureRefusesWithoutADisplayOrARule) {
     ASSERT_EQ(Host("new -o " + P("rules.xml")).status, 0);
-    const std::string before = ReadFile(dir / "rules.xml");
+    const std::string before = FileBytes(dir / "rules.xml");
     HostRun noDisplay = Host("configure " + P("rules.xml") + " \"Fastener Clearance\"",
                              "env -u QT_QPA_PLATFORM -u DISPLAY -u WAYLAND_DISPLAY");
     EXPECT_EQ(noDisplay.status, 2);
@@ -281,7 +276,7 @@ TEST_F(HostCommandsTest, ConfigureRefusesWithoutADisplayOrARule) {
     EXPECT_EQ(unknown.status, 2);
     EXPECT_NE(unknown.err.find("Wobble"), std::string::npos) << unknown.err;
     EXPECT_EQ(Host("configure " + P("missing.xml") + " Wobble", "QT_QPA_PLATFORM=offscreen").status, 2);
-    EXPECT_EQ(ReadFile(dir / "rules.xml"), before);
+    EXPECT_EQ(FileBytes(dir / "rules.xml"), before);
     EXPECT_NE(Host("--help").out.find("configure FILE RULE"), std::string::npos);
 }
 
@@ -291,7 +286,7 @@ TEST_F(HostCommandsTest, OutputKeepsTheModeOfTheFileItReplaces) {
     fs::permissions(dir / "private.xml", fs::perms::owner_read | fs::perms::owner_write);
     HostRun replaced = Host("new -o " + P("private.xml"), "umask 022;");
     ASSERT_EQ(replaced.status, 0) << replaced.err;
-    EXPECT_NE(ReadFile(dir / "private.xml").find("<VantorSettings>"), std::string::npos);
+    EXPECT_NE(FileBytes(dir / "private.xml").find("<VantorSettings>"), std::string::npos);
     EXPECT_EQ(mode(dir / "private.xml"), fs::perms::owner_read | fs::perms::owner_write);
 
     // A new file follows the umask.
@@ -305,7 +300,7 @@ TEST_F(HostCommandsTest, OutputKeepsTheModeOfTheFileItReplaces) {
     const std::string longName = std::string(246, 'n') + ".xml";
     HostRun named = Host("new -o " + P(longName));
     ASSERT_EQ(named.status, 0) << named.err;
-    EXPECT_NE(ReadFile(dir / longName).find("<VantorSettings>"), std::string::npos);
+    EXPECT_NE(FileBytes(dir / longName).find("<VantorSettings>"), std::string::npos);
     size_t files = 0;
     for ([[maybe_unused]] const auto& entry : fs::directory_iterator(dir)) ++files;
     EXPECT_EQ(files, 5u);  // the four outputs and the captured messages
@@ -318,7 +313,7 @@ TEST_F(HostCommandsTest, FailedWriteKeepsTheOldFile) {
     HostRun run = Host("new -o " + P("keep.xml"), "trap '' XFSZ; ulimit -f 1;");
     EXPECT_EQ(run.status, 1);
     EXPECT_NE(run.err.find("cannot write"), std::string::npos) << run.err;
-    EXPECT_EQ(ReadFile(dir / "keep.xml"), "old contents");
+    EXPECT_EQ(FileBytes(dir / "keep.xml"), "old contents");
     EXPECT_EQ(fs::status(dir / "keep.xml").permissions() & fs::perms::all, fs::perms::owner_read | fs::perms::owner_write);
     size_t files = 0;
     for ([[maybe_unused]] const auto& entry : fs::directory_iterator(dir)) ++files;

@@ -1,19 +1,10 @@
 #pragma once
 
-#include <filesystem>
-#include <fstream>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <vector>
 
-// A file's bytes as text.
-inline std::string ReadText(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
+#include "tests/support/file_bytes.h"
 
 // The "Rule" elements of a settings document's text, in order.
 inline std::vector<std::string> RuleElements(const std::string& text) {
