@@ -15,9 +15,12 @@ inline constexpr wchar_t kHelpTopicFastenerAccessibility[] = L"fastener-accessib
 inline constexpr wchar_t kHelpTopicBoltScrewRationalization[] = L"bolt-screw-rationalization-dialog";
 inline constexpr wchar_t kHelpTopicRecommThreadTypes[] = L"recommended-thread-types-dialog";
 inline constexpr wchar_t kHelpTopicThreadSize[] = L"thread-size-dialog";
+inline constexpr wchar_t kHelpTopicInterferenceDetection[] = L"interference-detection-dialog";
+inline constexpr wchar_t kHelpTopicMinimumClearance[] = L"minimum-clearance-dialog";
 
 inline constexpr const wchar_t* kDialogHelpTopics[] = {
     kHelpTopicHardwareDatabase,         kHelpTopicFastenerNameDatabase, kHelpTopicFastenerError,
     kHelpTopicFastenerClearance,        kHelpTopicFastenerEngagementLength,
     kHelpTopicFastenerAlignment,        kHelpTopicFastenerAccessibility,
-    kHelpTopicBoltScrewRationalization, kHelpTopicRecommThreadTypes,    kHelpTopicThreadSize};
+    kHelpTopicBoltScrewRationalization, kHelpTopicRecommThreadTypes,    kHelpTopicThreadSize,
+    kHelpTopicInterferenceDetection,    kHelpTopicMinimumClearance};

@@ -18,9 +18,7 @@ CZEBAsmRecommThreadConnListCtrl::CZEBAsmRecommThreadConnListCtrl(QWidget* parent
 
 void CZEBAsmRecommThreadConnListCtrl::SetUpPairColumns(const std::wstring& firstHeading,
                                                        const std::wstring& secondHeading) {
-    QFont courier(QStringLiteral("Courier"), 12);
-    courier.setStyleHint(QFont::TypeWriter);
-    horizontalHeader()->setFont(courier);
+    SetCourierHeadings();
     const int pairWidth = (viewport()->width() - 35) / 2;
     InsertColumn(L"", kMarkWidth);
     InsertColumn(firstHeading, pairWidth);

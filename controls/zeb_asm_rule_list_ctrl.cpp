@@ -16,20 +16,20 @@ void CZEBAsmRuleListCtrl::SetMode(Mode mode, PartFileNaming naming) {
     m_pairNaming = naming;
 }
 
-void CZEBAsmRuleListCtrl::SetNumberedColumns(const std::vector<std::wstring>& headers,
-                                             int totalWidth) {
-    if (GetColumnCount() > 0 || headers.empty()) return;
-    const int count = static_cast<int>(headers.size());
-    SetEditableColumns(1, count - 1);
-    InsertColumn(headers[0], 20);
-    for (int i = 1; i < count; ++i) InsertColumn(headers[i], (totalWidth - 20) / (count - 1));
+void CZEBAsmRuleListCtrl::SetUpColumns(const std::vector<std::wstring>& headers, int width, int rows) {
+    SetRuleTableLook();
+    SetNumberedColumns(headers, width);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    FitWidthToColumns();
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    AppendEmptyRows(rows);
 }
 
 bool CZEBAsmRuleListCtrl::IsBrowseColumn(int column) const {
     return IsPreferredComponentsMode() ? column >= 2 && column <= 4 : column == 1 || column == 2;
 }
 
-long CZEBAsmRuleListCtrl::CommitChecked() {
+long CZEBAsmRuleListCtrl::CommitCellEdit() {
     std::wstring text;
     const long result = EndCellEdit(text);
     if (result && !IsPreferredComponentsMode() && GetEditColumn() == kNumberColumn &&
@@ -39,7 +39,7 @@ long CZEBAsmRuleListCtrl::CommitChecked() {
 }
 
 bool CZEBAsmRuleListCtrl::OnLeftButtonDown(const QPoint& point) {
-    if (IsCellEditOpen()) CommitChecked();
+    if (IsCellEditOpen()) CommitCellEdit();
     int row = -1, column = -1;
     HitTest(point, row, column);
     if (column < 1 || column > 4) return false;
@@ -68,7 +68,7 @@ std::wstring CZEBAsmRuleListCtrl::GetCellTooltip(int row, int column) const {
 long CZEBAsmRuleListCtrl::KeyHandler(QEvent* event) {
     if (event->type() != QEvent::KeyPress) return 0;
     const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key == Qt::Key_Return || key == Qt::Key_Enter) return CommitChecked();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) return CommitCellEdit();
     return StandardKeyHandler(key);
 }
 

@@ -19,8 +19,12 @@ public:
     Mode GetMode() const { return m_mode; }
     bool IsPreferredComponentsMode() const { return m_mode == Mode::PreferredComponents; }
 
-    // Only on a table without columns: a 20 pixel column 0, the rest share the remaining width.
-    void SetNumberedColumns(const std::vector<std::wstring>& headers, int totalWidth);
+    // The rule table's look, `headers` sharing `width` pixels, the table just wide enough for
+    // them, and `rows` empty rows.
+    void SetUpColumns(const std::vector<std::wstring>& headers, int width, int rows);
+
+    // Commits the text editor; in pair mode a number column that is not numeric is emptied.
+    long CommitCellEdit();
 
     // True when the click fell on an editable column; other columns select as usual.
     bool OnLeftButtonDown(const QPoint& point);
@@ -34,8 +38,6 @@ protected:
 
 private:
     bool IsBrowseColumn(int column) const;
-    // Commits the text editor; in pair mode a number column that is not numeric is emptied.
-    long CommitChecked();
 
     Mode m_mode = Mode::PartPairs;
     PartFileNaming m_pairNaming = PartFileNaming::FileName;

@@ -4,6 +4,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QScrollBar>
+#include <QStyle>
 #include <QToolTip>
 #include <algorithm>
 
@@ -76,6 +77,35 @@ void CZEBListCtrl::SetColumns(const std::vector<std::wstring>& headers) {
 void CZEBListCtrl::InsertColumn(const std::wstring& header, int width) {
     m_model->AddColumn(header);
     setColumnWidth(GetColumnCount() - 1, width);
+}
+
+void CZEBListCtrl::SetNumberedColumns(const std::vector<std::wstring>& headers, int totalWidth) {
+    if (GetColumnCount() > 0 || headers.empty()) return;
+    const int count = static_cast<int>(headers.size());
+    SetEditableColumns(1, count - 1);
+    InsertColumn(headers[0], 20);
+    for (int i = 1; i < count; ++i) InsertColumn(headers[i], (totalWidth - 20) / (count - 1));
+}
+
+void CZEBListCtrl::FitWidthToColumns() {
+    int width = 2 * frameWidth();
+    for (int column = 0; column < GetColumnCount(); ++column) width += columnWidth(column);
+    if (verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff)
+        width += style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    setMinimumWidth(width);
+}
+
+void CZEBListCtrl::SetCourierHeadings() {
+    QFont courier(QStringLiteral("Courier"), 12);
+    courier.setStyleHint(QFont::TypeWriter);
+    horizontalHeader()->setFont(courier);
+}
+
+void CZEBListCtrl::SetRuleTableLook() {
+    setShowGrid(true);
+    horizontalHeader()->setSectionsMovable(true);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    SetCourierHeadings();
 }
 
 void CZEBListCtrl::SetEditableColumns(int first, int last) {

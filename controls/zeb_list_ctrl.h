@@ -30,6 +30,16 @@ public:
     // column becomes editable by keyboard navigation.
     void SetColumns(const std::vector<std::wstring>& headers);
     void InsertColumn(const std::wstring& header, int width);
+    // Only on a table without columns: a 20 pixel column 0, the others sharing the rest of
+    // `totalWidth`; columns 1 to the last are editable.
+    void SetNumberedColumns(const std::vector<std::wstring>& headers, int totalWidth);
+    // At least as wide as all its columns (and its scroll bar, when it has one).
+    void FitWidthToColumns();
+    // The headings of the rule dialogs' tables: 12 point "Courier".
+    void SetCourierHeadings();
+    // The look of the component tables: grid lines, movable "Courier" headings, whole rows
+    // selected.
+    void SetRuleTableLook();
     int GetColumnCount() const { return m_model->HeaderCount(); }
     int GetFirstEditableColumn() const { return m_firstEditable; }
     int GetLastEditableColumn() const { return m_lastEditable; }

@@ -11,6 +11,7 @@ class QWidget;
 // Writes `widget` as drawn to the PNG file `path`; false when it cannot be written.
 bool SaveWidgetPicture(QWidget& widget, const std::string& path);
 
-// Once a modal dialog is open, writes its picture to `path` and closes it as Cancel would.
-// `saved` tells afterwards whether the picture was written.
+// Once a modal dialog is open, writes its picture to `path` and closes it as Cancel would. A
+// dialog with tabs gets one picture per tab: the first at `path`, tab n at `path` with "-n"
+// before its extension. `saved` tells afterwards whether every picture was written.
 void PictureNextModalDialog(const std::string& path, bool& saved);

@@ -8,6 +8,8 @@
 #include "dialogs/fastener/fastener_clearance_dlg.h"
 #include "dialogs/fastener/fastener_engagement_len_dlg.h"
 #include "dialogs/fastener/recomm_thread_types_dlg.h"
+#include "dialogs/parts/interf_det_main_dlg.h"
+#include "dialogs/parts/min_clearance_dlg.h"
 #include "framework/case_fold.h"
 #include "rules/bolt_screw_rationalization_rule.h"
 #include "rules/contact_material_rule.h"
@@ -39,9 +41,11 @@ const RuleCatalogueEntry kEngagement{IDS_RULE_FASTENER_ENGAGEMENT_LENGTH,
                                      &Make<CZEBAssemblyFastenerEngagementLenRule>,
                                      &RunRuleDialogModal<CZEBAssemblyFastenerEngagementLenDlg>};
 const RuleCatalogueEntry kMinClearance{IDS_RULE_MIN_CLEARANCE,
-                                       &Make<CZEBAssemblyMinClearanceBetPartsRule>};
+                                       &Make<CZEBAssemblyMinClearanceBetPartsRule>,
+                                       &RunRuleDialogModal<CZEBAssemblyMinClearanceBetPartsDlg>};
 const RuleCatalogueEntry kInterference{IDS_RULE_INTERFERENCE_DETECTION,
-                                       &Make<CZEBAssemblyInterferenceDetectionRule>};
+                                       &Make<CZEBAssemblyInterferenceDetectionRule>,
+                                       &RunRuleDialogModal<ZEBASMInterfDetMainDlg>};
 const RuleCatalogueEntry kAccessibility{IDS_RULE_FASTENER_ACCESSIBILITY,
                                         &Make<CZEBAssemblyFastenerAccessibilityRule>,
                                         &RunRuleDialogModal<CZEBAssemblyFastenerAccessibilityDlg>};

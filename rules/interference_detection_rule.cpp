@@ -2,6 +2,7 @@
 
 #include "app/assembly_rules_app.h"
 #include "framework/unit_convertor.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 
 namespace {
@@ -49,3 +50,5 @@ void CZEBAssemblyInterferenceDetectionRule::ConvertUnits(const UnitSetting* from
     volume->values[0] = CZEBUnitConvertor::ConversionFromOneUnitToAnotherForVolume(
         volume->values[0], 1, from->LengthUnit, to->LengthUnit);
 }
+
+void CZEBAssemblyInterferenceDetectionRule::Configure() { RunRuleDialog(*this, IDS_RULE_INTERFERENCE_DETECTION); }

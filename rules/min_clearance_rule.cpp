@@ -1,6 +1,7 @@
 #include "rules/min_clearance_rule.h"
 
 #include "app/assembly_rules_app.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
 #include "util/number_text.h"
@@ -97,4 +98,10 @@ void CZEBAssemblyMinClearanceBetPartsRule::ConvertUnits(const UnitSetting* from,
     CurrentUnits = *to;
     CZebResourceScope scope;
     Summary = GeneralClearanceSummary();
+}
+
+void CZEBAssemblyMinClearanceBetPartsRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_MIN_CLEARANCE);
+    CZebResourceScope scope;
+    RebuildSummary();
 }

@@ -10,6 +10,7 @@ public:
     void ImportFromXML(ZebXMLNode* node) override;
     ZebXMLNode* ExportToXML() override;
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    void Configure() override;
     // General clearance part, then the part-pair part, each as its switch says.
     void RebuildSummary();
 

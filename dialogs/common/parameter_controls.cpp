@@ -15,15 +15,12 @@ void LoadFirstValue(CDoubleEditEx& field, const ZebTypedParam<double>& param) {
 
 double ReadNumberField(const CDoubleEditEx& field) { return ParseNumber(field.text().toStdWString()); }
 
-bool StoreFirstValue(ZebTypedParam<double>& param, double value, LongerList longer) {
-    const int32_t count = param.values.GetSize();
-    if (count == 0) {
-        param.values.Add(value);
-        return true;
-    }
-    if (count > 1 && longer == LongerList::LeftAlone) return false;
-    param.values[0] = value;
-    return true;
+void LoadSwitchBox(QAbstractButton& box, const ZebTypedParam<bool>& param) {
+    box.setChecked(!param.values.IsEmpty() && param.values[0]);
+}
+
+void StoreSwitchBox(const QAbstractButton& box, ZebTypedParam<bool>& param) {
+    StoreFirstValue(param, box.isChecked(), LongerList::FirstReplaced);
 }
 
 void LoadOperatorList(CWrapperComboCtrl& list, std::initializer_list<int> codes, OperatorTextFn text,

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
+#include <type_traits>
 
 #include "framework/param_storage.h"
 
@@ -23,7 +24,21 @@ double ReadNumberField(const CDoubleEditEx& field);
 enum class LongerList { LeftAlone, FirstReplaced };
 // `value` over element 0, or appended to an empty list. False when nothing was written (a longer
 // list left alone).
-bool StoreFirstValue(ZebTypedParam<double>& param, double value, LongerList longer);
+template <class T>
+bool StoreFirstValue(ZebTypedParam<T>& param, std::type_identity_t<T> value, LongerList longer) {
+    if (param.values.IsEmpty()) {
+        param.values.Add(value);
+        return true;
+    }
+    if (param.values.GetSize() > 1 && longer == LongerList::LeftAlone) return false;
+    param.values[0] = value;
+    return true;
+}
+
+// A check box over element 0 of a list of switches: unchecked when the list is empty; stored over
+// element 0, or appended to an empty list.
+void LoadSwitchBox(QAbstractButton& box, const ZebTypedParam<bool>& param);
+void StoreSwitchBox(const QAbstractButton& box, ZebTypedParam<bool>& param);
 
 // How a drop-down writes operator codes: OperatorSymbol or OperatorToText.
 using OperatorTextFn = std::wstring (*)(int code);

@@ -98,10 +98,7 @@ void CZEBAssemblyFastenerClearanceDlg::LoadFromRule(CZebRule& rule) {
 }
 
 void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
-    QFont courier(QStringLiteral("Courier"), 12);
-    courier.setStyleHint(QFont::TypeWriter);
-    for (CZEBListCtrl* table : {m_operatorGrid, static_cast<CZEBListCtrl*>(m_grid)})
-        table->horizontalHeader()->setFont(courier);
+    for (CZEBListCtrl* table : {m_operatorGrid, static_cast<CZEBListCtrl*>(m_grid)}) table->SetCourierHeadings();
 
     m_operatorGrid->InsertColumn(LoadLocalizedString(IsSecondList() ? IDS_FASTENER_NAME_ALTERNATIVE_HEADING
                                                                     : IDS_FASTENER_NAME_HEADING),
@@ -126,8 +123,8 @@ void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
     m_grid->SetEditableColumns(kFastenerNameColumn, CZEBAsmFastenerClearanceRuleListCtrl::kMaxB);
     m_grid->SetRows(RowsWithReserve(storedRows, {}));
     m_grid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    FitWidthToColumns(*m_grid);
-    FitWidthToColumns(*m_operatorGrid);
+    m_grid->FitWidthToColumns();
+    m_operatorGrid->FitWidthToColumns();
     m_grid->setMinimumHeight(12 * m_grid->verticalHeader()->defaultSectionSize());
 }
 

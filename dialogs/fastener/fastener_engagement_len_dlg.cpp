@@ -61,16 +61,14 @@ void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
     m_spareButton2->hide();
     ZebTypedParam<ZebRow>* lengths = FindTyped<ZebRow>(rule, kLengths);
     if (!lengths) return;
-    QFont courier(QStringLiteral("Courier"), 12);
-    courier.setStyleHint(QFont::TypeWriter);
-    m_grid->horizontalHeader()->setFont(courier);
+    m_grid->SetCourierHeadings();
     m_grid->InsertColumn(LoadLocalizedString(IsSecondList() ? IDS_FASTENER_NAME_ALTERNATIVE_HEADING
                                                             : IDS_FASTENER_NAME_HEADING),
                          kNameWidth);
     m_grid->InsertColumn(LoadLocalizedString(IDS_ENGAGEMENT_LENGTH_HEADING), kLengthWidth);
     m_grid->SetEditableColumns(kFastenerNameColumn, CZEBAsmFastenerEngagementLenRuleListCtrl::kLength);
     m_grid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    FitWidthToColumns(*m_grid);
+    m_grid->FitWidthToColumns();
     m_grid->setMinimumHeight(12 * m_grid->verticalHeader()->defaultSectionSize());
     const size_t stored = static_cast<size_t>(lengths->values.GetSize());
     std::vector<std::pair<size_t, CZebGridModel::Row>> placed;

@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <list>
@@ -92,14 +91,6 @@ std::vector<CZebGridModel::Row> CZEBFastenerTableDlg::RowsWithReserve(
     std::vector<CZebGridModel::Row> rows(stored + kReserveRows + placed.size());
     for (auto& [index, row] : placed) rows[index] = std::move(row);
     return rows;
-}
-
-void CZEBFastenerTableDlg::FitWidthToColumns(CZEBListCtrl& table) {
-    int width = 2 * table.frameWidth();
-    for (int column = 0; column < table.GetColumnCount(); ++column) width += table.columnWidth(column);
-    if (table.verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff)
-        width += table.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    table.setMinimumWidth(width);
 }
 
 void CZEBFastenerTableDlg::RegisterImportKey() { m_hotKey->Register(); }

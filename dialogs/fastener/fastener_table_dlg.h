@@ -64,8 +64,6 @@ protected:
     QVBoxLayout* TableArea() const { return m_tableArea; }
     // The table whose name cells the database's names fill and whose keys this dialog routes.
     void SetFastenerTable(CZEBListCtrl* table) { m_table = table; }
-    // Makes a table wide enough for all its columns (and its scroll bar, when it has one).
-    static void FitWidthToColumns(CZEBListCtrl& table);
 
     // Steps of opening, as the dialogs call them.
     void RegisterImportKey();

@@ -1,0 +1,58 @@
+#include "dialogs/parts/component_table_import.h"
+
+#include <algorithm>
+
+#include "app/assembly_rules_app.h"
+#include "controls/sheet_import.h"
+#include "controls/zeb_list_ctrl.h"
+#include "framework/resource_library.h"
+#include "framework/ui/ui_service.h"
+
+std::vector<CZebGridModel::Row> PlaceImportedColumns(std::vector<CZebGridModel::Row> rows,
+                                                     const SpreadsheetTable& imported,
+                                                     const ComponentImportLayout& layout,
+                                                     int leastEmptied, int& count) {
+    size_t largest = 0;
+    for (const auto& column : imported) largest = std::max(largest, column.size());
+    const size_t emptied = std::max<size_t>(
+        std::max<size_t>(largest, static_cast<size_t>(layout.leastRows)) + layout.rowsBelow,
+        static_cast<size_t>(std::max(leastEmptied, 0)));
+    if (rows.size() < emptied) rows.resize(emptied);
+    const size_t clearTo = layout.emptyEveryRow ? rows.size() : emptied;
+    for (size_t i = 0; i < clearTo; ++i) rows[i].clear();
+
+    count = static_cast<int>(largest);
+    for (size_t c = 0; c < imported.size(); ++c) {
+        size_t row = 0;
+        for (const std::wstring& name : imported[c]) {
+            if (layout.stopAtEmptyName && name.empty()) {
+                count = 0;
+                return rows;
+            }
+            CZebGridModel::Row& cells = rows[row++];
+            if (cells.size() < c + 2) cells.resize(c + 2);
+            cells[c + 1] = name;
+        }
+    }
+    return rows;
+}
+
+bool ImportComponentTable(QWidget* parent, CZEBListCtrl& table, const ComponentImportLayout& layout,
+                          SheetImportState& state, int leastEmptied) {
+    std::wstring text;
+    table.EndCellEdit(text);
+    std::wstring path;
+    if (!ChooseSpreadsheet(parent, path)) return false;
+    state.path = path;
+    SpreadsheetTable imported;
+    if (!ReadImportColumns(parent, path, layout.columns, imported,
+                           layout.readByRows ? std::optional<int>(0) : std::nullopt) ||
+        !CheckImportNotEmpty(parent, imported))
+        return false;
+    int count = 0;
+    table.SetRows(PlaceImportedColumns(table.GetRows(), imported, layout, leastEmptied, count));
+    state.columns = std::move(imported);
+    ZebUiMessage(parent, ZebFormatText(LoadLocalizedString(IDS_ROWS_IMPORTED), {std::to_wstring(count)}),
+                 ZebMsgIcon::Information, ZebMsgButtons::Ok);
+    return true;
+}
