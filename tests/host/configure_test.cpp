@@ -116,3 +116,26 @@ TEST_F(ConfigureTest, BoltScrewSummaryFollowsItsDialog) {
               std::string::npos)
         << element;
 }
+
+// The minimum clearance rule rebuilds its summary from what its dialog stored: with the general
+// clearance off and the part pairs on, only the part pairs' sentence is left.
+TEST_F(ConfigureTest, MinClearanceSummaryFollowsItsDialog) {
+    auto* timer = new QTimer;
+    QObject::connect(timer, &QTimer::timeout, [timer] {
+        auto* dialog = qobject_cast<CZEBRuleDlgBase*>(QApplication::activeModalWidget());
+        if (!dialog) return;
+        timer->stop();
+        timer->deleteLater();
+        qobject_cast<QAbstractButton*>(dialog->GetDlgItem(6008))->click();  // general clearance off
+        qobject_cast<QAbstractButton*>(dialog->GetDlgItem(6009))->click();  // part pairs on
+        qobject_cast<QAbstractButton*>(dialog->GetDlgItem(CZEBRuleDlgBase::kIdOk))->click();
+    });
+    timer->start(10);
+    ASSERT_EQ(Configure("Minimum Clearance Between Parts"), 0);
+    const std::string text = FileBytes(file);
+    const size_t rule = text.find("<Rule Name=\"Minimum Clearance Between Parts\"");
+    ASSERT_NE(rule, std::string::npos);
+    const std::string element = text.substr(rule, text.find("</Rule>", rule) - rule);
+    EXPECT_NE(element.find("Summary=\" Listed part pairs are checked against their own clearance.\""), std::string::npos)
+        << element;
+}
