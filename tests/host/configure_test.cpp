@@ -5,7 +5,6 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QTimer>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -95,16 +94,7 @@ TEST_F(ConfigureTest, RefusesWhatItCannotConfigure) {
 
 // The bolt and screw rule rebuilds its summary from what its dialog stored.
 TEST_F(ConfigureTest, BoltScrewSummaryFollowsItsDialog) {
-    auto* timer = new QTimer;
-    QObject::connect(timer, &QTimer::timeout, [timer] {
-        auto* dialog = qobject_cast<CZEBRuleDlgBase*>(QApplication::activeModalWidget());
-        if (!dialog) return;
-        timer->stop();
-        timer->deleteLater();
-        qobject_cast<QAbstractButton*>(dialog->GetDlgItem(9015))->click();  // same head type off
-        qobject_cast<QAbstractButton*>(dialog->GetDlgItem(CZEBRuleDlgBase::kIdOk))->click();
-    });
-    timer->start(10);
+    ClickInRuleDialog({9015, CZEBRuleDlgBase::kIdOk});  // same head type off
     ASSERT_EQ(Configure("Bolt and Screw Rationalization"), 0);
     const std::string text = FileBytes(file);
     const size_t rule = text.find("<Rule Name=\"Bolt and Screw Rationalization\"");
@@ -120,17 +110,8 @@ TEST_F(ConfigureTest, BoltScrewSummaryFollowsItsDialog) {
 // The minimum clearance rule rebuilds its summary from what its dialog stored: with the general
 // clearance off and the part pairs on, only the part pairs' sentence is left.
 TEST_F(ConfigureTest, MinClearanceSummaryFollowsItsDialog) {
-    auto* timer = new QTimer;
-    QObject::connect(timer, &QTimer::timeout, [timer] {
-        auto* dialog = qobject_cast<CZEBRuleDlgBase*>(QApplication::activeModalWidget());
-        if (!dialog) return;
-        timer->stop();
-        timer->deleteLater();
-        qobject_cast<QAbstractButton*>(dialog->GetDlgItem(6008))->click();  // general clearance off
-        qobject_cast<QAbstractButton*>(dialog->GetDlgItem(6009))->click();  // part pairs on
-        qobject_cast<QAbstractButton*>(dialog->GetDlgItem(CZEBRuleDlgBase::kIdOk))->click();
-    });
-    timer->start(10);
+    // The general clearance off, the part pairs on.
+    ClickInRuleDialog({6008, 6009, CZEBRuleDlgBase::kIdOk});
     ASSERT_EQ(Configure("Minimum Clearance Between Parts"), 0);
     const std::string text = FileBytes(file);
     const size_t rule = text.find("<Rule Name=\"Minimum Clearance Between Parts\"");

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QPushButton>
 #include <QTimer>
+#include <vector>
 
 #include "framework/ui/rule_dlg_base.h"
 
@@ -19,6 +21,20 @@ inline void AnswerRuleDialog(int button, int severity = 0) {
         if (severity)
             if (auto* list = qobject_cast<QComboBox*>(dialog->GetDlgItem(6022))) list->setCurrentIndex(severity - 1);
         qobject_cast<QPushButton*>(dialog->GetDlgItem(button))->click();
+    });
+    timer->start(10);
+}
+
+// Once a rule's dialog is open, clicks the buttons (check boxes, radios, push buttons) with the
+// ids `buttons` in order, as a user would; the last is usually OK or Cancel.
+inline void ClickInRuleDialog(std::vector<int> buttons) {
+    auto* timer = new QTimer;
+    QObject::connect(timer, &QTimer::timeout, [timer, buttons] {
+        auto* dialog = qobject_cast<CZEBRuleDlgBase*>(QApplication::activeModalWidget());
+        if (!dialog) return;
+        timer->stop();
+        timer->deleteLater();
+        for (int id : buttons) qobject_cast<QAbstractButton*>(dialog->GetDlgItem(id))->click();
     });
     timer->start(10);
 }
