@@ -17,10 +17,11 @@ inline constexpr wchar_t kHelpTopicRecommThreadTypes[] = L"recommended-thread-ty
 inline constexpr wchar_t kHelpTopicThreadSize[] = L"thread-size-dialog";
 inline constexpr wchar_t kHelpTopicInterferenceDetection[] = L"interference-detection-dialog";
 inline constexpr wchar_t kHelpTopicMinimumClearance[] = L"minimum-clearance-dialog";
+inline constexpr wchar_t kHelpTopicMaterialDatabase[] = L"material-database-dialog";
 
 inline constexpr const wchar_t* kDialogHelpTopics[] = {
     kHelpTopicHardwareDatabase,         kHelpTopicFastenerNameDatabase, kHelpTopicFastenerError,
     kHelpTopicFastenerClearance,        kHelpTopicFastenerEngagementLength,
     kHelpTopicFastenerAlignment,        kHelpTopicFastenerAccessibility,
     kHelpTopicBoltScrewRationalization, kHelpTopicRecommThreadTypes,    kHelpTopicThreadSize,
-    kHelpTopicInterferenceDetection,    kHelpTopicMinimumClearance};
+    kHelpTopicInterferenceDetection,    kHelpTopicMinimumClearance,     kHelpTopicMaterialDatabase};
