@@ -18,10 +18,16 @@ inline constexpr wchar_t kHelpTopicThreadSize[] = L"thread-size-dialog";
 inline constexpr wchar_t kHelpTopicInterferenceDetection[] = L"interference-detection-dialog";
 inline constexpr wchar_t kHelpTopicMinimumClearance[] = L"minimum-clearance-dialog";
 inline constexpr wchar_t kHelpTopicMaterialDatabase[] = L"material-database-dialog";
+inline constexpr wchar_t kHelpTopicHoleAlignment[] = L"hole-alignment-dialog";
+inline constexpr wchar_t kHelpTopicSlotAlignment[] = L"slot-alignment-dialog";
+inline constexpr wchar_t kHelpTopicContactMaterial[] = L"contact-material-dialog";
+inline constexpr wchar_t kHelpTopicPreferredComponents[] = L"preferred-components-dialog";
 
 inline constexpr const wchar_t* kDialogHelpTopics[] = {
     kHelpTopicHardwareDatabase,         kHelpTopicFastenerNameDatabase, kHelpTopicFastenerError,
     kHelpTopicFastenerClearance,        kHelpTopicFastenerEngagementLength,
     kHelpTopicFastenerAlignment,        kHelpTopicFastenerAccessibility,
     kHelpTopicBoltScrewRationalization, kHelpTopicRecommThreadTypes,    kHelpTopicThreadSize,
-    kHelpTopicInterferenceDetection,    kHelpTopicMinimumClearance,     kHelpTopicMaterialDatabase};
+    kHelpTopicInterferenceDetection,    kHelpTopicMinimumClearance,     kHelpTopicMaterialDatabase,
+    kHelpTopicHoleAlignment,            kHelpTopicSlotAlignment,        kHelpTopicContactMaterial,
+    kHelpTopicPreferredComponents};

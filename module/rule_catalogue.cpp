@@ -8,6 +8,7 @@
 #include "dialogs/fastener/fastener_clearance_dlg.h"
 #include "dialogs/fastener/fastener_engagement_len_dlg.h"
 #include "dialogs/fastener/recomm_thread_types_dlg.h"
+#include "dialogs/parts/alignment_check_dlg.h"
 #include "dialogs/parts/interf_det_main_dlg.h"
 #include "dialogs/parts/min_clearance_dlg.h"
 #include "framework/case_fold.h"
@@ -34,7 +35,8 @@ CZebRule* MakeSlotAlignment() {
                                              13090);
 }
 
-const RuleCatalogueEntry kHole{IDS_RULE_HOLE_ALIGNMENT, &Make<CZEBASMHoleAlignmentCheckRule>};
+const RuleCatalogueEntry kHole{IDS_RULE_HOLE_ALIGNMENT, &Make<CZEBASMHoleAlignmentCheckRule>,
+                               &RunRuleDialogModal<CZEBSMHoleAlignmentCheckDlg>};
 const RuleCatalogueEntry kPrefComp{IDS_RULE_PREFERRED_COMPONENTS,
                                    &Make<CZEBAssemblyCheckPrefCompRule>};
 const RuleCatalogueEntry kEngagement{IDS_RULE_FASTENER_ENGAGEMENT_LENGTH,
@@ -63,7 +65,8 @@ const RuleCatalogueEntry kAlignment{IDS_RULE_FASTENER_ALIGNMENT,
                                     &RunRuleDialogModal<CZEBAssemblyFastenerAlignmentDlg>};
 const RuleCatalogueEntry kContact{IDS_RULE_CONTACT_MATERIAL,
                                   &Make<CZEBAssemblyCheckContactMaterialRule>};
-const RuleCatalogueEntry kSlot{IDS_RULE_SLOT_ALIGNMENT, &MakeSlotAlignment};
+const RuleCatalogueEntry kSlot{IDS_RULE_SLOT_ALIGNMENT, &MakeSlotAlignment,
+                               &RunRuleDialogModal<CZEBASMSlotAlignmentCheckDlg>};
 }  // namespace
 
 const std::vector<RuleCatalogueEntry>& RuleCreationOrder() {

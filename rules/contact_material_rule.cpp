@@ -1,6 +1,7 @@
 #include "rules/contact_material_rule.h"
 
 #include "app/assembly_rules_app.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
 
@@ -48,3 +49,5 @@ void CZEBAssemblyCheckContactMaterialRule::ConvertUnits(const UnitSetting* from,
 }
 
 long CZEBAssemblyCheckContactMaterialRule::Import(ZebXMLDocument*, ZebXMLNode*, void*) { return 0; }
+
+void CZEBAssemblyCheckContactMaterialRule::Configure() { RunRuleDialog(*this, IDS_RULE_CONTACT_MATERIAL); }

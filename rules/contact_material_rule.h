@@ -10,5 +10,6 @@ public:
     void ImportFromXML(ZebXMLNode* node) override;
     ZebXMLNode* ExportToXML() override;
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    void Configure() override;
     long Import(ZebXMLDocument* doc, ZebXMLNode* node, void* context) override;
 };

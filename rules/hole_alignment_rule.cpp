@@ -5,6 +5,7 @@
 #include "app/assembly_rules_app.h"
 #include "framework/zeb_xml.h"
 #include "rules/alignment_support.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
 #include "util/texts.h"
@@ -94,6 +95,12 @@ void CZEBASMHoleAlignmentCheckRule::ConvertUnits(const UnitSetting* from, const 
             if (!p->values.IsEmpty()) p->values[0] = ConvertLength(p->values[0], from->LengthUnit, to->LengthUnit);
     }
     CurrentUnits = *to;
+    CZebResourceScope scope;
+    RebuildSummary();
+}
+
+void CZEBASMHoleAlignmentCheckRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_HOLE_ALIGNMENT);
     CZebResourceScope scope;
     RebuildSummary();
 }

@@ -11,5 +11,6 @@ public:
     ZebXMLNode* ExportToXML() override;
     long Evaluate(void* a, void* b, void* c) override;
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    void Configure() override;
     void RebuildSummary();
 };

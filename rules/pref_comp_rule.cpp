@@ -1,6 +1,7 @@
 #include "rules/pref_comp_rule.h"
 
 #include "app/assembly_rules_app.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 
 namespace {
@@ -35,3 +36,5 @@ ZebXMLNode* CZEBAssemblyCheckPrefCompRule::ExportToXML() {
 
 // Component names carry no lengths; not even the units are recorded.
 void CZEBAssemblyCheckPrefCompRule::ConvertUnits(const UnitSetting*, const UnitSetting*) {}
+
+void CZEBAssemblyCheckPrefCompRule::Configure() { RunRuleDialog(*this, IDS_RULE_PREFERRED_COMPONENTS); }

@@ -10,4 +10,5 @@ public:
     void ImportFromXML(ZebXMLNode* node) override;
     ZebXMLNode* ExportToXML() override;
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    void Configure() override;
 };

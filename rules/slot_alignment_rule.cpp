@@ -2,6 +2,7 @@
 
 #include "app/assembly_rules_app.h"
 #include "rules/alignment_support.h"
+#include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 #include "rules/rule_units.h"
 #include "util/texts.h"
@@ -75,6 +76,12 @@ void CZEBASMSlotAlignmentCheckRule::ConvertUnits(const UnitSetting* from, const 
             if (!p->values.IsEmpty()) p->values[0] = ConvertLength(p->values[0], from->LengthUnit, to->LengthUnit);
     }
     CurrentUnits = *to;
+    CZebResourceScope scope;
+    RebuildSummary();
+}
+
+void CZEBASMSlotAlignmentCheckRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_SLOT_ALIGNMENT);
     CZebResourceScope scope;
     RebuildSummary();
 }

@@ -12,6 +12,7 @@ public:
     ZebXMLNode* ExportToXML() override;
     long Evaluate(void* a, void* b, void* c) override;
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
+    void Configure() override;
     // Summary from 8004 when the rule holds it; otherwise left as it is.
     void RebuildSummary();
 };

@@ -85,7 +85,7 @@ TEST_F(ConfigureTest, OkWritesOnlyTheConfiguredRuleAndCancelNothing) {
 // Rules the file or the module does not have, and rules without a dialog yet, are refused.
 TEST_F(ConfigureTest, RefusesWhatItCannotConfigure) {
     EXPECT_EQ(Configure("No Such Rule"), 2);
-    EXPECT_EQ(Configure("Hole Alignment"), 2);  // no dialog yet
+    EXPECT_EQ(Configure("Contact Material"), 2);  // no dialog yet
     EXPECT_TRUE(FileBytes(file) == original);
     CommandArgs args;
     args.positional = {(folder.Folder() / "missing.xml").string(), "Fastener Clearance"};

@@ -1,0 +1,37 @@
+#include "database/material_pair_dlg.h"
+
+#include <QDialogButtonBox>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include "app/assembly_rules_app.h"
+#include "framework/ui/dialog_buttons.h"
+
+CEditMaterialPairDlg::CEditMaterialPairDlg(QWidget* parent, CZebRule* rule, MaterialChoice& target,
+                                           std::vector<std::wstring> preChecked)
+    : QDialog(parent),
+      m_tree(new CZebMaterialTree(WithZebControlId(new QTreeWidget(this), kTreeId),
+                                  MaterialParentRule::AllChildrenChecked)),
+      m_rule(rule),
+      m_target(target),
+      m_preChecked(std::move(preChecked)) {
+    setWindowTitle(QString::fromStdWString(LoadLocalizedString(IDS_MATERIAL_PAIR_TITLE)));
+    m_tree->Widget()->setMinimumSize(300, 360);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_tree->Widget(), 1);
+    layout->addWidget(MakeZebDialogButtons(this).box);
+
+    m_tree->Rebuild();
+    for (const std::wstring& name : m_preChecked) m_tree->CheckNamed(name);
+    m_tree->ExpandCheckedGroups();
+    m_tree->Highlight(m_tree->Root());
+}
+
+int CEditMaterialPairDlg::DoModal() { return exec(); }
+
+void CEditMaterialPairDlg::accept() {
+    m_target = m_tree->Checked();
+    done(kIdOk);
+}
+
+void CEditMaterialPairDlg::reject() { done(kIdCancel); }
