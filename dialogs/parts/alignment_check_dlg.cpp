@@ -36,6 +36,7 @@ CZEBAlignmentCheckDlg::CZEBAlignmentCheckDlg(CZebRule* rule, const std::wstring&
         RowControls controls{WithZebControlId(new CWrapperComboCtrl(Body()), row.operatorId),
                              WithZebControlId(new CDoubleEditEx(Body()), row.valueId),
                              WithZebControlId(new QLabel(Body()), row.unitId), nullptr};
+        controls.value->setMinimumWidth(100);
         if (row.switchId) {
             controls.on = WithZebControlId(new QCheckBox(LocalizedText(row.label), Body()), row.switchId);
             grid->addWidget(controls.on, line, 0);
