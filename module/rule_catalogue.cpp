@@ -11,6 +11,7 @@
 #include "dialogs/parts/alignment_check_dlg.h"
 #include "dialogs/parts/interf_det_main_dlg.h"
 #include "dialogs/parts/min_clearance_dlg.h"
+#include "dialogs/parts/pref_comp_dlg.h"
 #include "framework/case_fold.h"
 #include "rules/bolt_screw_rationalization_rule.h"
 #include "rules/contact_material_rule.h"
@@ -38,7 +39,8 @@ CZebRule* MakeSlotAlignment() {
 const RuleCatalogueEntry kHole{IDS_RULE_HOLE_ALIGNMENT, &Make<CZEBASMHoleAlignmentCheckRule>,
                                &RunRuleDialogModal<CZEBSMHoleAlignmentCheckDlg>};
 const RuleCatalogueEntry kPrefComp{IDS_RULE_PREFERRED_COMPONENTS,
-                                   &Make<CZEBAssemblyCheckPrefCompRule>};
+                                   &Make<CZEBAssemblyCheckPrefCompRule>,
+                                   &RunRuleDialogModal<CZEBAssemblyCheckPrefCompDlg>};
 const RuleCatalogueEntry kEngagement{IDS_RULE_FASTENER_ENGAGEMENT_LENGTH,
                                      &Make<CZEBAssemblyFastenerEngagementLenRule>,
                                      &RunRuleDialogModal<CZEBAssemblyFastenerEngagementLenDlg>};

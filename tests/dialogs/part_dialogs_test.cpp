@@ -21,11 +21,13 @@
 #include "dialogs/parts/interf_det_main_dlg.h"
 #include "dialogs/parts/interf_main_tab_ctrl.h"
 #include "dialogs/parts/min_clearance_dlg.h"
+#include "dialogs/parts/pref_comp_dlg.h"
 #include "dialogs/parts/zeb_asm_interf_ignore_comp_list_ctrl.h"
 #include "framework/resource_library.h"
 #include "framework/ui/recording_ui_service.h"
 #include "rules/interference_detection_rule.h"
 #include "rules/min_clearance_rule.h"
+#include "rules/pref_comp_rule.h"
 #include "rules/rule_record.h"
 #include "tests/database/db_test_support.h"
 #include "tests/support/exported_rule.h"
@@ -33,6 +35,7 @@
 #include "tests/support/scoped_temp_dir.h"
 #include "tests/support/sheet_writer.h"
 #include "tests/ui/qt_test_app.h"
+#include "util/string_table.h"
 
 namespace fs = std::filesystem;
 
@@ -41,6 +44,7 @@ using Interference = ZEBASMInterfDetMainDlg;
 using CheckPage = ZEBASMInterfDetCheckCompDlg;
 using IgnorePage = ZEBASMInterfDetIgnoreCompDlg;
 using MinClearance = CZEBAssemblyMinClearanceBetPartsDlg;
+using Preferred = CZEBAssemblyCheckPrefCompDlg;
 using Names = std::list<std::wstring>;
 using Rows = std::vector<CZebGridModel::Row>;
 
@@ -533,4 +537,82 @@ TEST_F(PartDialogsTest, MinClearanceImportsPartsAndClearances) {
     d.OnOK();
     EXPECT_FALSE(d.isVisible());
     EXPECT_EQ(StoredRows(rule, 2048), (std::vector<ZebRow>{{L"Gehäuse", L"Läufer", L"2.5"}, {L"duct", L"guard", L"3.0"}}));
+}
+
+// The table opens with one row per record above the spare rows, names kept exactly (separators
+// the codec does not use included); rows emptied between records are dropped on OK, and the text
+// reads back to the same table. Cancel writes nothing.
+TEST_F(PartDialogsTest, PreferredComponentsRoundTripThroughTheRuleText) {
+    CZEBAssemblyCheckPrefCompRule rule;
+    const std::vector<StringTableRow> records{{L"Bracket; steel", L"bracket|v2.prt", L"", L"bracket_old.prt"},
+                                              {L"to clear", L"x.prt", L"", L""},
+                                              {L"Tab\there <CZEB", L"nut_din934.prt", L"nut\u00e4.asm", L"nut_old.prt"}};
+    FindTyped<std::wstring>(rule, 7002)->values[0] = CZEBStringTableParser::Compose(records);
+    const std::string before = ExportedText(rule);
+    {
+        Preferred d(&rule);
+        ShowActive(&d);
+        d.ControlById<CZEBAsmRuleListCtrl>(Preferred::kTableId)->SetCellText(0, 1, L"changed");
+        d.reject();
+    }
+    EXPECT_EQ(ExportedText(rule), before);
+
+    Preferred d(&rule);
+    ShowActive(&d);
+    auto* table = d.ControlById<CZEBAsmRuleListCtrl>(Preferred::kTableId);
+    ASSERT_EQ(table->GetRowCount(), 124);
+    EXPECT_EQ(table->GetRows()[2], (CZebGridModel::Row{L"", records[2].Col1, records[2].Col2, records[2].Col3, records[2].Col4}));
+    EXPECT_EQ(table->GetColumnCount(), 5);
+    EXPECT_TRUE(table->IsPreferredComponentsMode());
+    for (int column = 1; column <= 4; ++column) table->SetCellText(1, column, L"");
+    table->SetCellText(10, 1, L"Washer");
+    table->SetCellText(10, 2, L"washer.prt");
+    d.OnOK();
+    EXPECT_FALSE(d.isVisible());
+    std::vector<StringTableRow> stored;
+    CZEBStringTableParser::Parse(FindTyped<std::wstring>(rule, 7002)->values[0], stored);
+    EXPECT_EQ(stored, (std::vector<StringTableRow>{records[0], records[2], {L"Washer", L"washer.prt", L"", L""}}));
+}
+
+// A component to replace that is also preferred or alternative somewhere (names equal up to
+// ".prt") is refused with the editor opened on the first such cell; nothing is stored.
+TEST_F(PartDialogsTest, PreferredComponentsRefuseAReplacedComponentListedAsPreferred) {
+    CZEBAssemblyCheckPrefCompRule rule;
+    const std::string before = ExportedText(rule);
+    Preferred d(&rule);
+    ShowActive(&d);
+    auto* table = d.ControlById<CZEBAsmRuleListCtrl>(Preferred::kTableId);
+    table->SetCellText(0, 2, L"bracket.prt");
+    table->SetCellText(0, 4, L"angle.prt");
+    table->SetCellText(1, 3, L"angle.prt.7");
+    table->SetCellText(1, 4, L"bracket.prt.3");
+    d.OnOK();
+    EXPECT_TRUE(d.isVisible());
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_EQ(ui.messages[0].text, Text(IDS_REPLACED_COMPONENT_ALSO_PREFERRED));
+    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Information);
+    EXPECT_TRUE(table->IsCellEditOpen());
+    EXPECT_EQ(table->GetEditRow(), 0);
+    EXPECT_EQ(table->GetEditColumn(), 2);
+    EXPECT_EQ(ExportedText(rule), before);
+}
+
+// Ctrl+I reads columns "A" to "D" over the whole table; OK stores the imported rows.
+TEST_F(PartDialogsTest, PreferredComponentsImportFourColumns) {
+    CZEBAssemblyCheckPrefCompRule rule;
+    Preferred d(&rule);
+    const fs::path sheet = temp.Path() / "preferred.xlsx";
+    WriteSheet(sheet, {{"Hex bolt M8", "iso4017_m8.prt", "din933_m8.prt", "acme_bolt_8.prt"},
+                       {"Grommet", "grommet_20.prt", SheetCell(), "rubber_ring.prt"}});
+    Import(&d, sheet);
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_EQ(ui.messages[0].text, ImportedMessage(2));
+    auto* table = d.ControlById<CZEBAsmRuleListCtrl>(Preferred::kTableId);
+    EXPECT_EQ(table->GetRowCount(), 122);
+    d.OnOK();
+    EXPECT_FALSE(d.isVisible());
+    std::vector<StringTableRow> stored;
+    CZEBStringTableParser::Parse(FindTyped<std::wstring>(rule, 7002)->values[0], stored);
+    EXPECT_EQ(stored, (std::vector<StringTableRow>{{L"Hex bolt M8", L"iso4017_m8.prt", L"din933_m8.prt", L"acme_bolt_8.prt"},
+                                                   {L"Grommet", L"grommet_20.prt", L"", L"rubber_ring.prt"}}));
 }
