@@ -5,6 +5,9 @@
 #include <string>
 
 #include "controls/wrapper_combo_ctrl.h"
+#include "framework/case_fold.h"
+#include "framework/text_convert.h"
+#include "util/file_helpers.h"
 
 namespace {
 constexpr const char* kDatabaseModuleFile = "ZEBDatabaseu.so";
@@ -18,6 +21,16 @@ std::string OwnFolder() {
     const size_t cut = path.find_last_of('/');
     return cut == std::string::npos ? "." : path.substr(0, cut);
 }
+
+// The name a loaded module gives itself through GetModuleName; false when it exports none.
+bool ModuleName(void* handle, std::wstring& name) {
+    using GetModuleNameFn = void (*)(std::wstring&);
+    const auto getName = reinterpret_cast<GetModuleNameFn>(dlsym(handle, "GetModuleName"));
+    if (!getName) return false;
+    name = L"Module Name";
+    getName(name);
+    return true;
+}
 }  // namespace
 
 bool GetLoadedDatabaseModuleName(std::wstring& name) {
@@ -25,14 +38,31 @@ bool GetLoadedDatabaseModuleName(std::wstring& name) {
     // Only a module the host loaded already counts; this never loads one.
     void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
     if (!handle) return false;
-    using GetModuleNameFn = void (*)(std::wstring&);
-    const auto getName = reinterpret_cast<GetModuleNameFn>(dlsym(handle, "GetModuleName"));
-    if (getName) {
-        name = L"Module Name";
-        getName(name);
-    }
+    const bool named = ModuleName(handle, name);
     dlclose(handle);
-    return getName != nullptr;
+    return named;
+}
+
+bool FillDatabaseModuleList(CWrapperComboCtrl& list, const std::list<std::wstring>& modules,
+                            const std::wstring& selected) {
+    if (modules.empty()) return false;
+    std::vector<std::wstring> names;
+    int chosen = -1;
+    int index = 0;
+    for (const std::wstring& module : modules) {
+        // Loaded for good: the module list names the host's own database modules.
+        void* handle = dlopen(ToUtf8(module).c_str(), RTLD_NOW | RTLD_LOCAL);
+        std::wstring name;
+        if (handle && ModuleName(handle, name)) {
+            if (selected.empty() ? chosen < 0 : ZebEqualsNoCase(GetDBModuleFileName(index), selected))
+                chosen = static_cast<int>(names.size());
+            names.push_back(name);
+        }
+        ++index;
+    }
+    list.FillFromList(names);
+    list.setCurrentIndex(chosen);
+    return true;
 }
 
 bool FillDatabaseModuleList(CWrapperComboCtrl& list) {

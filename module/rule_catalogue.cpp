@@ -9,6 +9,7 @@
 #include "dialogs/fastener/fastener_engagement_len_dlg.h"
 #include "dialogs/fastener/recomm_thread_types_dlg.h"
 #include "dialogs/parts/alignment_check_dlg.h"
+#include "dialogs/parts/contact_material_dlg.h"
 #include "dialogs/parts/interf_det_main_dlg.h"
 #include "dialogs/parts/min_clearance_dlg.h"
 #include "dialogs/parts/pref_comp_dlg.h"
@@ -66,7 +67,8 @@ const RuleCatalogueEntry kAlignment{IDS_RULE_FASTENER_ALIGNMENT,
                                     &Make<CZEBAssemblyFastenerAlignmentRule>,
                                     &RunRuleDialogModal<CZEBAssemblyFastenerAlignmentDlg>};
 const RuleCatalogueEntry kContact{IDS_RULE_CONTACT_MATERIAL,
-                                  &Make<CZEBAssemblyCheckContactMaterialRule>};
+                                  &Make<CZEBAssemblyCheckContactMaterialRule>,
+                                  &RunRuleDialogModal<CZEBAssemblyCheckContactMaterialDlg>};
 const RuleCatalogueEntry kSlot{IDS_RULE_SLOT_ALIGNMENT, &MakeSlotAlignment,
                                &RunRuleDialogModal<CZEBASMSlotAlignmentCheckDlg>};
 }  // namespace

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "controls/zeb_list_ctrl.h"
+#include "database/material_tree.h"
+
+class CZebRule;
+
+// The material pairs of the contact material dialog: each cell lists the materials of one side
+// of a contact ("A;B;"), chosen in the material pair editor that a double click opens.
+class CZEBAsmContactMaterialListCtrl : public CZEBListCtrl {
+    Q_OBJECT
+public:
+    enum : int { kTooltipBuffer = 500 };
+
+    explicit CZEBAsmContactMaterialListCtrl(QWidget* parent = nullptr) : CZEBListCtrl(parent) {}
+
+    // The dialog the pair editor opens over and the rule it is handed; without both, a double
+    // click opens nothing.
+    void SetOwner(QWidget* owner, CZebRule* rule);
+    // Runs the pair editor on a cell of columns 1 and 2 and writes the choice back; false when
+    // nothing was chosen (Cancel, or a cell of another column).
+    bool EditCellMaterials(int row, int column);
+    long KeyHandler(QEvent* event) override;
+
+    // The names of a cell: each up to its ";"; text after the last ";" is no name.
+    static std::vector<std::wstring> CellNames(const std::wstring& text);
+    // The cell text of a choice, groups in order: a group's materials, or the group itself when
+    // none of its materials is named, each followed by ";".
+    static std::wstring CellText(const MaterialChoice& choice);
+
+protected:
+    // The cell's whole text, as long lists do not fit their column.
+    std::wstring GetCellTooltip(int row, int column) const override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    MaterialChoice m_selection;
+    QWidget* m_owner = nullptr;
+    CZebRule* m_rule = nullptr;
+};
