@@ -22,17 +22,24 @@ void AppendUtf8(std::string& out, char32_t c) {
 }  // namespace
 
 std::string ToUtf8(std::wstring_view text) {
-    std::string out;
-    out.reserve(text.size());
-    for (wchar_t w : text) AppendUtf8(out, static_cast<char32_t>(w));
+    // Settings texts are mostly ASCII: a leading ASCII run is copied in one pass.
+    size_t ascii = 0;
+    while (ascii < text.size() && static_cast<char32_t>(text[ascii]) < 0x80) ++ascii;
+    std::string out(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(ascii));
+    if (ascii == text.size()) return out;
+    out.reserve(text.size() + (text.size() - ascii) * 3);
+    for (wchar_t w : text.substr(ascii)) AppendUtf8(out, static_cast<char32_t>(w));
     return out;
 }
 
 std::wstring FromUtf8(std::string_view text) {
-    std::wstring out;
-    out.reserve(text.size());
     size_t i = 0;
     const size_t n = text.size();
+    while (i < n && static_cast<unsigned char>(text[i]) < 0x80) ++i;
+    // The leading ASCII run widens in one pass; most texts end there.
+    std::wstring out(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(i));
+    if (i == n) return out;
+    out.reserve(n);
     while (i < n) {
         const unsigned char b = static_cast<unsigned char>(text[i]);
         int extra = 0;

@@ -76,6 +76,36 @@ struct StringWriter : pugi::xml_writer {
         out.append(static_cast<const char*>(data), size);
     }
 };
+
+// Writes to an open file; after the first failure it writes nothing more and keeps errno.
+class FileWriter : public pugi::xml_writer {
+public:
+    explicit FileWriter(int fd) : m_fd(fd) {}
+    void write(const void* data, size_t size) override {
+        const char* bytes = static_cast<const char*>(data);
+        while (m_ok && size > 0) {
+            const ssize_t n = ::write(m_fd, bytes, size);
+            if (n < 0) {
+                if (errno == EINTR) continue;
+                m_ok = false;
+                m_errno = errno;
+                break;
+            }
+            bytes += n;
+            size -= static_cast<size_t>(n);
+        }
+    }
+    // True when everything was written; errno is the failure's otherwise.
+    bool Complete() const {
+        if (!m_ok) errno = m_errno;
+        return m_ok;
+    }
+
+private:
+    int m_fd;
+    bool m_ok = true;
+    int m_errno = 0;
+};
 }  // namespace
 
 struct ZebXMLDocument::Impl {
@@ -89,6 +119,8 @@ struct ZebXMLDocument::Impl {
     bool IsTop(pugi::xml_node parent) const {
         return !parent || parent.type() == pugi::node_document || parent == holder;
     }
+    // The document as written: the declaration, then every top node but the holder.
+    void Print(pugi::xml_writer& writer) const;
     pugi::xml_node DocumentElement() const {
         for (pugi::xml_node n = doc.first_child(); n; n = n.next_sibling())
             if (n.type() == pugi::node_element && n != holder) return n;
@@ -237,36 +269,53 @@ ZebXMLDocument::ZebXMLDocument() : m_impl(std::make_unique<Impl>()) {}
 ZebXMLDocument::~ZebXMLDocument() = default;
 
 bool ZebXMLDocument::LoadFile(const std::wstring& path, std::wstring& error) {
-    std::ifstream in(ToUtf8(path), std::ios::binary);
-    if (!in) {
-        error = L"cannot open " + path + L": " + FromUtf8(std::strerror(errno));
+    const auto fail = [&](std::wstring why) {
+        error = std::move(why);
         m_impl->doc.reset();
         m_impl->holder = pugi::xml_node();
         return false;
+    };
+    std::ifstream in(ToUtf8(path), std::ios::binary | std::ios::ate);
+    if (!in) return fail(L"cannot open " + path + L": " + FromUtf8(std::strerror(errno)));
+    const std::streamoff size = in.tellg();
+    if (size <= 0) return fail(L"the file is empty");
+    // Read straight into a buffer the parser takes over and parses in place: a large document is
+    // held once, not once per copy.
+    void* buffer = pugi::get_memory_allocation_function()(static_cast<size_t>(size));
+    if (!buffer) return fail(L"not enough memory to read " + path);
+    in.seekg(0);
+    if (!in.read(static_cast<char*>(buffer), size)) {
+        pugi::get_memory_deallocation_function()(buffer);
+        return fail(L"cannot read " + path + L": " + FromUtf8(std::strerror(errno)));
     }
-    std::ostringstream buffer;
-    buffer << in.rdbuf();
-    const std::string text = buffer.str();
-    if (text.empty()) {
-        error = L"the file is empty";
-        m_impl->doc.reset();
-        m_impl->holder = pugi::xml_node();
-        return false;
-    }
-    return m_impl->Parse(text.data(), text.size(), error);
+    m_impl->holder = pugi::xml_node();
+    const pugi::xml_parse_result result = m_impl->doc.load_buffer_inplace_own(
+        buffer, static_cast<size_t>(size), pugi::parse_default | pugi::parse_comments, pugi::encoding_utf8);
+    if (result && m_impl->DocumentElement()) return true;
+    // Parsing in place changed the text; the error's line and column come from the file as it is.
+    std::ifstream again(ToUtf8(path), std::ios::binary);
+    std::ostringstream text;
+    text << again.rdbuf();
+    const std::string original = text.str();
+    return m_impl->Parse(original.data(), original.size(), error);
 }
 
 bool ZebXMLDocument::LoadXML(const std::string& utf8Text, std::wstring& error) {
     return m_impl->Parse(utf8Text.data(), utf8Text.size(), error);
 }
 
-std::string ZebXMLDocument::GetXML() const {
-    StringWriter writer;
-    writer.out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    for (pugi::xml_node n = m_impl->doc.first_child(); n; n = n.next_sibling()) {
-        if (n == m_impl->holder || n.type() == pugi::node_declaration) continue;
+void ZebXMLDocument::Impl::Print(pugi::xml_writer& writer) const {
+    static const char kDeclaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    writer.write(kDeclaration, sizeof kDeclaration - 1);
+    for (pugi::xml_node n = doc.first_child(); n; n = n.next_sibling()) {
+        if (n == holder || n.type() == pugi::node_declaration) continue;
         n.print(writer, "  ", pugi::format_default, pugi::encoding_utf8);
     }
+}
+
+std::string ZebXMLDocument::GetXML() const {
+    StringWriter writer;
+    m_impl->Print(writer);
     return writer.out;
 }
 
@@ -312,17 +361,10 @@ bool ZebXMLDocument::SaveFile(const std::wstring& path, std::wstring& error) con
                                ::fchown(fd, static_cast<uid_t>(-1), old.st_gid) == 0;
         ::fchmod(fd, old.st_mode & (sameGroup ? 0777 : 0707));
     }
-    const std::string text = GetXML();
-    size_t written = 0;
-    while (written < text.size()) {
-        const ssize_t n = ::write(fd, text.data() + written, text.size() - written);
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            break;
-        }
-        written += static_cast<size_t>(n);
-    }
-    const bool complete = written == text.size() && ::fsync(fd) == 0;
+    // Written as it is printed, so that the text of a large document is never held whole.
+    FileWriter writer(fd);
+    m_impl->Print(writer);
+    const bool complete = writer.Complete() && ::fsync(fd) == 0;
     const int savedErrno = errno;
     ::close(fd);
     if (!complete || std::rename(temp.c_str(), target.c_str()) != 0) {

@@ -15,6 +15,15 @@ namespace {
 using NodePtr = std::unique_ptr<ZebXMLNode>;
 using ListPtr = std::unique_ptr<ZebXMLNodeList>;
 
+// A table row is read back with at most this many cells, "Attribute1" to "Attribute5".
+constexpr size_t kRowAttributes = 5;
+// The attribute of cell `index`; the names a row is read with are made once.
+std::wstring RowAttributeName(size_t index) {
+    static const std::wstring names[kRowAttributes] = {L"Attribute1", L"Attribute2", L"Attribute3", L"Attribute4",
+                                                       L"Attribute5"};
+    return index < kRowAttributes ? names[index] : L"Attribute" + std::to_wstring(index + 1);
+}
+
 // How one value of the list becomes text and back. Decode returns false when the value type
 // has no text form that can be read back (the value is then not appended).
 template <class T> struct ValueCodec;
@@ -149,8 +158,7 @@ ZebXMLNode* WriteTyped(ZebXMLDocument* doc, ZebTypedParam<T>& p) {
             for (const ZebRow& row : p.values) {
                 if (row.empty()) continue;
                 NodePtr value(node->AppendNode(L"Value"));
-                for (size_t i = 0; i < row.size(); ++i)
-                    value->AddAttribute(L"Attribute" + std::to_wstring(i + 1), row[i]);
+                for (size_t i = 0; i < row.size(); ++i) value->AddAttribute(RowAttributeName(i), row[i]);
             }
         } else {
             for (const ZebRow& row : p.values) AppendText(*node, L"Value", ValueCodec<T>::Text(row));
@@ -204,9 +212,9 @@ void ReadTyped(ZebXMLNode* ruleNode, ZebTypedParam<T>& p) {
         if constexpr (std::is_same_v<T, ZebRow>) {
             if (p.kind == ZebParam_Table) {
                 ZebRow row;
-                for (int a = 1; a <= 5; ++a) {
+                for (size_t a = 0; a < kRowAttributes; ++a) {
                     std::wstring cell;
-                    if (value->GetAttributeValue(L"Attribute" + std::to_wstring(a), cell)) row.push_back(cell);
+                    if (value->GetAttributeValue(RowAttributeName(a), cell)) row.push_back(std::move(cell));
                 }
                 p.values.Add(std::move(row));
                 continue;

@@ -1,3 +1,4 @@
+#include "framework/text_convert.h"
 #include "framework/zeb_xml.h"
 
 #include <gtest/gtest.h>
@@ -106,6 +107,42 @@ TEST(ZebXml, ParseFailuresSayWhere) {
     error.clear();
     EXPECT_FALSE(doc.LoadFile((dir / "missing.xml").wstring(), error));
     EXPECT_NE(error.find(L"cannot open"), std::wstring::npos);
+
+    // A file is parsed where it was read; the position of an error is still the file's own,
+    // behind line ends, entities and text the parser had already rewritten.
+    const auto broken = dir / "broken.xml";
+    std::ofstream(broken, std::ios::binary) << "<a x=\"&amp;&lt;\">\r\n  <b>t&amp;t</b>\r\n  <c>\r\n</a>";
+    error.clear();
+    EXPECT_FALSE(doc.LoadFile(broken.wstring(), error));
+    EXPECT_NE(error.find(L"line 4"), std::wstring::npos) << std::string(error.begin(), error.end());
+    EXPECT_EQ(doc.GetDocumentElement(), nullptr);
+}
+
+// Text crosses between UTF-8 and wide text exactly: ASCII runs, names beyond ASCII after an ASCII
+// start, characters beyond the basic plane, and broken sequences as U+FFFD.
+TEST(ZebXml, TextConvertsExactlyBothWays) {
+    for (const std::wstring text : {std::wstring(L"M8X123-ISO4017"), std::wstring(L"Mutter DIN 934 \u2013 Stahl"),
+                                    std::wstring(L"\u00c4u\u00dfere Scheibe"), std::wstring(L"gear \U0001F527 12"),
+                                    std::wstring()})
+        EXPECT_EQ(FromUtf8(ToUtf8(text)), text);
+    EXPECT_EQ(ToUtf8(L"Mutter DIN 934 \u2013 Stahl"), "Mutter DIN 934 \xe2\x80\x93 Stahl");
+    EXPECT_EQ(FromUtf8("abc\xff" "def"), L"abc\uFFFDdef");
+    EXPECT_EQ(FromUtf8("abc\xe2\x80"), L"abc\uFFFD\uFFFD");
+
+    // A document read from a file holds the same texts as one read from memory.
+    const auto path = std::filesystem::temp_directory_path() / "zeb_xml_text.xml";
+    const std::string xml = "<r><v A=\"Mutter DIN 934 \xe2\x80\x93 Stahl\" B=\"3.500000\"/></r>";
+    std::ofstream(path, std::ios::binary) << xml;
+    ZebXMLDocument fromFile, fromText;
+    std::wstring error;
+    ASSERT_TRUE(fromFile.LoadFile(path.wstring(), error));
+    ASSERT_TRUE(fromText.LoadXML(xml, error));
+    EXPECT_EQ(fromFile.GetXML(), fromText.GetXML());
+    auto v = Own(Own(fromFile.GetDocumentElement())->SelectSingleNode(L"v"));
+    std::wstring a;
+    ASSERT_TRUE(v->GetAttributeValue(L"A", a));
+    EXPECT_EQ(a, L"Mutter DIN 934 \u2013 Stahl");
+    std::filesystem::remove(path);
 }
 
 TEST(ZebXml, SaveReplacesAWholeFileOrNothing) {

@@ -1,0 +1,177 @@
+// Reading, converting and writing a settings document with large fastener tables, against the
+// bare XML library loading and saving the same file. Every phase runs in a child process of its
+// own, so that its time and its peak memory (above what the process held when the phase began)
+// are its alone. Prints both and their ratios, for 10,000 and 100,000 rows per table.
+//
+//   build/bench/settings_io_bench [ROWS...]
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstring>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <pugixml.hpp>
+#include <string>
+#include <vector>
+
+#include "framework/zeb_rule.h"
+#include "framework/zeb_xml.h"
+#include "host/module_loader.h"
+#include "host/settings_file.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+constexpr int kRuns = 5;
+
+// Resident memory now and its peak since the last reset, in KiB.
+long StatusKiB(const char* field) {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.rfind(field, 0) == 0) return std::strtol(line.c_str() + std::strlen(field), nullptr, 10);
+    return 0;
+}
+
+// Starts the peak over from the memory held now.
+void ResetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
+
+struct Sample {
+    double seconds;
+    long peakKiB;
+};
+
+// Runs `phase` in a child: its wall time and how far its resident memory rose above the start.
+Sample RunInChild(const std::function<bool()>& phase) {
+    int pipeFds[2];
+    if (pipe(pipeFds) != 0) std::abort();
+    const pid_t child = fork();
+    if (child == 0) {
+        close(pipeFds[0]);
+        ResetPeak();
+        const long start = StatusKiB("VmRSS:");
+        const auto t0 = std::chrono::steady_clock::now();
+        const bool ok = phase();
+        const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
+        Sample sample{ok ? seconds : -1.0, StatusKiB("VmHWM:") - start};
+        if (write(pipeFds[1], &sample, sizeof sample) != sizeof sample) _exit(2);
+        _exit(0);
+    }
+    close(pipeFds[1]);
+    Sample sample{-1.0, 0};
+    if (read(pipeFds[0], &sample, sizeof sample) != sizeof sample) sample.seconds = -1.0;
+    close(pipeFds[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return sample;
+}
+
+// The median time and the largest peak of `kRuns` runs.
+Sample Measure(const std::function<bool()>& phase) {
+    std::vector<double> times;
+    long peak = 0;
+    for (int i = 0; i < kRuns; ++i) {
+        const Sample s = RunInChild(phase);
+        if (s.seconds < 0) {
+            std::fprintf(stderr, "settings_io_bench: a phase failed\n");
+            std::exit(1);
+        }
+        times.push_back(s.seconds);
+        peak = std::max(peak, s.peakKiB);
+    }
+    std::sort(times.begin(), times.end());
+    return {times[times.size() / 2], peak};
+}
+
+// Every rule at its defaults, with `rows` rows like "M8X123-ISO4017 | 3.5 | 5.25" in each of the
+// fastener clearance tables 2052 and 9450.
+bool WriteDocument(const ModuleLoader& loader, const fs::path& path, int rows) {
+    ZebXMLDocument doc;
+    std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(doc, 0));
+    loader.SetXMLDoc(&doc);
+    AppendDefaultRules(loader, parent.get(), 0);
+    loader.SetXMLDoc(nullptr);
+    std::string text = doc.GetXML();
+
+    pugi::xml_document xml;
+    if (!xml.load_string(text.c_str())) return false;
+    for (const pugi::xpath_node& found : xml.select_nodes("//Rule[@Name='Fastener Clearance']/Parameter")) {
+        pugi::xml_node rule = found.node();
+        const std::string type = rule.attribute("Type").value();
+        if (type != "2052" && type != "9450") continue;
+        pugi::xml_node before = rule.child("ResultCriteria");
+        for (int i = 0; i < rows; ++i) {
+            pugi::xml_node value = before ? rule.insert_child_before("Value", before) : rule.append_child("Value");
+            value.append_attribute("Attribute1") = ("M" + std::to_string(8 + i % 40) + "X" + std::to_string(i) + "-ISO4017").c_str();
+            value.append_attribute("Attribute2") = "3.500000";
+            value.append_attribute("Attribute3") = "5.250000";
+        }
+    }
+    return xml.save_file(path.c_str(), "  ", pugi::format_default, pugi::encoding_utf8);
+}
+
+void Print(const char* what, const Sample& s, const Sample& floor) {
+    std::printf("  %-28s %8.3f s %9.1f MiB   time %5.2fx  memory %5.2fx\n", what, s.seconds, s.peakKiB / 1024.0,
+                s.seconds / floor.seconds, static_cast<double>(s.peakKiB) / static_cast<double>(floor.peakKiB));
+}
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<int> sizes;
+    for (int i = 1; i < argc; ++i) sizes.push_back(std::atoi(argv[i]));
+    if (sizes.empty()) sizes = {10000, 100000};
+
+    ModuleLoader loader;
+    std::string error;
+    if (!loader.Load(ModuleLoader::ModuleFolder(""), error)) {
+        std::fprintf(stderr, "settings_io_bench: %s\n", error.c_str());
+        return 1;
+    }
+    const fs::path dir = fs::temp_directory_path() / ("vantor-settings-bench-" + std::to_string(getpid()));
+    fs::create_directories(dir);
+    const fs::path input = dir / "settings.xml", output = dir / "out.xml";
+
+    for (int rows : sizes) {
+        if (!WriteDocument(loader, input, rows)) {
+            std::fprintf(stderr, "settings_io_bench: cannot write the document\n");
+            return 1;
+        }
+        std::printf("%d rows per table, %.1f MB document (median of %d runs, peak memory above the start)\n", rows,
+                    fs::file_size(input) / 1e6, kRuns);
+        const Sample floor = Measure([&] {
+            pugi::xml_document doc;
+            return doc.load_file(input.c_str()) && doc.save_file(output.c_str(), "  ");
+        });
+        Print("XML library load + save", floor, floor);
+        const auto rewrite = [&](std::optional<int> unit) {
+            ZebXMLDocument in, out;
+            std::string message;
+            return LoadSettingsFile(input.string(), in, message) && RewriteRules(loader, in, unit, out) &&
+                   SaveSettingsFile(out, output.string(), message);
+        };
+        Print("read (show)", Measure([&] {
+                  ZebXMLDocument in;
+                  std::string message;
+                  if (!LoadSettingsFile(input.string(), in, message)) return false;
+                  loader.SetXMLDoc(&in);
+                  for (const auto& node : SettingsRuleElements(in)) {
+                      CZebRule* rule = RecreateRule(loader, node.get());
+                      if (!rule) return false;
+                      RuleHandle handle(loader, rule);
+                  }
+                  return true;
+              }),
+              floor);
+        Print("read + write (resave)", Measure([&] { return rewrite(std::nullopt); }), floor);
+        Print("read + convert + write", Measure([&] { return rewrite(3); }), floor);
+    }
+    fs::remove_all(dir);
+    return 0;
+}
