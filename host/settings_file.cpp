@@ -214,6 +214,9 @@ bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::option
             continue;
         }
         RuleHandle rule(loader, made);
+        // The element is read: its memory goes back before the rule's copy is written, so a
+        // large table is not held three times at once.
+        if (std::unique_ptr<ZebXMLNode> up{node->GetParentNode()}) up->RemoveChild(node.get());
         if (converting || from.LengthUnit != to.LengthUnit) rule->ConvertUnits(&from, &to);
         std::unique_ptr<ZebXMLNode> exported(rule->ExportToXML());
         if (exported) parent->AppendNode(exported.get());
