@@ -8,7 +8,10 @@
 #include "resources/string_ids.h"
 #include "framework/ui_message.h"
 
+class CZebHotKey;
 class CZebRule;
+class CWrapperComboCtrl;
+class QBoxLayout;
 
 // An entry OK refuses: the message to show (none: the dialog only stays open) and the control to
 // put the user back in.
@@ -29,6 +32,7 @@ public:
     // `unitText` is the text of the rule's current length unit, for the dialog's unit label.
     CZEBRuleDialog(CZebRule* rule, std::wstring unitText, unsigned templateId, long imageId,
                    QWidget* parent = nullptr);
+    ~CZEBRuleDialog() override;
 
     CZebRule* GetRule() const { return m_rule; }
     const std::wstring& GetUnitText() const { return m_unitText; }
@@ -46,10 +50,19 @@ protected:
     // then goes to its control.
     void ShowRefusal(const ZebRefusal& refusal);
 
+    // Ctrl+I runs ImportSpreadsheet from the dialog's first showing until it goes. Called from
+    // the constructor of a dialog that imports.
+    void UseImportKey();
+    virtual void ImportSpreadsheet() {}
+
 private:
     CZebRule* m_rule;
     std::wstring m_unitText;
+    CZebHotKey* m_importKey = nullptr;
 };
+
+// The severity row of a rule dialog: its label and `list`, on the left.
+QBoxLayout* SeverityRow(QWidget* parent, CWrapperComboCtrl* list);
 
 // String `id` of the module's resources in the user's language, for a control's text.
 QString LocalizedText(ZebStringId id);

@@ -42,10 +42,6 @@ CZEBAssemblyCheckContactMaterialDlg::CZEBAssemblyCheckContactMaterialDlg(CZebRul
     materialDatabase->setAutoDefault(false);
     m_table->setMinimumHeight(300);
 
-    auto* severity = new QHBoxLayout;
-    severity->addWidget(new QLabel(LocalizedText(IDS_SEVERITY_LABEL), Body()));
-    severity->addWidget(m_severity);
-    severity->addStretch();
     auto* database = new QHBoxLayout;
     database->addWidget(new QLabel(LocalizedText(IDS_DATABASE_LABEL), Body()));
     database->addWidget(m_databases);
@@ -60,7 +56,7 @@ CZEBAssemblyCheckContactMaterialDlg::CZEBAssemblyCheckContactMaterialDlg(CZebRul
     hint->setWordWrap(true);
     auto* layout = new QVBoxLayout(Body());
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addLayout(severity);
+    layout->addLayout(SeverityRow(Body(), m_severity));
     layout->addLayout(database);
     layout->addLayout(distance);
     layout->addWidget(m_table, 1);

@@ -18,7 +18,6 @@
 #include "dialogs/parts/interf_main_tab_ctrl.h"
 #include "dialogs/parts/zeb_asm_interf_ignore_comp_list_ctrl.h"
 #include "framework/ui/control_id.h"
-#include "framework/ui/hot_key.h"
 #include "rules/rule_record.h"
 #include "util/texts.h"
 
@@ -40,14 +39,9 @@ ZEBASMInterfDetMainDlg::ZEBASMInterfDetMainDlg(CZebRule* rule, const std::wstrin
       m_volume(WithZebControlId(new CDoubleEditEx(Body()), kVolumeValueId)),
       m_volumeUnit(WithZebControlId(new QLabel(Body()), kVolumeUnitId)),
       m_firstOption(WithZebControlId(new QCheckBox(LocalizedText(IDS_INTERFERENCE_SAME_SUBASSEMBLY), Body()), kFirstOptionId)),
-      m_secondOption(WithZebControlId(new QCheckBox(LocalizedText(IDS_INTERFERENCE_TOUCHING), Body()), kSecondOptionId)),
-      m_hotKey(new CZebHotKey(this)) {
+      m_secondOption(WithZebControlId(new QCheckBox(LocalizedText(IDS_INTERFERENCE_TOUCHING), Body()), kSecondOptionId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicInterferenceDetection);
-    auto* severity = new QHBoxLayout;
-    severity->addWidget(new QLabel(LocalizedText(IDS_SEVERITY_LABEL), Body()));
-    severity->addWidget(m_severity);
-    severity->addStretch();
     auto* volume = new QHBoxLayout;
     volume->addWidget(m_volumeSwitch);
     volume->addWidget(m_operator);
@@ -56,21 +50,14 @@ ZEBASMInterfDetMainDlg::ZEBASMInterfDetMainDlg(CZebRule* rule, const std::wstrin
     volume->addStretch();
     auto* layout = new QVBoxLayout(Body());
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addLayout(severity);
+    layout->addLayout(SeverityRow(Body(), m_severity));
     layout->addWidget(m_firstOption);
     layout->addWidget(m_secondOption);
     layout->addLayout(volume);
     layout->addWidget(m_tabs, 1);
 
     connect(m_volumeSwitch, &QCheckBox::clicked, this, [this] { UpdateVolumeControls(); });
-    connect(m_hotKey, &CZebHotKey::Pressed, this, [this] { ImportSpreadsheet(); });
-}
-
-ZEBASMInterfDetMainDlg::~ZEBASMInterfDetMainDlg() { m_hotKey->Unregister(); }
-
-bool ZEBASMInterfDetMainDlg::OnInitDialog() {
-    m_hotKey->Register();
-    return CZEBRuleDialog::OnInitDialog();
+    UseImportKey();
 }
 
 void ZEBASMInterfDetMainDlg::LoadFromRule(CZebRule& rule) {

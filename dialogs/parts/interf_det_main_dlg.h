@@ -6,7 +6,6 @@
 
 class CDoubleEditEx;
 class CWrapperComboCtrl;
-class CZebHotKey;
 class QCheckBox;
 class QLabel;
 class ZEBASMInterfDetCheckCompDlg;
@@ -34,14 +33,12 @@ public:
     enum : int { kCheckPage = 0, kIgnorePage = 1 };
 
     explicit ZEBASMInterfDetMainDlg(CZebRule* rule, const std::wstring& unitText = {});
-    ~ZEBASMInterfDetMainDlg() override;
 
-    bool OnInitDialog() override;
     ZEBASMInterfMainTabCtrl* GetTabs() const { return m_tabs; }
     ZEBASMInterfDetCheckCompDlg* GetCheckPage() const { return m_checkPage; }
     ZEBASMInterfDetIgnoreCompDlg* GetIgnorePage() const { return m_ignorePage; }
     // Ctrl+I: the spreadsheet import of the page shown.
-    void ImportSpreadsheet();
+    void ImportSpreadsheet() override;
 
 protected:
     void LoadFromRule(CZebRule& rule) override;
@@ -60,7 +57,6 @@ private:
     QLabel* m_volumeUnit;
     QCheckBox* m_firstOption;
     QCheckBox* m_secondOption;
-    CZebHotKey* m_hotKey;
     ZEBASMInterfDetCheckCompDlg* m_checkPage = nullptr;
     ZEBASMInterfDetIgnoreCompDlg* m_ignorePage = nullptr;
 };

@@ -14,7 +14,6 @@
 #include "dialogs/common/parameter_controls.h"
 #include "dialogs/common/severity_list.h"
 #include "framework/ui/control_id.h"
-#include "framework/ui/hot_key.h"
 #include "rules/rule_record.h"
 #include "util/number_text.h"
 
@@ -49,17 +48,12 @@ CZEBAssemblyMinClearanceBetPartsDlg::CZEBAssemblyMinClearanceBetPartsDlg(CZebRul
       m_sameSubassembly(WithZebControlId(new QRadioButton(LocalizedText(IDS_CLEARANCE_SAME_SUBASSEMBLY), Body()), kSameSubassemblyId)),
       m_otherSubassemblies(WithZebControlId(new QRadioButton(LocalizedText(IDS_CLEARANCE_OTHER_SUBASSEMBLIES), Body()), kOtherSubassembliesId)),
       m_touching(WithZebControlId(new QCheckBox(LocalizedText(IDS_REPORT_TOUCHING_PARTS), Body()), kTouchingId)),
-      m_hint(WithZebControlId(new QLabel(Body()), kHintId)),
-      m_hotKey(new CZebHotKey(this)) {
+      m_hint(WithZebControlId(new QLabel(Body()), kHintId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicMinimumClearance);
     m_table->setMinimumHeight(280);
     m_hint->setWordWrap(true);
 
-    auto* severity = new QHBoxLayout;
-    severity->addWidget(new QLabel(LocalizedText(IDS_SEVERITY_LABEL), Body()));
-    severity->addWidget(m_severity);
-    severity->addStretch();
     auto* general = new QHBoxLayout;
     general->addWidget(m_clearanceSwitch);
     general->addWidget(m_clearance);
@@ -67,7 +61,7 @@ CZEBAssemblyMinClearanceBetPartsDlg::CZEBAssemblyMinClearanceBetPartsDlg(CZebRul
     general->addStretch();
     auto* layout = new QVBoxLayout(Body());
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addLayout(severity);
+    layout->addLayout(SeverityRow(Body(), m_severity));
     layout->addLayout(general);
     layout->addWidget(m_sameSubassembly);
     layout->addWidget(m_otherSubassemblies);
@@ -77,14 +71,7 @@ CZEBAssemblyMinClearanceBetPartsDlg::CZEBAssemblyMinClearanceBetPartsDlg(CZebRul
     layout->addWidget(m_hint);
 
     connect(m_clearance, &QLineEdit::textChanged, this, [this] { TakeBackTooLarge(); });
-    connect(m_hotKey, &CZebHotKey::Pressed, this, [this] { ImportSpreadsheet(); });
-}
-
-CZEBAssemblyMinClearanceBetPartsDlg::~CZEBAssemblyMinClearanceBetPartsDlg() { m_hotKey->Unregister(); }
-
-bool CZEBAssemblyMinClearanceBetPartsDlg::OnInitDialog() {
-    m_hotKey->Register();
-    return CZEBRuleDialog::OnInitDialog();
+    UseImportKey();
 }
 
 void CZEBAssemblyMinClearanceBetPartsDlg::LoadFromRule(CZebRule& rule) {

@@ -8,7 +8,6 @@
 class CDoubleEditEx;
 class CWrapperComboCtrl;
 class CZEBAsmRuleListCtrl;
-class CZebHotKey;
 class QCheckBox;
 class QLabel;
 class QRadioButton;
@@ -39,10 +38,7 @@ public:
     static constexpr double kLargestClearance = 1000000.0;
 
     explicit CZEBAssemblyMinClearanceBetPartsDlg(CZebRule* rule, const std::wstring& unitText = {});
-    ~CZEBAssemblyMinClearanceBetPartsDlg() override;
-
-    bool OnInitDialog() override;
-    void ImportSpreadsheet();
+    void ImportSpreadsheet() override;
 
 protected:
     void LoadFromRule(CZebRule& rule) override;
@@ -66,7 +62,6 @@ private:
     QRadioButton* m_otherSubassemblies;
     QCheckBox* m_touching;
     QLabel* m_hint;
-    CZebHotKey* m_hotKey;
     // The clearance text the dialog opened with, put back over a value too large.
     QString m_lastAcceptedClearance;
     bool m_tableLoaded = false;

@@ -11,7 +11,6 @@
 #include "dialogs/common/parameter_controls.h"
 #include "dialogs/common/severity_list.h"
 #include "framework/ui/control_id.h"
-#include "framework/ui/hot_key.h"
 #include "rules/rule_record.h"
 #include "util/string_table.h"
 
@@ -47,31 +46,19 @@ std::vector<StringTableRow> Records(const std::vector<CZebGridModel::Row>& rows)
 CZEBAssemblyCheckPrefCompDlg::CZEBAssemblyCheckPrefCompDlg(CZebRule* rule, const std::wstring& unitText)
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
       m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
-      m_table(WithZebControlId(new CZEBAsmRuleListCtrl(Body()), kTableId)),
-      m_hotKey(new CZebHotKey(this)) {
+      m_table(WithZebControlId(new CZEBAsmRuleListCtrl(Body()), kTableId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicPreferredComponents);
     m_table->SetMode(CZEBAsmRuleListCtrl::Mode::PreferredComponents);
     m_table->setMinimumHeight(300);
-    auto* severity = new QHBoxLayout;
-    severity->addWidget(new QLabel(LocalizedText(IDS_SEVERITY_LABEL), Body()));
-    severity->addWidget(m_severity);
-    severity->addStretch();
     auto* hint = new QLabel(LocalizedText(IDS_PREFERRED_TABLE_HINT), Body());
     hint->setWordWrap(true);
     auto* layout = new QVBoxLayout(Body());
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addLayout(severity);
+    layout->addLayout(SeverityRow(Body(), m_severity));
     layout->addWidget(m_table, 1);
     layout->addWidget(hint);
-    connect(m_hotKey, &CZebHotKey::Pressed, this, [this] { ImportSpreadsheet(); });
-}
-
-CZEBAssemblyCheckPrefCompDlg::~CZEBAssemblyCheckPrefCompDlg() { m_hotKey->Unregister(); }
-
-bool CZEBAssemblyCheckPrefCompDlg::OnInitDialog() {
-    m_hotKey->Register();
-    return CZEBRuleDialog::OnInitDialog();
+    UseImportKey();
 }
 
 void CZEBAssemblyCheckPrefCompDlg::LoadFromRule(CZebRule& rule) {

@@ -7,7 +7,6 @@
 
 class CWrapperComboCtrl;
 class CZEBAsmRuleListCtrl;
-class CZebHotKey;
 
 // The preferred components rule's dialog: a table of a description, a preferred component, an
 // alternative and the component they replace, kept in the rule as one text (7002), and the
@@ -21,10 +20,7 @@ public:
     static constexpr int kRefusedCellLimit = 200;
 
     explicit CZEBAssemblyCheckPrefCompDlg(CZebRule* rule, const std::wstring& unitText = {});
-    ~CZEBAssemblyCheckPrefCompDlg() override;
-
-    bool OnInitDialog() override;
-    void ImportSpreadsheet();
+    void ImportSpreadsheet() override;
 
 protected:
     void LoadFromRule(CZebRule& rule) override;
@@ -36,6 +32,5 @@ protected:
 private:
     CWrapperComboCtrl* m_severity;
     CZEBAsmRuleListCtrl* m_table;
-    CZebHotKey* m_hotKey;
     SheetImportState m_import;
 };

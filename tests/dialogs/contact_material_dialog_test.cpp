@@ -6,9 +6,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QTest>
-#include <QTimer>
 #include <QTreeWidgetItem>
-#include <functional>
 
 #include "app/assembly_rules_app.h"
 #include "controls/double_edit_ex.h"
@@ -21,26 +19,13 @@
 #include "rules/contact_material_rule.h"
 #include "rules/rule_record.h"
 #include "tests/database/db_test_support.h"
+#include "tests/support/answer_dialog.h"
 #include "tests/support/exported_rule.h"
 #include "tests/ui/qt_test_app.h"
 
 namespace {
 using Contact = CZEBAssemblyCheckContactMaterialDlg;
 using Table = CZEBAsmContactMaterialListCtrl;
-
-// Once the next modal dialog of type `Dialog` is open, runs `act` on it.
-template <class Dialog>
-void WhenOpen(std::function<void(Dialog&)> act) {
-    auto* timer = new QTimer;
-    QObject::connect(timer, &QTimer::timeout, [timer, act] {
-        auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-        if (!dialog) return;
-        timer->stop();
-        timer->deleteLater();
-        act(*dialog);
-    });
-    timer->start(10);
-}
 
 class ContactMaterialDialogTest : public ::testing::Test {
 protected:
@@ -129,7 +114,7 @@ TEST_F(ContactMaterialDialogTest, CellsRoundTripThroughThePairEditor) {
     ShowActive(&d);
     Table* table = PairTable(d);
 
-    WhenOpen<CEditMaterialPairDlg>([](CEditMaterialPairDlg& editor) {
+    WhenModalOpen<CEditMaterialPairDlg>([](CEditMaterialPairDlg& editor) {
         CZebMaterialTree& tree = editor.GetTree();
         tree.Check(tree.FindMaterial(L"Steels", L"C45"), true);
         QTreeWidgetItem* brass = tree.FindMaterial(L"Brass", L"CuZn37")->parent();
@@ -140,7 +125,7 @@ TEST_F(ContactMaterialDialogTest, CellsRoundTripThroughThePairEditor) {
     EXPECT_EQ(table->GetCellText(0, 1), L"CuZn37;CuZn39Pb3;C45;");
 
     std::vector<bool> preChecked;
-    WhenOpen<CEditMaterialPairDlg>([&preChecked](CEditMaterialPairDlg& editor) {
+    WhenModalOpen<CEditMaterialPairDlg>([&preChecked](CEditMaterialPairDlg& editor) {
         CZebMaterialTree& tree = editor.GetTree();
         for (auto [group, material] : {std::pair{L"Steels", L"C45"}, {L"Brass", L"CuZn39Pb3"}, {L"Steels", L"S235JR"}})
             preChecked.push_back(CZebMaterialTree::IsChecked(tree.FindMaterial(group, material)));
@@ -151,7 +136,7 @@ TEST_F(ContactMaterialDialogTest, CellsRoundTripThroughThePairEditor) {
     EXPECT_EQ(preChecked, (std::vector<bool>{true, true, false}));
     EXPECT_EQ(table->GetCellText(0, 1), L"CuZn37;CuZn39Pb3;C45;");
 
-    WhenOpen<CEditMaterialPairDlg>([](CEditMaterialPairDlg& editor) {
+    WhenModalOpen<CEditMaterialPairDlg>([](CEditMaterialPairDlg& editor) {
         CZebMaterialTree& tree = editor.GetTree();
         tree.Check(tree.FindMaterial(L"Steels", L"C45"), false);
         tree.Check(tree.FindMaterial(L"Brass", L"CuZn37")->parent(), false);
@@ -172,7 +157,7 @@ TEST_F(ContactMaterialDialogTest, MaterialDatabaseButtonEditsTheRulesSelection) 
     CZEBAssemblyCheckContactMaterialRule rule;
     Contact d(&rule, L"mm");
     ShowActive(&d);
-    WhenOpen<CEditMaterialDBDlg>([](CEditMaterialDBDlg& editor) {
+    WhenModalOpen<CEditMaterialDBDlg>([](CEditMaterialDBDlg& editor) {
         editor.GetTree().Check(editor.GetTree().FindMaterial(L"Plastics", L"PEEK"), true);
         editor.OnOK();
     });
