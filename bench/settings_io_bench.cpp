@@ -117,6 +117,39 @@ bool WriteDocument(const ModuleLoader& loader, const fs::path& path, int rows) {
     return xml.save_file(path.c_str(), "  ", pugi::format_default, pugi::encoding_utf8);
 }
 
+// Where the time of one resave goes, step by step, in this process.
+void PrintSteps(const ModuleLoader& loader, const fs::path& input, const fs::path& output) {
+    using Clock = std::chrono::steady_clock;
+    auto start = Clock::now();
+    const auto lap = [&start](const char* step) {
+        const auto now = Clock::now();
+        std::printf(" %s %.3f s", step, std::chrono::duration<double>(now - start).count());
+        start = now;
+    };
+    ZebXMLDocument in, out;
+    std::string message;
+    if (!LoadSettingsFile(input.string(), in, message)) return;
+    lap("steps: load");
+    std::vector<std::unique_ptr<RuleHandle>> rules;
+    loader.SetXMLDoc(&in);
+    for (const auto& node : SettingsRuleElements(in))
+        if (CZebRule* rule = RecreateRule(loader, node.get())) rules.push_back(std::make_unique<RuleHandle>(loader, rule));
+    lap("read");
+    std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(out, 0));
+    loader.SetXMLDoc(&out);
+    for (const auto& rule : rules) {
+        std::unique_ptr<ZebXMLNode> exported((*rule)->ExportToXML());
+        if (exported) parent->AppendNode(exported.get());
+    }
+    lap("write");
+    SaveSettingsFile(out, output.string(), message);
+    lap("save");
+    rules.clear();
+    lap("free rules");
+    loader.SetXMLDoc(nullptr);
+    std::printf("\n");
+}
+
 void Print(const char* what, const Sample& s, const Sample& floor) {
     std::printf("  %-28s %8.3f s %9.1f MiB   time %5.2fx  memory %5.2fx\n", what, s.seconds, s.peakKiB / 1024.0,
                 s.seconds / floor.seconds, static_cast<double>(s.peakKiB) / static_cast<double>(floor.peakKiB));
@@ -171,6 +204,7 @@ int main(int argc, char** argv) {
               floor);
         Print("read + write (resave)", Measure([&] { return rewrite(std::nullopt); }), floor);
         Print("read + convert + write", Measure([&] { return rewrite(3); }), floor);
+        PrintSteps(loader, input, output);
     }
     fs::remove_all(dir);
     return 0;

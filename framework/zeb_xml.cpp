@@ -164,7 +164,11 @@ bool ZebXMLNode::AddAttribute1(const char* name, const char* value) {
 }
 
 bool ZebXMLNode::GetAttributeValue(const std::wstring& name, std::wstring& value) const {
-    pugi::xml_attribute a = Wrap(m_node).attribute(ToUtf8(name).c_str());
+    return GetAttributeValue1(ToUtf8(name).c_str(), value);
+}
+
+bool ZebXMLNode::GetAttributeValue1(const char* name, std::wstring& value) const {
+    pugi::xml_attribute a = Wrap(m_node).attribute(name);
     if (!a) return false;
     value = FromUtf8(a.value());
     return true;

@@ -29,6 +29,8 @@ public:
     bool AddAttribute1(const char* name, const char* value);
     // False, and `value` untouched, when the attribute is absent.
     bool GetAttributeValue(const std::wstring& name, std::wstring& value) const;
+    // Narrow-name variant, for names fixed in the code; the name is UTF-8.
+    bool GetAttributeValue1(const char* name, std::wstring& value) const;
     // All attributes in document order.
     std::vector<std::pair<std::wstring, std::wstring>> GetAttributes() const;
 

@@ -17,12 +17,10 @@ using ListPtr = std::unique_ptr<ZebXMLNodeList>;
 
 // A table row is read back with at most this many cells, "Attribute1" to "Attribute5".
 constexpr size_t kRowAttributes = 5;
-// The attribute of cell `index`; the names a row is read with are made once.
-std::wstring RowAttributeName(size_t index) {
-    static const std::wstring names[kRowAttributes] = {L"Attribute1", L"Attribute2", L"Attribute3", L"Attribute4",
-                                                       L"Attribute5"};
-    return index < kRowAttributes ? names[index] : L"Attribute" + std::to_wstring(index + 1);
-}
+// The attribute of cell `index`.
+std::string RowAttributeName(size_t index) { return "Attribute" + std::to_string(index + 1); }
+const char* const kRowAttributeNames[kRowAttributes] = {"Attribute1", "Attribute2", "Attribute3", "Attribute4",
+                                                        "Attribute5"};
 
 // How one value of the list becomes text and back. Decode returns false when the value type
 // has no text form that can be read back (the value is then not appended).
@@ -158,7 +156,11 @@ ZebXMLNode* WriteTyped(ZebXMLDocument* doc, ZebTypedParam<T>& p) {
             for (const ZebRow& row : p.values) {
                 if (row.empty()) continue;
                 NodePtr value(node->AppendNode(L"Value"));
-                for (size_t i = 0; i < row.size(); ++i) value->AddAttribute(RowAttributeName(i), row[i]);
+                for (size_t i = 0; i < row.size(); ++i) {
+                    const std::string cell = ToUtf8(row[i]);
+                    if (i < kRowAttributes) value->AddAttribute1(kRowAttributeNames[i], cell.c_str());
+                    else value->AddAttribute1(RowAttributeName(i).c_str(), cell.c_str());
+                }
             }
         } else {
             for (const ZebRow& row : p.values) AppendText(*node, L"Value", ValueCodec<T>::Text(row));
@@ -211,11 +213,12 @@ void ReadTyped(ZebXMLNode* ruleNode, ZebTypedParam<T>& p) {
         NodePtr value((*values)[i]);
         if constexpr (std::is_same_v<T, ZebRow>) {
             if (p.kind == ZebParam_Table) {
-                ZebRow row;
-                for (size_t a = 0; a < kRowAttributes; ++a) {
-                    std::wstring cell;
-                    if (value->GetAttributeValue(RowAttributeName(a), cell)) row.push_back(std::move(cell));
-                }
+                // Cells are gathered first so that the row is allocated once, at its size.
+                std::wstring cells[kRowAttributes];
+                size_t count = 0;
+                for (const char* name : kRowAttributeNames)
+                    if (value->GetAttributeValue1(name, cells[count])) ++count;
+                ZebRow row(std::make_move_iterator(cells), std::make_move_iterator(cells + count));
                 p.values.Add(std::move(row));
                 continue;
             }
