@@ -5,6 +5,7 @@
 
 #include "app/assembly_rules_app.h"
 #include "app/help_topics.h"
+#include "controls/sheet_export.h"
 #include "controls/wrapper_combo_ctrl.h"
 #include "dialogs/fastener/fastener_cells.h"
 #include "dialogs/fastener/fastener_sheet_import.h"
@@ -122,6 +123,9 @@ void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
     for (const wchar_t* heading : {L"Min", L"Max", L"Min", L"Max"}) m_grid->InsertColumn(heading, kConditionWidth / 2);
     m_grid->SetEditableColumns(kFastenerNameColumn, CZEBAsmFastenerClearanceRuleListCtrl::kMaxB);
     m_grid->SetRows(RowsWithReserve(storedRows, {}));
+    // The headings that name the columns sit on the operator table above the values.
+    for (CZEBListCtrl* table : {m_operatorGrid, static_cast<CZEBListCtrl*>(m_grid)})
+        OfferTableExport(*table, [this] { ExportTable(); });
     m_grid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     m_grid->FitWidthToColumns();
     m_operatorGrid->FitWidthToColumns();
@@ -207,4 +211,9 @@ void CZEBAssemblyFastenerClearanceDlg::ImportSpreadsheet() {
     CloseFastenerEditors(*m_grid);
     std::vector<CZebGridModel::Row> rows = m_grid->GetRows();
     if (import.MergeInto(this, rows, Imports())) m_grid->SetRows(std::move(rows));
+}
+
+void CZEBAssemblyFastenerClearanceDlg::ExportTable() {
+    CommitEdits();
+    ExportTableToChosenFile(this, TableSheetKind::FastenerClearance, TableTexts(*m_grid, kFastenerNameColumn, 5));
 }

@@ -7,6 +7,7 @@
 
 #include "app/assembly_rules_app.h"
 #include "app/help_topics.h"
+#include "controls/sheet_export.h"
 #include "dialogs/fastener/fastener_cells.h"
 #include "dialogs/fastener/fastener_sheet_import.h"
 #include "dialogs/fastener/zeb_asm_fastener_engagement_len_rule_list_ctrl.h"
@@ -70,6 +71,7 @@ void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
     m_grid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     m_grid->FitWidthToColumns();
     m_grid->setMinimumHeight(12 * m_grid->verticalHeader()->defaultSectionSize());
+    OfferTableExport(*m_grid, [this] { ExportTable(); });
     const size_t stored = static_cast<size_t>(lengths->values.GetSize());
     std::vector<std::pair<size_t, CZebGridModel::Row>> placed;
     if (LoadNameChoices()) {
@@ -114,4 +116,9 @@ void CZEBAssemblyFastenerEngagementLenDlg::ImportSpreadsheet() {
     if (!import.CheckRows(this)) return;
     std::vector<CZebGridModel::Row> rows = m_grid->GetRows();
     if (import.MergeInto(this, rows, Imports())) m_grid->SetRows(std::move(rows));
+}
+
+void CZEBAssemblyFastenerEngagementLenDlg::ExportTable() {
+    CommitEdits();
+    ExportTableToChosenFile(this, TableSheetKind::FastenerEngagement, TableTexts(*m_grid, kFastenerNameColumn, 2));
 }

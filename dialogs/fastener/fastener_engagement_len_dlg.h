@@ -26,6 +26,9 @@ public:
 
     // How sheets are imported into this table.
     static const FastenerTableKind& ImportKind();
+    // "Export..." on the table's column headings: the table written to a chosen workbook in the
+    // layout its import reads.
+    void ExportTable();
 
 protected:
     void LoadFromRule(CZebRule& rule) override;

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "app/assembly_rules_app.h"
+#include "controls/sheet_export.h"
 #include "controls/zeb_asm_rule_list_ctrl.h"
 #include "dialogs/common/parameter_controls.h"
 #include "framework/ui/control_id.h"
@@ -50,6 +51,7 @@ void ZEBASMInterfDetCheckCompDlg::OnInitDialog() {
     if (!m_rule || !m_rule->FindParameterInArray(kCheckAll)) return;
     m_table->SetUpColumns({L"", LoadLocalizedString(IDS_COMPONENT_1_HEADING), LoadLocalizedString(IDS_COMPONENT_2_HEADING)},
                           kTableWidth, 0);
+    OfferTableExport(*m_table, [this] { ExportTable(); });
     const ZebTypedParam<bool>* checkAll = FindTyped<bool>(*m_rule, kCheckAll);
     const ZebTypedParam<ZebRow>* stored = FindTyped<ZebRow>(*m_rule, kComponents);
     const int storedRows = stored ? stored->values.GetSize() : 0;
@@ -133,4 +135,10 @@ void ZEBASMInterfDetCheckCompDlg::StoreIntoRule(CZebRule& rule) {
 
 void ZEBASMInterfDetCheckCompDlg::ImportSpreadsheet() {
     ImportComponentTable(window(), *m_table, kImportLayout, m_import);
+}
+
+void ZEBASMInterfDetCheckCompDlg::ExportTable() {
+    std::wstring text;
+    m_table->EndCellEdit(text);
+    ExportTableToChosenFile(window(), TableSheetKind::ComponentsToCheck, TableTexts(*m_table, kFirst, 2));
 }

@@ -34,6 +34,9 @@ public:
     std::optional<ZebRefusal> Validate() const;
     void StoreIntoRule(CZebRule& rule);
     void ImportSpreadsheet();
+    // "Export..." on the table's column headings: the table written to a chosen workbook in the
+    // layout its import reads.
+    void ExportTable();
     CZEBAsmRuleListCtrl* GetTable() const { return m_table; }
 
 private:

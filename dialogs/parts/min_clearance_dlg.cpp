@@ -9,6 +9,7 @@
 #include "app/assembly_rules_app.h"
 #include "app/help_topics.h"
 #include "controls/double_edit_ex.h"
+#include "controls/sheet_export.h"
 #include "controls/wrapper_combo_ctrl.h"
 #include "controls/zeb_asm_rule_list_ctrl.h"
 #include "dialogs/common/parameter_controls.h"
@@ -105,6 +106,7 @@ void CZEBAssemblyMinClearanceBetPartsDlg::LoadTable(CZebRule& rule) {
                           kTableWidth, 0);
     // Part files chosen in the table are named as the rule names parts.
     m_table->SetMode(CZEBAsmRuleListCtrl::Mode::PartPairs, PartFileNaming::DisplayName);
+    OfferTableExport(*m_table, [this] { ExportTable(); });
     const int stored = pairs->values.GetSize();
     std::vector<CZebGridModel::Row> rows(static_cast<size_t>(stored + kSpareRows));
     for (int i = 0; i < stored; ++i) {
@@ -167,6 +169,12 @@ void CZEBAssemblyMinClearanceBetPartsDlg::StoreTable(CZebRule& rule) {
 void CZEBAssemblyMinClearanceBetPartsDlg::ImportSpreadsheet() {
     if (!m_tableLoaded) return;
     ImportComponentTable(this, *m_table, kImportLayout, m_import);
+}
+
+void CZEBAssemblyMinClearanceBetPartsDlg::ExportTable() {
+    if (!m_tableLoaded) return;
+    CommitEdits();
+    ExportTableToChosenFile(this, TableSheetKind::PartPairs, TableTexts(*m_table, kFirst, kClearance - kFirst + 1));
 }
 
 bool CZEBAssemblyMinClearanceBetPartsDlg::PreTranslateMessage(QObject* target, QEvent* event) {

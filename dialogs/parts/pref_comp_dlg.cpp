@@ -6,6 +6,7 @@
 
 #include "app/assembly_rules_app.h"
 #include "app/help_topics.h"
+#include "controls/sheet_export.h"
 #include "controls/wrapper_combo_ctrl.h"
 #include "controls/zeb_asm_rule_list_ctrl.h"
 #include "dialogs/common/parameter_controls.h"
@@ -74,6 +75,7 @@ void CZEBAssemblyCheckPrefCompDlg::LoadFromRule(CZebRule& rule) {
     m_table->SetEditableColumns(1, kLastColumn);
     m_table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     m_table->FitWidthToColumns();
+    OfferTableExport(*m_table, [this] { ExportTable(); });
 
     std::vector<StringTableRow> records;
     if (!text->values.IsEmpty()) CZEBStringTableParser::Parse(text->values[0], records);
@@ -117,6 +119,15 @@ void CZEBAssemblyCheckPrefCompDlg::StoreIntoRule(CZebRule& rule) {
 void CZEBAssemblyCheckPrefCompDlg::ImportSpreadsheet() {
     if (m_table->GetColumnCount() == 0) return;
     ImportComponentTable(this, *m_table, kImportLayout, m_import);
+}
+
+void CZEBAssemblyCheckPrefCompDlg::ExportTable() {
+    if (m_table->GetColumnCount() == 0) return;
+    CommitEdits();
+    // The rows the rule keeps: the last row never belongs to the table's text.
+    TextRows rows = TableTexts(*m_table, 1, kLastColumn);
+    if (!rows.empty()) rows.pop_back();
+    ExportTableToChosenFile(this, TableSheetKind::PreferredComponents, rows);
 }
 
 bool CZEBAssemblyCheckPrefCompDlg::PreTranslateMessage(QObject* target, QEvent* event) {

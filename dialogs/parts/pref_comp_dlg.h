@@ -21,6 +21,9 @@ public:
 
     explicit CZEBAssemblyCheckPrefCompDlg(CZebRule* rule, const std::wstring& unitText = {});
     void ImportSpreadsheet() override;
+    // "Export..." on the table's column headings: the table written to a chosen workbook in the
+    // layout its import reads.
+    void ExportTable();
 
 protected:
     void LoadFromRule(CZebRule& rule) override;

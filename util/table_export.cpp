@@ -1,0 +1,216 @@
+#include "util/table_export.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <xlsxwriter.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <random>
+
+#include "framework/param_storage.h"
+#include "framework/text_convert.h"
+#include "framework/zeb_rule.h"
+#include "util/number_text.h"
+#include "util/string_table.h"
+
+namespace {
+constexpr long kPartPairs = 2048;
+constexpr long kComponentsToCheck = 6068;
+constexpr long kComponentGroups = 8073;
+constexpr long kPreferredTable = 7002;
+constexpr long kClearanceA = 2052;
+constexpr long kClearanceB = 9450;
+constexpr long kEngagementLengths = 2053;
+
+// The heading rows the fastener import matches its layouts by; the clearance one is the layout
+// that carries both conditions with their Max.
+const std::vector<std::wstring> kClearanceHeadings{L"F", L"A", L"A1", L"B", L"B1"};
+const std::vector<std::wstring> kEngagementHeadings{L"F", L"A"};
+
+const std::wstring kNoText;
+
+const std::wstring& CellOf(const std::vector<std::wstring>& row, size_t column) {
+    return column < row.size() ? row[column] : kNoText;
+}
+
+bool IsBlank(const std::wstring& text) { return TrimBlanks(text).empty(); }
+
+template <class T>
+ZebTypedParam<T>* Typed(CZebRule& rule, long id) {
+    CZebParamStorage* p = rule.FindParameterInArray(id);
+    return p ? p->As<T>() : nullptr;
+}
+
+// Whether the import reads the row back. Empty rows are not counted as left out.
+enum class RowFate { Written, Empty, LeftOut };
+
+RowFate FateOf(TableSheetKind kind, const std::vector<std::wstring>& row, size_t width) {
+    bool any = false;
+    for (size_t c = 0; c < width; ++c) any = any || !IsBlank(CellOf(row, c));
+    if (!any) return RowFate::Empty;
+    // A fastener row without a name is not part of the rule: the dialog stores only named rows.
+    const bool fastener = kind == TableSheetKind::FastenerClearance || kind == TableSheetKind::FastenerEngagement;
+    if (fastener && IsBlank(CellOf(row, 0))) return RowFate::Empty;
+    // Every import reads down to the first empty cell in column "A" (cells are trimmed).
+    if (IsBlank(CellOf(row, 0))) return RowFate::LeftOut;
+    switch (kind) {
+    case TableSheetKind::PartPairs:
+        // A pair without its second part is refused by the dialog and dropped when it opens.
+        return IsBlank(CellOf(row, 1)) ? RowFate::LeftOut : RowFate::Written;
+    case TableSheetKind::ComponentsToCheck:
+        // An empty name anywhere ends that import with nothing taken.
+        return IsBlank(CellOf(row, 1)) ? RowFate::LeftOut : RowFate::Written;
+    case TableSheetKind::PreferredComponents:
+        return RowFate::Written;
+    case TableSheetKind::FastenerClearance:
+        // A row without either Min blocks the whole import.
+        return IsBlank(CellOf(row, 1)) && IsBlank(CellOf(row, 3)) ? RowFate::LeftOut : RowFate::Written;
+    case TableSheetKind::FastenerEngagement:
+        // An empty or non-numeric length blocks the whole import.
+        return !IsBlank(CellOf(row, 1)) && IsNumericText(TrimBlanks(CellOf(row, 1))) ? RowFate::Written : RowFate::LeftOut;
+    }
+    return RowFate::LeftOut;
+}
+
+size_t WidthOf(TableSheetKind kind) {
+    switch (kind) {
+    case TableSheetKind::PartPairs: return 3;
+    case TableSheetKind::ComponentsToCheck: return 2;
+    case TableSheetKind::PreferredComponents: return 4;
+    case TableSheetKind::FastenerClearance: return kClearanceHeadings.size();
+    case TableSheetKind::FastenerEngagement: return kEngagementHeadings.size();
+    }
+    return 0;
+}
+
+std::string ErrnoText(int error) { return std::strerror(error); }
+}  // namespace
+
+TableSheet TableToSheet(TableSheetKind kind, const TextRows& table) {
+    TableSheet sheet;
+    if (kind == TableSheetKind::FastenerClearance) sheet.rows.push_back(kClearanceHeadings);
+    if (kind == TableSheetKind::FastenerEngagement) sheet.rows.push_back(kEngagementHeadings);
+    const size_t width = WidthOf(kind);
+    for (const std::vector<std::wstring>& row : table) {
+        switch (FateOf(kind, row, width)) {
+        case RowFate::Empty: break;
+        case RowFate::LeftOut: ++sheet.leftOut; break;
+        case RowFate::Written: {
+            std::vector<std::wstring> cells(width);
+            for (size_t c = 0; c < width; ++c) cells[c] = CellOf(row, c);
+            sheet.rows.push_back(std::move(cells));
+            break;
+        }
+        }
+    }
+    return sheet;
+}
+
+std::optional<TableSheetKind> RuleTableKind(CZebRule& rule) {
+    if (Typed<ZebRow>(rule, kClearanceA) && Typed<ZebRow>(rule, kClearanceB)) return TableSheetKind::FastenerClearance;
+    if (Typed<ZebRow>(rule, kEngagementLengths)) return TableSheetKind::FastenerEngagement;
+    if (Typed<ZebRow>(rule, kPartPairs)) return TableSheetKind::PartPairs;
+    if (Typed<ZebRow>(rule, kComponentsToCheck)) return TableSheetKind::ComponentsToCheck;
+    if (Typed<std::wstring>(rule, kPreferredTable)) return TableSheetKind::PreferredComponents;
+    return std::nullopt;
+}
+
+TextRows StoredTableRows(CZebRule& rule, TableSheetKind kind) {
+    TextRows rows;
+    switch (kind) {
+    case TableSheetKind::PartPairs:
+        if (const auto* pairs = Typed<ZebRow>(rule, kPartPairs))
+            for (const ZebRow& row : pairs->values)
+                if (row.size() >= 3 && !row[0].empty() && !row[1].empty()) rows.push_back({row[0], row[1], row[2]});
+        break;
+    case TableSheetKind::ComponentsToCheck:
+        if (const auto* components = Typed<ZebRow>(rule, kComponentsToCheck)) {
+            const auto* groups = Typed<bool>(rule, kComponentGroups);
+            const bool asGroups = groups && !groups->values.IsEmpty() && groups->values[0];
+            for (const ZebRow& row : components->values) {
+                if (row.size() < 2 || (!asGroups && (row[0].empty() || row[1].empty()))) continue;
+                rows.push_back({row[0], row[1]});
+            }
+        }
+        break;
+    case TableSheetKind::PreferredComponents:
+        if (const auto* text = Typed<std::wstring>(rule, kPreferredTable); text && !text->values.IsEmpty()) {
+            std::vector<StringTableRow> records;
+            CZEBStringTableParser::Parse(text->values[0], records);
+            for (const StringTableRow& r : records) rows.push_back({r.Col1, r.Col2, r.Col3, r.Col4});
+        }
+        break;
+    case TableSheetKind::FastenerClearance: {
+        const auto* a = Typed<ZebRow>(rule, kClearanceA);
+        const auto* b = Typed<ZebRow>(rule, kClearanceB);
+        if (!a || !b) break;
+        for (int32_t i = 0; i < a->values.GetSize() && i < b->values.GetSize(); ++i) {
+            const ZebRow& first = a->values[i];
+            const ZebRow& second = b->values[i];
+            if (first.size() < 3 || second.size() < 3 || first[0].empty()) continue;
+            rows.push_back({first[0], first[1], first[2], second[1], second[2]});
+        }
+        break;
+    }
+    case TableSheetKind::FastenerEngagement:
+        if (const auto* lengths = Typed<ZebRow>(rule, kEngagementLengths))
+            for (const ZebRow& row : lengths->values)
+                if (row.size() >= 2 && !row[0].empty()) rows.push_back({row[0], row[1]});
+        break;
+    }
+    return rows;
+}
+
+bool WriteSheetFile(const std::wstring& path, const TextRows& rows, std::wstring& error) {
+    const std::string target = ToUtf8(path);
+    const size_t slash = target.rfind('/');
+    const std::string folder = slash == std::string::npos ? std::string() : target.substr(0, slash + 1);
+    // The hidden name is taken with O_EXCL first, so no other file is ever written over; the
+    // workbook writer then replaces it.
+    std::string temp;
+    int fd = -1;
+    std::random_device random;
+    for (int attempt = 0; attempt < 100 && fd < 0; ++attempt) {
+        static const char kLetters[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+        temp = folder + ".vantor-";
+        for (int i = 0; i < 6; ++i) temp += kLetters[random() % (sizeof kLetters - 1)];
+        fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd < 0 && errno != EEXIST) break;
+    }
+    if (fd < 0) {
+        error = L"cannot write beside " + path + L": " + FromUtf8(ErrnoText(errno));
+        return false;
+    }
+    ::close(fd);
+
+    auto fail = [&](const std::string& why) {
+        ::unlink(temp.c_str());
+        error = L"cannot write " + path + L": " + FromUtf8(why);
+        return false;
+    };
+    lxw_workbook* workbook = workbook_new(temp.c_str());
+    if (!workbook) return fail("the workbook could not be started");
+    lxw_worksheet* sheet = workbook_add_worksheet(workbook, nullptr);
+    lxw_error written = sheet ? LXW_NO_ERROR : LXW_ERROR_MEMORY_MALLOC_FAILED;
+    // Every cell is a text cell: the import reads a text back exactly as written, while a number
+    // cell would come back in the reader's own number text ("3.0" in a decimal column).
+    for (size_t r = 0; r < rows.size() && written == LXW_NO_ERROR; ++r) {
+        if (r >= LXW_ROW_MAX) {
+            written = LXW_ERROR_WORKSHEET_INDEX_OUT_OF_RANGE;
+            break;
+        }
+        for (size_t c = 0; c < rows[r].size() && written == LXW_NO_ERROR; ++c) {
+            if (rows[r][c].empty()) continue;
+            written = worksheet_write_string(sheet, static_cast<lxw_row_t>(r), static_cast<lxw_col_t>(c),
+                                             ToUtf8(rows[r][c]).c_str(), nullptr);
+        }
+    }
+    const lxw_error closed = workbook_close(workbook);
+    if (written != LXW_NO_ERROR) return fail(lxw_strerror(written));
+    if (closed != LXW_NO_ERROR) return fail(lxw_strerror(closed));
+    if (std::rename(temp.c_str(), target.c_str()) != 0) return fail(ErrnoText(errno));
+    return true;
+}
