@@ -10,9 +10,9 @@
 #include <cstring>
 #include <fstream>
 #include <pugixml.hpp>
-#include <random>
 #include <sstream>
 
+#include "framework/file_beside.h"
 #include "framework/text_convert.h"
 
 namespace {
@@ -334,25 +334,13 @@ bool ZebXMLDocument::SaveFile(const std::wstring& path, std::wstring& error) con
             std::free(resolved);
         }
     }
-    // A short hidden name in the target's folder: the rename stays within one file system, and a
-    // target name close to the longest a folder allows still leaves room for it.
-    const size_t slash = target.rfind('/');
-    const std::string folder = slash == std::string::npos ? std::string() : target.substr(0, slash + 1);
     // A replaced file keeps its mode and, where allowed, its owner; a new one gets the mode the
     // umask leaves of 0666, as any other new file would.
     struct stat old{};
     const bool replacing = ::stat(target.c_str(), &old) == 0 && S_ISREG(old.st_mode);
     std::string temp;
-    int fd = -1;
-    std::random_device random;
-    for (int attempt = 0; attempt < 100 && fd < 0; ++attempt) {
-        static const char kLetters[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
-        temp = folder + ".vantor-";
-        for (int i = 0; i < 6; ++i) temp += kLetters[random() % (sizeof kLetters - 1)];
-        // Until its mode is set, a replacing file is readable by its owner only.
-        fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, replacing ? 0600 : 0666);
-        if (fd < 0 && errno != EEXIST) break;
-    }
+    // Until its mode is set, a replacing file is readable by its owner only.
+    const int fd = ZebOpenFileBeside(target, replacing ? 0600 : 0666, temp);
     if (fd < 0) {
         error = L"cannot write beside " + path + L": " + FromUtf8(std::strerror(errno));
         return false;

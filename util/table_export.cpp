@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <random>
 
+#include "framework/file_beside.h"
 #include "framework/param_storage.h"
 #include "framework/text_convert.h"
 #include "framework/zeb_rule.h"
@@ -166,20 +166,10 @@ TextRows StoredTableRows(CZebRule& rule, TableSheetKind kind) {
 
 bool WriteSheetFile(const std::wstring& path, const TextRows& rows, std::wstring& error) {
     const std::string target = ToUtf8(path);
-    const size_t slash = target.rfind('/');
-    const std::string folder = slash == std::string::npos ? std::string() : target.substr(0, slash + 1);
-    // The hidden name is taken with O_EXCL first, so no other file is ever written over; the
+    // The hidden name is taken exclusively first, so no other file is ever written over; the
     // workbook writer then replaces it.
     std::string temp;
-    int fd = -1;
-    std::random_device random;
-    for (int attempt = 0; attempt < 100 && fd < 0; ++attempt) {
-        static const char kLetters[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
-        temp = folder + ".vantor-";
-        for (int i = 0; i < 6; ++i) temp += kLetters[random() % (sizeof kLetters - 1)];
-        fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (fd < 0 && errno != EEXIST) break;
-    }
+    const int fd = ZebOpenFileBeside(target, 0666, temp);
     if (fd < 0) {
         error = L"cannot write beside " + path + L": " + FromUtf8(ErrnoText(errno));
         return false;
