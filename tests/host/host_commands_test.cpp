@@ -107,6 +107,16 @@ TEST_F(HostCommandsTest, TheEditorWithAndWithoutADisplay) {
     EXPECT_NE(broken.err.find("broken.xml"), std::string::npos) << broken.err;
     EXPECT_NE(broken.err.find("line"), std::string::npos) << broken.err;
     EXPECT_FALSE(fs::exists(dir / "broken.png"));
+
+    // The material editors open on the shared database by themselves, and draw themselves too.
+    for (const char* which : {"", " --pair"}) {
+        const fs::path png = dir / (std::string("materials") + (*which ? "-pair" : "") + ".png");
+        HostRun materials = Host(std::string("materials") + which + " --screenshot " + png.string(), offscreen);
+        ASSERT_EQ(materials.status, 0) << materials.err;
+        EXPECT_EQ(FileBytes(png).substr(1, 3), "PNG");
+    }
+    EXPECT_TRUE(fs::exists(dir / "db" / "vantor.sqlite"));
+    EXPECT_EQ(Host("materials --colour", offscreen).status, 2);
 }
 
 TEST_F(HostCommandsTest, NewShowAndConvert) {

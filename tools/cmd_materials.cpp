@@ -1,0 +1,65 @@
+// vantor-rules materials: the material database editor on the shared database, without a rule,
+// for whoever keeps the team's material catalogue.
+#include <QApplication>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "app/assembly_rules_app.h"
+#include "database/material_db_dlg.h"
+#include "database/material_pair_dlg.h"
+#include "framework/ui/ui_service.h"
+#include "host/host_command.h"
+#include "host/screenshot.h"
+
+namespace {
+int RunMaterials(const std::vector<std::string>& words) {
+    bool pair = false;
+    std::string screenshot;
+    for (size_t i = 0; i < words.size(); ++i) {
+        if (words[i] == "--pair") {
+            pair = true;
+        } else if (words[i] == "--screenshot" && i + 1 < words.size()) {
+            screenshot = words[++i];
+        } else {
+            std::fprintf(stderr, "vantor-rules: materials takes [--pair] [--screenshot PNG], not '%s'\n", words[i].c_str());
+            return 2;
+        }
+    }
+    static int argc = 1;
+    static char name[] = "vantor-rules";
+    static char* argv[] = {name, nullptr};
+    QApplication app(argc, argv);
+    if (!StartAssemblyRulesApp()) {
+        std::fprintf(stderr, "vantor-rules: the resource libraries could not be loaded\n");
+        return 1;
+    }
+    EnsureZebUiService();
+    bool saved = false;
+    if (!screenshot.empty()) PictureNextModalDialog(screenshot, saved);
+    {
+        CZebResourceScope scope;
+        if (pair) {
+            MaterialChoice choice;
+            CEditMaterialPairDlg dialog(nullptr, nullptr, choice, {});
+            dialog.DoModal();
+        } else {
+            CEditMaterialDBDlg dialog(nullptr, nullptr);
+            dialog.DoModal();
+        }
+    }
+    StopAssemblyRulesApp();
+    if (!screenshot.empty() && !saved) {
+        std::fprintf(stderr, "vantor-rules: the picture could not be written to %s\n", screenshot.c_str());
+        return 1;
+    }
+    return 0;
+}
+}  // namespace
+
+VANTOR_HOST_COMMAND(materials, "materials", "[--pair] [--screenshot PNG]",
+                    "Opens the material database editor on the shared database: groups and their\n"
+                    "materials, added and deleted at once (Cancel offers to undo them). With --pair,\n"
+                    "the tree a contact material cell is chosen from, which stores nothing. With\n"
+                    "--screenshot the dialog is drawn into PNG and closed.",
+                    RunMaterials);
