@@ -1,7 +1,6 @@
 #include "controls/zeb_asm_recomm_thread_conn_list_ctrl.h"
 
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <algorithm>
 #include <utility>
@@ -58,11 +57,6 @@ bool CZEBAsmRecommThreadConnListCtrl::ReadPairs(std::vector<std::vector<std::wst
 int CZEBAsmRecommThreadConnListCtrl::CommitOpenEditor() {
     std::wstring text;
     return EndCellEdit(text);
-}
-
-long CZEBAsmRecommThreadConnListCtrl::KeyHandler(QEvent* event) {
-    if (event->type() != QEvent::KeyPress) return 0;
-    return StandardKeyHandler(static_cast<QKeyEvent*>(event)->key());
 }
 
 void CZEBAsmRecommThreadConnListCtrl::mousePressEvent(QMouseEvent* event) {

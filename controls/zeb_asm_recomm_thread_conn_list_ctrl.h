@@ -24,7 +24,6 @@ public:
 
     // Commits an open editor, as a click does.
     int CommitOpenEditor();
-    long KeyHandler(QEvent* event) override;
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;

@@ -17,6 +17,7 @@
 #include "controls/zeb_button.h"
 #include "framework/ui/rule_dlg_base.h"
 #include "host/host_command.h"
+#include "window_command.h"
 
 namespace {
 // A rule dialog holding the controls; keys go to the table they were typed into, as in the
@@ -115,21 +116,11 @@ private:
 };
 
 int RunGallery(const std::vector<std::string>&) {
-    static int argc = 1;
-    static char name[] = "vantor-rules";
-    static char* argv[] = {name, nullptr};
-    QApplication app(argc, argv);
-    if (!StartAssemblyRulesApp()) {
-        std::fprintf(stderr, "vantor-rules: the resource libraries could not be loaded\n");
-        return 1;
-    }
-    {
-        CZebResourceScope scope;
+    return RunWindowCommand([] {
         GalleryDlg dlg;
         dlg.DoModal();
-    }
-    StopAssemblyRulesApp();
-    return 0;
+        return 0;
+    });
 }
 }  // namespace
 

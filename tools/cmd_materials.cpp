@@ -1,16 +1,15 @@
 // vantor-rules materials: the material database editor on the shared database, without a rule,
 // for whoever keeps the team's material catalogue.
-#include <QApplication>
 #include <cstdio>
 #include <string>
 #include <vector>
 
-#include "app/assembly_rules_app.h"
 #include "database/material_db_dlg.h"
 #include "database/material_pair_dlg.h"
 #include "framework/ui/ui_service.h"
 #include "host/host_command.h"
 #include "host/screenshot.h"
+#include "window_command.h"
 
 namespace {
 int RunMaterials(const std::vector<std::string>& words) {
@@ -26,19 +25,10 @@ int RunMaterials(const std::vector<std::string>& words) {
             return 2;
         }
     }
-    static int argc = 1;
-    static char name[] = "vantor-rules";
-    static char* argv[] = {name, nullptr};
-    QApplication app(argc, argv);
-    if (!StartAssemblyRulesApp()) {
-        std::fprintf(stderr, "vantor-rules: the resource libraries could not be loaded\n");
-        return 1;
-    }
-    EnsureZebUiService();
-    bool saved = false;
-    if (!screenshot.empty()) PictureNextModalDialog(screenshot, saved);
-    {
-        CZebResourceScope scope;
+    return RunWindowCommand([&] {
+        EnsureZebUiService();
+        bool saved = false;
+        if (!screenshot.empty()) PictureNextModalDialog(screenshot, saved);
         if (pair) {
             MaterialChoice choice;
             CEditMaterialPairDlg dialog(nullptr, nullptr, choice, {});
@@ -47,13 +37,10 @@ int RunMaterials(const std::vector<std::string>& words) {
             CEditMaterialDBDlg dialog(nullptr, nullptr);
             dialog.DoModal();
         }
-    }
-    StopAssemblyRulesApp();
-    if (!screenshot.empty() && !saved) {
+        if (screenshot.empty() || saved) return 0;
         std::fprintf(stderr, "vantor-rules: the picture could not be written to %s\n", screenshot.c_str());
         return 1;
-    }
-    return 0;
+    });
 }
 }  // namespace
 

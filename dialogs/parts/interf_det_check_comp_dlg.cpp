@@ -56,29 +56,22 @@ void ZEBASMInterfDetCheckCompDlg::OnInitDialog() {
     const ZebTypedParam<ZebRow>* stored = FindTyped<ZebRow>(*m_rule, kComponents);
     const int storedRows = stored ? stored->values.GetSize() : 0;
 
-    m_all->setChecked(true);
-    m_allComponents = true;
     const bool checkAllOn = checkAll && !checkAll->values.IsEmpty() && checkAll->values[0];
-    if (!checkAllOn && storedRows > 0) {
-        m_listed->setChecked(true);
-        m_allComponents = false;
-    }
-    if (const ZebTypedParam<bool>* groups = FindTyped<bool>(*m_rule, kGroups)) {
-        LoadSwitchBox(*m_groupsBox, *groups);
-        m_groups = m_groupsBox->isChecked();
-    }
+    (!checkAllOn && storedRows > 0 ? m_listed : m_all)->setChecked(true);
+    if (const ZebTypedParam<bool>* groups = FindTyped<bool>(*m_rule, kGroups)) LoadSwitchBox(*m_groupsBox, *groups);
     if (checkAllOn) {
         m_table->setEnabled(false);
         m_groupsBox->setEnabled(false);
-        m_groups = false;
     }
+    // Rows are read as groups only when the list is in use.
+    const bool asGroups = !checkAllOn && m_groupsBox->isChecked();
 
     // The stored rows keep their places, with one spare row below a long list.
     std::vector<CZebGridModel::Row> rows(std::max(kSpareRows, storedRows + 1));
     for (int i = 0; i < storedRows; ++i) {
         const ZebRow& row = stored->values[i];
         if (row.size() < 2) continue;
-        if (!m_groups && (row[0].empty() || row[1].empty())) continue;
+        if (!asGroups && (row[0].empty() || row[1].empty())) continue;
         rows[static_cast<size_t>(i)] = {L"", row[0], row[1]};
     }
     m_table->SetRows(std::move(rows));
@@ -86,7 +79,6 @@ void ZEBASMInterfDetCheckCompDlg::OnInitDialog() {
 
 void ZEBASMInterfDetCheckCompDlg::OnAllComponents() {
     m_table->setEnabled(false);
-    m_allComponents = true;
     std::wstring text;
     m_table->EndCellEdit(text);
     m_groupsBox->setEnabled(false);
@@ -94,7 +86,6 @@ void ZEBASMInterfDetCheckCompDlg::OnAllComponents() {
 
 void ZEBASMInterfDetCheckCompDlg::OnListedComponents() {
     m_table->setEnabled(true);
-    m_allComponents = false;
     m_groupsBox->setEnabled(true);
 }
 
@@ -114,7 +105,7 @@ std::optional<ZebRefusal> ZEBASMInterfDetCheckCompDlg::Validate() const {
         return std::nullopt;
     }
     if (!anyFirst && !anySecond) return empty;
-    if (anyHalf && !m_allComponents) return ZebRefusal{LoadLocalizedString(IDS_COMPONENT_PAIR_INCOMPLETE), m_table};
+    if (anyHalf) return ZebRefusal{LoadLocalizedString(IDS_COMPONENT_PAIR_INCOMPLETE), m_table};
     return std::nullopt;
 }
 
@@ -122,7 +113,6 @@ void ZEBASMInterfDetCheckCompDlg::StoreIntoRule(CZebRule& rule) {
     if (ZebTypedParam<bool>* checkAll = FindTyped<bool>(rule, kCheckAll)) StoreSwitchBox(*m_all, *checkAll);
     if (m_all->isChecked()) return;
     if (ZebTypedParam<bool>* groups = FindTyped<bool>(rule, kGroups)) StoreSwitchBox(*m_groupsBox, *groups);
-    m_groups = m_groupsBox->isChecked();
     ZebTypedParam<ZebRow>* stored = FindTyped<ZebRow>(rule, kComponents);
     if (!stored) return;
     stored->values.RemoveAll();

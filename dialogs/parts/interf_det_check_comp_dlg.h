@@ -44,8 +44,6 @@ private:
     void OnListedComponents();
 
     CZebRule* m_rule;
-    bool m_allComponents = true;
-    bool m_groups = false;
     QRadioButton* m_all;
     QRadioButton* m_listed;
     QCheckBox* m_groupsBox;

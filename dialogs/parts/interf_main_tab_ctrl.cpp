@@ -8,16 +8,10 @@ ZEBASMInterfMainTabCtrl::ZEBASMInterfMainTabCtrl(QWidget* parent) : QTabWidget(p
 }
 
 void ZEBASMInterfMainTabCtrl::AddPage(const std::wstring& title, QWidget* page) {
-    m_titles.push_back(title);
-    m_pages.push_back(page);
     addTab(page, QString::fromStdWString(title));
 }
 
 void ZEBASMInterfMainTabCtrl::SelectPage(int index) {
     m_current = index;
-    if (index >= 0 && index < GetPageCount()) setCurrentIndex(index);
-}
-
-QWidget* ZEBASMInterfMainTabCtrl::GetPage(int index) const {
-    return index >= 0 && index < GetPageCount() ? m_pages[static_cast<size_t>(index)] : nullptr;
+    if (index >= 0 && index < count()) setCurrentIndex(index);
 }

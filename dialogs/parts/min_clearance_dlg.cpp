@@ -114,8 +114,9 @@ void CZEBAssemblyMinClearanceBetPartsDlg::LoadTable(CZebRule& rule) {
         if (row.size() >= 3 && !row[0].empty() && !row[1].empty()) rows[static_cast<size_t>(i)] = {L"", row[0], row[1], row[2]};
     }
     m_table->SetRows(std::move(rows));
-    m_tableLoaded = true;
 }
+
+bool CZEBAssemblyMinClearanceBetPartsDlg::TableLoaded() const { return m_table->GetColumnCount() > 0; }
 
 void CZEBAssemblyMinClearanceBetPartsDlg::TakeBackTooLarge() {
     if (ToDouble(m_clearance->text().toStdWString()) > kLargestClearance) m_clearance->setText(m_lastAcceptedClearance);
@@ -125,7 +126,7 @@ void CZEBAssemblyMinClearanceBetPartsDlg::CommitEdits() { m_table->CommitCellEdi
 
 std::optional<ZebRefusal> CZEBAssemblyMinClearanceBetPartsDlg::Validate(CZebRule& rule) {
     if (!rule.FindParameterInArray(kGeneralClearance)) return ZebRefusal{};
-    if (!m_tableLoaded) return std::nullopt;
+    if (!TableLoaded()) return std::nullopt;
     for (const CZebGridModel::Row& row : m_table->GetRows()) {
         const std::wstring& first = CZebGridModel::CellOf(row, kFirst);
         const std::wstring& second = CZebGridModel::CellOf(row, kSecond);
@@ -152,7 +153,7 @@ void CZEBAssemblyMinClearanceBetPartsDlg::StoreIntoRule(CZebRule& rule) {
         StoreFirstValue(*same, SwitchValue(*m_sameSubassembly), LongerList::FirstReplaced);
     StoreSeverityList(*m_severity, rule.Severity);
     if (ZebTypedParam<bool>* touching = FindTyped<bool>(rule, kTouching)) StoreSwitchBox(*m_touching, *touching);
-    if (m_tableLoaded) StoreTable(rule);
+    if (TableLoaded()) StoreTable(rule);
 }
 
 void CZEBAssemblyMinClearanceBetPartsDlg::StoreTable(CZebRule& rule) {
@@ -167,12 +168,12 @@ void CZEBAssemblyMinClearanceBetPartsDlg::StoreTable(CZebRule& rule) {
 }
 
 void CZEBAssemblyMinClearanceBetPartsDlg::ImportSpreadsheet() {
-    if (!m_tableLoaded) return;
+    if (!TableLoaded()) return;
     ImportComponentTable(this, *m_table, kImportLayout, m_import);
 }
 
 void CZEBAssemblyMinClearanceBetPartsDlg::ExportTable() {
-    if (!m_tableLoaded) return;
+    if (!TableLoaded()) return;
     CommitEdits();
     ExportTableToChosenFile(this, TableSheetKind::PartPairs, TableTexts(*m_table, kFirst, kClearance - kFirst + 1));
 }

@@ -54,6 +54,8 @@ private:
     void LoadTable(CZebRule& rule);
     void StoreTable(CZebRule& rule);
     void TakeBackTooLarge();
+    // The pair table gets its columns only when the rule has its pairs and their switch.
+    bool TableLoaded() const;
 
     CWrapperComboCtrl* m_severity;
     QCheckBox* m_clearanceSwitch;
@@ -67,6 +69,5 @@ private:
     QLabel* m_hint;
     // The clearance text the dialog opened with, put back over a value too large.
     QString m_lastAcceptedClearance;
-    bool m_tableLoaded = false;
     SheetImportState m_import;
 };

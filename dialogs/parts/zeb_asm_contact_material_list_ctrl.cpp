@@ -33,10 +33,10 @@ std::wstring CZEBAsmContactMaterialListCtrl::CellText(const MaterialChoice& choi
 bool CZEBAsmContactMaterialListCtrl::EditCellMaterials(int row, int column) {
     if (row < 0 || (column != 1 && column != 2) || !m_owner || !m_rule) return false;
     CZebResourceScope scope;
-    CEditMaterialPairDlg editor(m_owner, m_rule, m_selection, CellNames(GetCellText(row, column)));
+    MaterialChoice selection;
+    CEditMaterialPairDlg editor(m_owner, m_rule, selection, CellNames(GetCellText(row, column)));
     const bool chosen = editor.DoModal() == CEditMaterialPairDlg::kIdOk;
-    if (chosen) SetCellText(row, column, CellText(m_selection));
-    m_selection.clear();
+    if (chosen) SetCellText(row, column, CellText(selection));
     return chosen;
 }
 

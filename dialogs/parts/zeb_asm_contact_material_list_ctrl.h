@@ -37,7 +37,6 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
-    MaterialChoice m_selection;
     QWidget* m_owner = nullptr;
     CZebRule* m_rule = nullptr;
 };

@@ -1,7 +1,6 @@
 // The fastener clearance and engagement length dialogs driven as a user drives them: controls
 // found by their ids, message boxes and choosers answered by the recording UI service, the error
 // dialog answered when it opens, a real database in a temporary folder.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -32,6 +31,7 @@
 #include "rules/fastener_engagement_len_rule.h"
 #include "rules/rule_record.h"
 #include "tests/database/db_test_support.h"
+#include "tests/support/database_module.h"
 #include "tests/support/module_environment.h"
 #include "tests/support/scoped_temp_dir.h"
 #include "tests/support/sheet_writer.h"
@@ -80,13 +80,8 @@ class FastenerDialogTest : public ::testing::Test {
 protected:
     void SetUp() override {
         EnsureQtTestApp();
-        // The database module sits beside the code, loaded as the host loads it.
-        databaseModule = dlopen(VANTOR_BUILD_DIR "/tests/ZEBDatabaseu.so", RTLD_NOW | RTLD_LOCAL);
-        ASSERT_NE(databaseModule, nullptr) << dlerror();
+        ASSERT_TRUE(databaseModule.Loaded()) << databaseModule.Error();
         tmp.Set(dir.c_str());
-    }
-    void TearDown() override {
-        if (databaseModule) dlclose(databaseModule);
     }
 
     std::list<std::wstring> DatabaseNames() {
@@ -112,7 +107,7 @@ protected:
     ScopedDatabaseFolder folder;
     ScopedEnv tmp{"TMPDIR", nullptr};
     CZebRecordingUiService ui;
-    void* databaseModule = nullptr;
+    ScopedDatabaseModule databaseModule;
     ScopedTempDir temp{"vantor-fastener-"};
     const fs::path dir = temp.Path();
 };
@@ -187,8 +182,7 @@ TEST_F(FastenerDialogTest, ClearanceOpensWithTheStoredTableAndTheDatabase) {
     EXPECT_EQ(grid->columnWidth(2), 100);
     EXPECT_EQ(grid->columnWidth(3), 71);
 
-    dlclose(databaseModule);
-    databaseModule = nullptr;
+    databaseModule.Unload();
     CZEBAssemblyFastenerClearanceDlg withoutModule(&rule, L"mm");
     ShowActive(&withoutModule);
     EXPECT_EQ(withoutModule.GetGrid()->GetRowCount(), 3 + 260);

@@ -1,6 +1,5 @@
 // The fastener alignment and fastener accessibility dialogs driven as a user drives them:
 // controls found by their ids, message boxes answered by the recording UI service.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
@@ -25,6 +24,7 @@
 #include "rules/fastener_alignment_rule.h"
 #include "rules/rule_record.h"
 #include "tests/database/db_test_support.h"
+#include "tests/support/database_module.h"
 #include "tests/support/exported_rule.h"
 #include "tests/ui/qt_test_app.h"
 
@@ -42,17 +42,12 @@ class FastenerSettingDialogsTest : public ::testing::Test {
 protected:
     void SetUp() override {
         EnsureQtTestApp();
-        // The database module sits beside the code, loaded as the host loads it.
-        databaseModule = dlopen(VANTOR_BUILD_DIR "/tests/ZEBDatabaseu.so", RTLD_NOW | RTLD_LOCAL);
-        ASSERT_NE(databaseModule, nullptr) << dlerror();
-    }
-    void TearDown() override {
-        if (databaseModule) dlclose(databaseModule);
+        ASSERT_TRUE(databaseModule.Loaded()) << databaseModule.Error();
     }
 
     ScopedDatabaseFolder folder;
     CZebRecordingUiService ui;
-    void* databaseModule = nullptr;
+    ScopedDatabaseModule databaseModule;
 };
 }  // namespace
 

@@ -2,7 +2,6 @@
 // headings) and `vantor-rules export` write what the dialog's own Ctrl+I reads back into the same
 // table. Choosers and messages are answered by the recording UI service; the fastener dialogs
 // work over a real database in a temporary folder.
-#include <dlfcn.h>
 #include <sys/wait.h>
 #include <gtest/gtest.h>
 
@@ -35,6 +34,7 @@
 #include "rules/pref_comp_rule.h"
 #include "rules/rule_record.h"
 #include "tests/database/db_test_support.h"
+#include "tests/support/database_module.h"
 #include "tests/support/exported_rule.h"
 #include "tests/support/scoped_env.h"
 #include "tests/support/scoped_temp_dir.h"
@@ -88,12 +88,8 @@ class TableExportTest : public ::testing::Test {
 protected:
     void SetUp() override {
         EnsureQtTestApp();
-        databaseModule = dlopen(VANTOR_BUILD_DIR "/tests/ZEBDatabaseu.so", RTLD_NOW | RTLD_LOCAL);
-        ASSERT_NE(databaseModule, nullptr) << dlerror();
+        ASSERT_TRUE(databaseModule.Loaded()) << databaseModule.Error();
         tmp.Set(dir.c_str());
-    }
-    void TearDown() override {
-        if (databaseModule) dlclose(databaseModule);
     }
 
     // "Export..." from the table's headings with `sheet` chosen in the save chooser.
@@ -119,7 +115,7 @@ protected:
     ScopedEnv tmp{"TMPDIR", nullptr};
     CZebResourceScope scope;
     CZebRecordingUiService ui;
-    void* databaseModule = nullptr;
+    ScopedDatabaseModule databaseModule;
 };
 
 // Runs the built host; its exit status.

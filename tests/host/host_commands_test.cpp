@@ -1,6 +1,5 @@
 // Runs the built vantor-rules as a user would and checks its output files and messages.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -11,16 +10,11 @@
 #include <vector>
 
 #include "tests/support/file_bytes.h"
+#include "tests/support/host_run.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-struct HostRun {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
 void WriteFile(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
 
 std::vector<std::string> Lines(const std::string& text) {
@@ -42,17 +36,7 @@ protected:
 
     // `prefix` runs in the same shell before the host (limits, traps).
     HostRun Host(const std::string& args, const std::string& prefix = "") {
-        const fs::path err = dir / "stderr.txt";
-        const std::string command = prefix + " env VANTOR_RES_DIR=" VANTOR_BUILD_DIR "/share/vantor/res LANG=en_US.UTF-8 "
-                                    "LC_ALL=C.UTF-8 " VANTOR_BUILD_DIR "/bin/vantor-rules " + args + " 2>" + err.string();
-        HostRun run;
-        FILE* pipe = popen(command.c_str(), "r");
-        char buffer[4096];
-        for (size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.out.append(buffer, n);
-        const int status = pclose(pipe);
-        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        run.err = FileBytes(err);
-        return run;
+        return RunHost(args, dir / "stderr.txt", prefix);
     }
 
     std::string P(const std::string& name) const { return (dir / name).string(); }

@@ -1,6 +1,5 @@
 // lint and diff run as a reviewer would run them on settings files kept under version control.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -15,16 +14,11 @@
 #include <vector>
 
 #include "tests/support/file_bytes.h"
+#include "tests/support/host_run.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-struct CliRun {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
 std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;
     std::istringstream in(text);
@@ -71,26 +65,14 @@ protected:
     }
     void TearDown() override { fs::remove_all(dir); }
 
-    CliRun Host(const std::string& args) {
-        const fs::path err = dir / "stderr.txt";
-        const std::string command = "env VANTOR_RES_DIR=" VANTOR_BUILD_DIR "/share/vantor/res LANG=en_US.UTF-8 "
-                                    "LC_ALL=C.UTF-8 " VANTOR_BUILD_DIR "/bin/vantor-rules " + args + " 2>" + err.string();
-        CliRun run;
-        FILE* pipe = popen(command.c_str(), "r");
-        char buffer[4096];
-        for (size_t n; (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.out.append(buffer, n);
-        const int status = pclose(pipe);
-        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        run.err = FileBytes(err);
-        return run;
-    }
+    HostRun Host(const std::string& args) { return RunHost(args, dir / "stderr.txt"); }
 
     std::string P(const std::string& name) const { return (dir / name).string(); }
     void Write(const std::string& name, const std::string& text) { std::ofstream(dir / name, std::ios::binary) << text; }
 
     // A document with every rule at its defaults, as `new` writes it.
     std::string Fresh(const std::string& name, const std::string& options = "") {
-        const CliRun made = Host("new -o " + P(name) + " " + options);
+        const HostRun made = Host("new -o " + P(name) + " " + options);
         EXPECT_EQ(made.status, 0) << made.err;
         return FileBytes(dir / name);
     }
@@ -108,7 +90,7 @@ struct Expected {
 
 TEST_F(LintDiffTest, LintReportsEachSilentChangeOnceWithItsLine) {
     std::string text = Fresh("clean.xml");
-    const CliRun clean = Host("lint " + P("clean.xml"));
+    const HostRun clean = Host("lint " + P("clean.xml"));
     EXPECT_EQ(clean.status, 0) << clean.out << clean.err;
     EXPECT_EQ(clean.out, "");
     Fresh("inch.xml", "--unit 3");
@@ -168,7 +150,7 @@ TEST_F(LintDiffTest, LintReportsEachSilentChangeOnceWithItsLine) {
         {"Fastener Alignment", "8019", LineOf(text, "Type=\"8019\""), "no \"Operator\""},
     };
 
-    const CliRun seeded = Host("lint " + P("seeded.xml"));
+    const HostRun seeded = Host("lint " + P("seeded.xml"));
     EXPECT_EQ(seeded.status, 1) << seeded.err;
     const std::vector<std::string> lines = Lines(seeded.out);
     EXPECT_EQ(lines.size(), expected.size()) << seeded.out;
@@ -183,7 +165,7 @@ TEST_F(LintDiffTest, LintReportsEachSilentChangeOnceWithItsLine) {
     }
 
     // The same findings for scripts.
-    const CliRun json = Host("lint --format json " + P("seeded.xml"));
+    const HostRun json = Host("lint --format json " + P("seeded.xml"));
     EXPECT_EQ(json.status, 1);
     QJsonParseError error;
     const QJsonDocument parsed = QJsonDocument::fromJson(QByteArray::fromStdString(json.out), &error);
@@ -207,7 +189,7 @@ TEST_F(LintDiffTest, LintReportsEachSilentChangeOnceWithItsLine) {
     // Quotes, backslashes and control characters in names come out escaped.
     Write("quoted.xml", "<VantorSettings><AssemblyRules Version=\"v3.5\" Unit=\"0\">\n"
                         "<Rule Name=\"a &quot;b&quot; \\ c&#9;d\" /></AssemblyRules></VantorSettings>");
-    const CliRun quoted = Host("lint --format json " + P("quoted.xml"));
+    const HostRun quoted = Host("lint --format json " + P("quoted.xml"));
     EXPECT_EQ(quoted.status, 1);
     const QJsonDocument quotedJson = QJsonDocument::fromJson(QByteArray::fromStdString(quoted.out), &error);
     ASSERT_EQ(error.error, QJsonParseError::NoError) << quoted.out;
@@ -240,7 +222,7 @@ TEST_F(LintDiffTest, LintFindingsAgreeWithTheModule) {
     Replace(text, "<Rule Name=\"Contact Material\" Status=\"0\"", "<Rule Name=\"Contact Material\" Status=\"no\"");
     Write("odd.xml", text);
 
-    const CliRun lint = Host("lint " + P("odd.xml"));
+    const HostRun lint = Host("lint " + P("odd.xml"));
     EXPECT_EQ(lint.status, 1);
     const std::string out = lint.out;
     EXPECT_NE(out.find("parameter 6080: value \"0.1234567\" has more than six decimals: written back as 0.123457"),
@@ -265,7 +247,7 @@ TEST_F(LintDiffTest, LintFindingsAgreeWithTheModule) {
     EXPECT_NE(saved.find("<Value>0.123457</Value>"), std::string::npos);
     EXPECT_NE(saved.find("<Value Attribute1=\"M8\" Attribute2=\"2\" Attribute3=\"\" />"), std::string::npos) << saved;
     EXPECT_NE(ParameterElement(saved, "6072").find("<Value>1</Value>"), std::string::npos) << saved;
-    const CliRun again = Host("lint " + P("saved.xml"));
+    const HostRun again = Host("lint " + P("saved.xml"));
     EXPECT_EQ(again.status, 0) << again.out;
 }
 
@@ -274,13 +256,13 @@ TEST_F(LintDiffTest, UnreadableFilesExitTwo) {
     for (const std::string& command :
          {"lint " + P("broken.xml"), "lint --format json " + P("missing.xml"), "diff " + P("broken.xml") + " " + P("broken.xml"),
           "lint --format yaml " + P("broken.xml"), "diff " + P("broken.xml")}) {
-        const CliRun run = Host(command);
+        const HostRun run = Host(command);
         EXPECT_EQ(run.status, 2) << command;
         EXPECT_EQ(run.out, "") << command;
         EXPECT_FALSE(run.err.empty()) << command;
     }
     Fresh("good.xml");
-    const CliRun oneBad = Host("diff " + P("good.xml") + " " + P("broken.xml"));
+    const HostRun oneBad = Host("diff " + P("good.xml") + " " + P("broken.xml"));
     EXPECT_EQ(oneBad.status, 2);
     EXPECT_NE(oneBad.err.find("broken.xml: line 3, column"), std::string::npos) << oneBad.err;
 }
@@ -291,7 +273,7 @@ TEST_F(LintDiffTest, DiffIgnoresAChangeOfUnitAndShowsEachChangeOnce) {
     ASSERT_NE(FileBytes(dir / "inch.xml"), text);
     for (const auto& [a, b] : {std::pair{"old.xml", "inch.xml"}, std::pair{"inch.xml", "old.xml"},
                                std::pair{"old.xml", "old.xml"}}) {
-        const CliRun same = Host(std::string("diff ") + P(a) + " " + P(b));
+        const HostRun same = Host(std::string("diff ") + P(a) + " " + P(b));
         EXPECT_EQ(same.status, 0) << a << " " << b << "\n" << same.out << same.err;
         EXPECT_EQ(same.out, "");
     }
@@ -305,7 +287,7 @@ TEST_F(LintDiffTest, DiffIgnoresAChangeOfUnitAndShowsEachChangeOnce) {
     Replace(changed, lengths, row);
     Replace(changed, RuleElement(changed, "Contact Material"), "");
     Write("new.xml", changed);
-    const CliRun diff = Host("diff " + P("old.xml") + " " + P("new.xml"));
+    const HostRun diff = Host("diff " + P("old.xml") + " " + P("new.xml"));
     EXPECT_EQ(diff.status, 1) << diff.err;
     const std::vector<std::string> expected = {
         "rule \"Fastener Engagement Length\" parameter 2053: + row [M8 | 12]",
@@ -316,7 +298,7 @@ TEST_F(LintDiffTest, DiffIgnoresAChangeOfUnitAndShowsEachChangeOnce) {
 
     // In another unit the same three changes follow the unit, in the old document's unit.
     ASSERT_EQ(Host("convert " + P("new.xml") + " --unit 3 -o " + P("new-inch.xml")).status, 0);
-    const CliRun inch = Host("diff " + P("old.xml") + " " + P("new-inch.xml"));
+    const HostRun inch = Host("diff " + P("old.xml") + " " + P("new-inch.xml"));
     EXPECT_EQ(inch.status, 1);
     const std::vector<std::string> inchLines = Lines(inch.out);
     ASSERT_EQ(inchLines.size(), 4u) << inch.out;
@@ -333,7 +315,7 @@ TEST_F(LintDiffTest, DiffIgnoresAChangeOfUnitAndShowsEachChangeOnce) {
     Replace(wrenchEdited, "Status=\"1\"", "Status=\"0\"");
     Replace(edited, wrench, wrenchEdited);
     Write("edited.xml", edited);
-    const CliRun edits = Host("diff " + P("new.xml") + " " + P("edited.xml"));
+    const HostRun edits = Host("diff " + P("new.xml") + " " + P("edited.xml"));
     EXPECT_EQ(edits.status, 1);
     const std::vector<std::string> editLines = {
         "rule \"Fastener Engagement Length\" parameter 2053: row \"M8\" [M8 | 12] -> [M8 | 14]",
