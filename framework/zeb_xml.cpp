@@ -323,6 +323,11 @@ std::string ZebXMLDocument::GetXML() const {
     return writer.out;
 }
 
+void ZebXMLDocument::Clear() {
+    m_impl->doc.reset();
+    m_impl->holder = pugi::xml_node();
+}
+
 bool ZebXMLDocument::SaveFile(const std::wstring& path, std::wstring& error) const {
     // A link to an existing file is written through: the file it names is replaced in its own
     // folder and the link stays, as an editor would keep it.

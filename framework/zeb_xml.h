@@ -96,6 +96,8 @@ public:
     // what the umask leaves of 0666.
     bool SaveFile(const std::wstring& path, std::wstring& error) const;
     std::string GetXML() const;
+    // Drops every node and gives their memory back; handles into the document are left dangling.
+    void Clear();
 
     // A new element that belongs to this document but has no place in its tree yet.
     ZebXMLNode* CreateNode(const std::wstring& name);

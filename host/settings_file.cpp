@@ -187,7 +187,7 @@ std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& do
 
 bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::optional<int> toUnit,
                   ZebXMLDocument& output) {
-    const std::vector<std::unique_ptr<ZebXMLNode>> ruleNodes = SettingsRuleElements(input);
+    std::vector<std::unique_ptr<ZebXMLNode>> ruleNodes = SettingsRuleElements(input);
     // convert hands every rule the change of unit, as the framework does; resave only those
     // whose parent is in another unit than the new document.
     const bool converting = toUnit.has_value();
@@ -195,9 +195,17 @@ bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::option
     std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(output, *toUnit));
     loader.SetXMLDoc(&output);
 
+    // Every rule is read before any is written, and the input is dropped in between: a large
+    // table is then held as the input or as the rule's values and its copy, never all three.
+    struct ReadRule {
+        std::optional<RuleHandle> rule;
+        UnitSetting from;
+        std::unique_ptr<ZebXMLNode> place;  // where its copy goes, among the kept elements
+    };
+    std::vector<ReadRule> read;
+    const UnitSetting to{*toUnit, 0};
     for (const std::unique_ptr<ZebXMLNode>& node : ruleNodes) {
         const UnitSetting from{ZebParentUnitAttribute(node.get()), 0};
-        const UnitSetting to{*toUnit, 0};
         CZebRule* made = RecreateRule(loader, node.get());
         if (!made) {
             const std::string name = RuleElementName(node.get());
@@ -213,13 +221,20 @@ bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::option
             parent->AppendNode(node.get());
             continue;
         }
-        RuleHandle rule(loader, made);
-        // The element is read: its memory goes back before the rule's copy is written, so a
-        // large table is not held three times at once.
-        if (std::unique_ptr<ZebXMLNode> up{node->GetParentNode()}) up->RemoveChild(node.get());
-        if (converting || from.LengthUnit != to.LengthUnit) rule->ConvertUnits(&from, &to);
-        std::unique_ptr<ZebXMLNode> exported(rule->ExportToXML());
-        if (exported) parent->AppendNode(exported.get());
+        ReadRule& entry = read.emplace_back();
+        entry.rule.emplace(loader, made);
+        entry.from = from;
+        entry.place.reset(parent->AppendNode(L"Rule"));
+    }
+    ruleNodes.clear();
+    input.Clear();
+
+    for (ReadRule& entry : read) {
+        if (converting || entry.from.LengthUnit != to.LengthUnit) (*entry.rule)->ConvertUnits(&entry.from, &to);
+        std::unique_ptr<ZebXMLNode> exported((*entry.rule)->ExportToXML());
+        if (exported) parent->ReplaceChild(exported.get(), entry.place.get());
+        else parent->RemoveChild(entry.place.get());
+        entry.rule.reset();  // its values go before the next rule is written
     }
     return true;
 }

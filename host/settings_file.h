@@ -74,6 +74,6 @@ std::string RuleLine(const CZebRule& rule);
 // is written, since only its own module could convert them.
 int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit);
 // The rewrite itself, from a read document into an empty one; false, after the message, when
-// nothing may be written. The rule elements the module read are taken out of `input`.
+// nothing may be written. `input` is used up: it is empty afterwards.
 bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::optional<int> toUnit,
                   ZebXMLDocument& output);
