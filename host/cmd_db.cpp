@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "database/service/data_helper.h"
+#include "database/service/db_copy.h"
 #include "framework/text_convert.h"
 #include "host/host_command.h"
 
@@ -93,15 +94,29 @@ int Ignore(IDatabaseCollector& db, const Args& args) {
     return Usage("expected: db ignore list|set NAME...");
 }
 
+// Between the SQLite file of the database folder and a server, whatever VANTOR_DATABASE_URL says.
+int Copy(const Args& args) {
+    if (args.size() != 3 || (args[1] != "--to" && args[1] != "--from") || args[2].empty())
+        return Usage("expected: db copy --to URL|--from URL");
+    const std::wstring file = zeb_db::ZEBDataHelper::GetDatabaseFile();
+    std::string message;
+    const int status = args[1] == "--to" ? zeb_db::CopyFileToServer(file, args[2], message)
+                                         : zeb_db::CopyServerToFile(args[2], file, message);
+    std::fprintf(status == 0 ? stdout : stderr, "%s%s\n", status == 0 ? "" : "vantor-rules db: ",
+                 message.c_str());
+    return status;
+}
+
 int RunDb(const Args& args) {
-    if (args.empty()) return Usage("expected: db path|fasteners|materials|ignore");
+    if (args.empty()) return Usage("expected: db path|fasteners|materials|ignore|copy");
     const std::string& topic = args[0];
+    if (topic == "copy") return Copy(args);
     if (topic != "path" && topic != "fasteners" && topic != "materials" && topic != "ignore")
         return Usage(("unknown topic '" + topic + "'").c_str());
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     if (!db) {
         std::fprintf(stderr, "vantor-rules db: no usable database at %s\n",
-                     ToUtf8(zeb_db::ZEBDataHelper::GetDatabaseFile()).c_str());
+                     ToUtf8(zeb_db::ZEBDataHelper::GetDatabaseLocation()).c_str());
         return 2;
     }
     if (topic == "path") {
@@ -116,11 +131,15 @@ int RunDb(const Args& args) {
 
 }  // namespace
 
-VANTOR_HOST_COMMAND(db, "db", "path | fasteners ... | materials ... | ignore ...",
-    "The shared database (VANTOR_DATABASE_DIR, else $XDG_DATA_HOME/vantor):\n"
-    "  db path                                   the database file in use\n"
+VANTOR_HOST_COMMAND(db, "db", "path | fasteners ... | materials ... | ignore ... | copy ...",
+    "The shared database: the PostgreSQL database VANTOR_DATABASE_URL names (a libpq URI or\n"
+    "key=value string), else vantor.sqlite in VANTOR_DATABASE_DIR, else $XDG_DATA_HOME/vantor:\n"
+    "  db path                                   the database in use (a URL without its password)\n"
     "  db fasteners list|add NAME|rename OLD NEW|delete NAME\n"
     "  db materials list|add GROUP MATERIAL|delete GROUP MATERIAL   (list: group TAB material)\n"
     "  db ignore list|set NAME...                the interference ignore list, in order\n"
+    "  db copy --to URL | --from URL             the SQLite file into an empty PostgreSQL database,\n"
+    "                                            or back into a new file; the copy replaces the\n"
+    "                                            starter catalogue and is all or nothing\n"
     "Exit 0 done, 1 already exists or refused, 2 bad arguments or no usable database.",
     RunDb);

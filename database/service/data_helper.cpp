@@ -11,6 +11,8 @@
 
 #include "framework/folder_check.h"
 #include "framework/text_convert.h"
+#include "pg_statement.h"
+#include "postgres_database.h"
 #include "sqlite_database.h"
 
 namespace zeb_db {
@@ -38,6 +40,7 @@ struct Cache {
     pid_t owner = ::getpid();
     std::map<std::wstring, OpenDatabase> open;
     std::vector<std::unique_ptr<SqliteDatabase>> retired;  // replaced files, kept alive
+    std::map<std::string, std::unique_ptr<PostgresDatabase>> servers;  // by connection string
 };
 
 Cache& TheCache() {
@@ -46,11 +49,33 @@ Cache& TheCache() {
     if (cache.owner != ::getpid()) {
         for (auto& [path, entry] : cache.open) entry.service->Abandon();
         for (auto& service : cache.retired) service->Abandon();
+        // Closing a session would tell the server the parent is done with it.
+        for (auto& [url, service] : cache.servers) service->Abandon();
         cache.open.clear();
         cache.retired.clear();
+        cache.servers.clear();
         cache.owner = ::getpid();
     }
     return cache;
+}
+
+std::string ServerUrl() {
+    const char* url = std::getenv("VANTOR_DATABASE_URL");
+    return url ? url : "";
+}
+
+// The service on the server; a server that cannot be reached is asked again at the next fetch.
+IDatabaseCollector* ServerInstance(Cache& cache, const std::string& url) {
+    auto found = cache.servers.find(url);
+    if (found != cache.servers.end()) return found->second.get();
+    std::string error;
+    std::unique_ptr<PostgresDatabase> service = PostgresDatabase::Open(url, error);
+    if (!service) {
+        std::fprintf(stderr, "vantor: the database %s cannot be used: %s\n",
+                     WithoutPassword(url).c_str(), error.c_str());
+        return nullptr;
+    }
+    return (cache.servers[url] = std::move(service)).get();
 }
 
 bool SameFile(const OpenDatabase& entry, const struct stat& st) {
@@ -70,8 +95,14 @@ std::wstring ZEBDataHelper::GetDatabaseFolder() {
 
 std::wstring ZEBDataHelper::GetDatabaseFile() { return GetDatabaseFolder() + L"/vantor.sqlite"; }
 
+std::wstring ZEBDataHelper::GetDatabaseLocation() {
+    const std::string url = ServerUrl();
+    return url.empty() ? GetDatabaseFile() : FromUtf8(WithoutPassword(url));
+}
+
 IDatabaseCollector* ZEBDataHelper::getInstance() {
     Cache& cache = TheCache();
+    if (const std::string url = ServerUrl(); !url.empty()) return ServerInstance(cache, url);
     const std::wstring file = GetDatabaseFile();
     const std::string utf8 = ToUtf8(file);
     struct stat st{};

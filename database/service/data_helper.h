@@ -8,7 +8,8 @@
 namespace zeb_db {
 
 // Entry to the database service. The database is one SQLite file, "vantor.sqlite", in the
-// database folder.
+// database folder, or, when VANTOR_DATABASE_URL is set and not empty, the PostgreSQL database
+// that this libpq connection string (URI or key=value) names.
 class VANTOR_DB_API ZEBDataHelper {
 public:
     // The service on the database of the current folder, or null (with a message on standard
@@ -21,6 +22,8 @@ public:
     // ~/.local/share/vantor. Trailing separators removed.
     static std::wstring GetDatabaseFolder();
     static std::wstring GetDatabaseFile();
+    // What getInstance uses: the connection string without its password, else the file.
+    static std::wstring GetDatabaseLocation();
 };
 
 }  // namespace zeb_db

@@ -1,10 +1,12 @@
 #include "schema.h"
 
+#include <map>
 #include <string>
 
 #include "database/service/database_collector.h"
 #include "framework/case_fold.h"
 #include "sqlite_statement.h"
+#include "starter_catalogue.h"
 
 namespace zeb_db {
 namespace {
@@ -52,144 +54,6 @@ CREATE INDEX hardware_material ON hardware(material_key);
 CREATE TABLE ignore_item(position INTEGER PRIMARY KEY, name TEXT NOT NULL);
 )";
 
-struct ThreadSize {
-    const wchar_t* size;
-    double diameter;
-    double pitch;
-    const wchar_t* text;
-};
-
-// Metric coarse threads, ISO 261.
-constexpr ThreadSize kThreads[] = {
-    {L"M3", 3, 0.5, L"M3x0.5"},     {L"M4", 4, 0.7, L"M4x0.7"},     {L"M5", 5, 0.8, L"M5x0.8"},
-    {L"M6", 6, 1.0, L"M6x1"},       {L"M8", 8, 1.25, L"M8x1.25"},   {L"M10", 10, 1.5, L"M10x1.5"},
-    {L"M12", 12, 1.75, L"M12x1.75"}, {L"M16", 16, 2.0, L"M16x2"},   {L"M20", 20, 2.5, L"M20x2.5"},
-    {L"M24", 24, 3.0, L"M24x3"},
-};
-
-struct FastenerSeries {
-    const wchar_t* standard;
-    const wchar_t* alternate;  // the older national designation of the same part
-};
-
-constexpr FastenerSeries kSeries[] = {
-    {L"ISO 4017", L"DIN 933"},  // hexagon head screw, fully threaded
-    {L"ISO 4762", L"DIN 912"},  // hexagon socket head cap screw
-    {L"ISO 4032", L"DIN 934"},  // hexagon nut
-};
-
-struct MaterialGroup {
-    const wchar_t* group;
-    std::initializer_list<const wchar_t*> materials;
-};
-
-const MaterialGroup kMaterials[] = {
-    {L"Steels", {L"S235JR", L"S355J2", L"C45", L"42CrMo4", L"11SMnPb30"}},
-    {L"Stainless steels", {L"A2 (1.4301)", L"A4 (1.4401)", L"1.4104"}},
-    {L"Aluminium alloys", {L"EN AW-5083", L"EN AW-6061", L"EN AW-6082", L"EN AW-7075"}},
-    {L"Brass", {L"CuZn37", L"CuZn39Pb3"}},
-    {L"Cast iron", {L"EN-GJL-250", L"EN-GJS-400-15"}},
-    {L"Plastics", {L"ABS", L"PA6", L"PA66-GF30", L"PC", L"PEEK", L"POM"}},
-};
-
-struct Hardware {
-    const wchar_t* standard;
-    const wchar_t* kind;
-    const wchar_t* size;
-    double length;  // 0: nut
-    const wchar_t* material;
-    const wchar_t* suffix;  // tells apart the same size in another material
-};
-
-const Hardware kHardware[] = {
-    {L"ISO 4017", L"Hexagon head screw", L"M6", 20, L"C45", L""},
-    {L"ISO 4017", L"Hexagon head screw", L"M6", 40, L"C45", L""},
-    {L"ISO 4017", L"Hexagon head screw", L"M8", 20, L"C45", L""},
-    {L"ISO 4017", L"Hexagon head screw", L"M8", 40, L"C45", L""},
-    {L"ISO 4017", L"Hexagon head screw", L"M10", 30, L"C45", L""},
-    {L"ISO 4017", L"Hexagon head screw", L"M10", 50, L"C45", L""},
-    {L"ISO 4017", L"Hexagon head screw", L"M12", 40, L"42CrMo4", L""},
-    {L"ISO 4017", L"Hexagon head screw", L"M16", 50, L"42CrMo4", L""},
-    {L"ISO 4017", L"Hexagon head screw", L"M8", 30, L"A2 (1.4301)", L" A2"},
-    {L"ISO 4762", L"Hexagon socket head cap screw", L"M3", 10, L"42CrMo4", L""},
-    {L"ISO 4762", L"Hexagon socket head cap screw", L"M4", 12, L"42CrMo4", L""},
-    {L"ISO 4762", L"Hexagon socket head cap screw", L"M5", 16, L"42CrMo4", L""},
-    {L"ISO 4762", L"Hexagon socket head cap screw", L"M6", 20, L"42CrMo4", L""},
-    {L"ISO 4762", L"Hexagon socket head cap screw", L"M8", 25, L"42CrMo4", L""},
-    {L"ISO 4762", L"Hexagon socket head cap screw", L"M10", 30, L"42CrMo4", L""},
-    {L"ISO 4762", L"Hexagon socket head cap screw", L"M12", 35, L"42CrMo4", L""},
-    {L"ISO 4032", L"Hexagon nut", L"M6", 0, L"C45", L""},
-    {L"ISO 4032", L"Hexagon nut", L"M8", 0, L"C45", L""},
-    {L"ISO 4032", L"Hexagon nut", L"M10", 0, L"C45", L""},
-    {L"ISO 4032", L"Hexagon nut", L"M12", 0, L"C45", L""},
-    {L"ISO 4032", L"Hexagon nut", L"M16", 0, L"C45", L""},
-    {L"ISO 4032", L"Hexagon nut", L"M20", 0, L"C45", L""},
-    {L"ISO 4032", L"Hexagon nut", L"M24", 0, L"C45", L""},
-    {L"ISO 4032", L"Hexagon nut", L"M8", 0, L"A2 (1.4301)", L" A2"},
-    {L"ISO 4032", L"Hexagon nut", L"M6", 0, L"CuZn39Pb3", L" brass"},
-};
-
-const wchar_t* ThreadText(std::wstring_view size) {
-    for (const ThreadSize& t : kThreads)
-        if (size == t.size) return t.text;
-    return L"";
-}
-
-std::wstring LengthText(double length) {
-    const long whole = static_cast<long>(length);
-    return std::to_wstring(whole);
-}
-
-void InsertStarterCatalogue(sqlite3* db) {
-    Statement meta(db, "INSERT INTO meta(key, value) VALUES('name', ?1)");
-    meta.Bind(1, std::wstring(L"Vantor Database")).Run();
-
-    Statement thread(db, "INSERT INTO thread_size(size, diameter, pitch, text) VALUES(?1,?2,?3,?4)");
-    Statement name(db, "INSERT INTO fastener_name(name, name_key, alternate) VALUES(?1,?2,?3)");
-    Statement attribute(db,
-        "INSERT INTO attribute(set_name, designation, designation_key, value) VALUES(?1,?2,?3,?4)");
-    for (const ThreadSize& t : kThreads) {
-        thread.Reset();
-        thread.Bind(1, std::wstring(t.size)).Bind(2, t.diameter).Bind(3, t.pitch)
-            .Bind(4, std::wstring(t.text)).Run();
-        for (const FastenerSeries& s : kSeries) {
-            const std::wstring designation = std::wstring(s.standard) + L" " + t.size;
-            name.Reset();
-            name.Bind(1, designation).Bind(2, ZebFoldCase(designation))
-                .Bind(3, std::wstring(s.alternate) + L" " + t.size).Run();
-            attribute.Reset();
-            attribute.Bind(1, std::wstring(kFastenerThreadAttributeSet)).Bind(2, designation)
-                .Bind(3, ZebFoldCase(designation)).Bind(4, std::wstring(t.text)).Run();
-        }
-    }
-
-    Statement group(db, "INSERT INTO material_group(name, name_key) VALUES(?1, ?2)");
-    Statement material(db, "INSERT INTO material(group_id, name, name_key) VALUES(?1, ?2, ?3)");
-    for (const MaterialGroup& g : kMaterials) {
-        group.Reset();
-        group.Bind(1, std::wstring(g.group)).Bind(2, ZebFoldCase(g.group)).Run();
-        const int64_t groupId = sqlite3_last_insert_rowid(db);
-        for (const wchar_t* m : g.materials) {
-            material.Reset();
-            material.Bind(1, groupId).Bind(2, std::wstring(m)).Bind(3, ZebFoldCase(m)).Run();
-        }
-    }
-
-    Statement hardware(db,
-        "INSERT INTO hardware(designation, designation_key, kind, standard, thread, length,"
-        " material, material_key) VALUES(?1,?2,?3,?4,?5,?6,?7,?8)");
-    for (const Hardware& h : kHardware) {
-        std::wstring designation = std::wstring(h.standard) + L" " + h.size;
-        if (h.length > 0) designation += L"x" + LengthText(h.length);
-        designation += h.suffix;
-        hardware.Reset();
-        hardware.Bind(1, designation).Bind(2, ZebFoldCase(designation)).Bind(3, std::wstring(h.kind))
-            .Bind(4, std::wstring(h.standard)).Bind(5, std::wstring(ThreadText(h.size)))
-            .Bind(6, h.length).Bind(7, std::wstring(h.material)).Bind(8, ZebFoldCase(h.material))
-            .Run();
-    }
-}
-
 int UserVersion(sqlite3* db) {
     Statement version(db, "PRAGMA user_version");
     return version.Step() ? static_cast<int>(version.Int(0)) : 0;
@@ -212,9 +76,100 @@ void UpgradeSchema(sqlite3* db) {
     // One step per version; a database is carried through every step it has not had yet.
     if (version < 1) {
         Execute(db, kSchemaV1);
-        InsertStarterCatalogue(db);
+        ReplaceCatalogue(db, StarterCatalogue());
     }
     Execute(db, ("PRAGMA user_version = " + std::to_string(kSchemaVersion)).c_str());
+}
+
+CatalogueData ReadCatalogue(sqlite3* db) {
+    CatalogueData data;
+    Statement name(db, "SELECT value FROM meta WHERE key = 'name'");
+    if (name.Step()) data.name = name.Text(0);
+    Statement threads(db, "SELECT size, diameter, pitch, text FROM thread_size ORDER BY id");
+    while (threads.Step())
+        data.threads.push_back({threads.Text(0), threads.Real(1), threads.Real(2), threads.Text(3)});
+    Statement names(db, "SELECT name, alternate FROM fastener_name ORDER BY id");
+    while (names.Step()) data.fasteners.push_back({names.Text(0), names.Text(1)});
+    Statement attributes(db,
+        "SELECT set_name, designation, value FROM attribute ORDER BY set_name, designation_key");
+    while (attributes.Step())
+        data.attributes.push_back({attributes.Text(0), attributes.Text(1), attributes.Text(2)});
+    Statement groups(db, "SELECT id, name FROM material_group ORDER BY id");
+    std::map<int64_t, size_t> groupIndex;
+    while (groups.Step()) {
+        groupIndex[groups.Int(0)] = data.groups.size();
+        data.groups.push_back({groups.Text(1), {}});
+    }
+    Statement materials(db, "SELECT group_id, name FROM material ORDER BY id");
+    while (materials.Step()) {
+        const auto group = groupIndex.find(materials.Int(0));
+        if (group == groupIndex.end()) throw DbError("a material belongs to no group");
+        data.groups[group->second].materials.push_back(materials.Text(1));
+    }
+    Statement hardware(db,
+        "SELECT id, designation, kind, standard, thread, length, material FROM hardware ORDER BY id");
+    while (hardware.Step())
+        data.hardware.push_back({hardware.Int(0), hardware.Text(1), hardware.Text(2), hardware.Text(3),
+                                 hardware.Text(4), hardware.Real(5), hardware.Text(6)});
+    Statement ignore(db, "SELECT name FROM ignore_item ORDER BY position");
+    while (ignore.Step()) data.ignore.push_back(ignore.Text(0));
+    return data;
+}
+
+void ReplaceCatalogue(sqlite3* db, const CatalogueData& data) {
+    Execute(db,
+            "DELETE FROM ignore_item; DELETE FROM hardware; DELETE FROM material;"
+            " DELETE FROM material_group; DELETE FROM attribute; DELETE FROM fastener_name;"
+            " DELETE FROM thread_size; DELETE FROM meta WHERE key = 'name'");
+    Statement meta(db, "INSERT INTO meta(key, value) VALUES('name', ?1)");
+    meta.Bind(1, data.name).Run();
+
+    Statement thread(db, "INSERT INTO thread_size(size, diameter, pitch, text) VALUES(?1,?2,?3,?4)");
+    for (const CatalogueData::Thread& t : data.threads) {
+        thread.Reset();
+        thread.Bind(1, t.size).Bind(2, t.diameter).Bind(3, t.pitch).Bind(4, t.text).Run();
+    }
+    Statement name(db, "INSERT INTO fastener_name(name, name_key, alternate) VALUES(?1,?2,?3)");
+    for (const CatalogueData::Fastener& f : data.fasteners) {
+        name.Reset();
+        name.Bind(1, f.name).Bind(2, ZebFoldCase(f.name)).Bind(3, f.alternate).Run();
+    }
+    Statement attribute(db,
+        "INSERT INTO attribute(set_name, designation, designation_key, value) VALUES(?1,?2,?3,?4)");
+    for (const CatalogueData::Attribute& a : data.attributes) {
+        attribute.Reset();
+        attribute.Bind(1, a.set).Bind(2, a.designation).Bind(3, ZebFoldCase(a.designation))
+            .Bind(4, a.value).Run();
+    }
+
+    Statement group(db, "INSERT INTO material_group(name, name_key) VALUES(?1, ?2)");
+    Statement material(db, "INSERT INTO material(group_id, name, name_key) VALUES(?1, ?2, ?3)");
+    for (const CatalogueData::Group& g : data.groups) {
+        group.Reset();
+        group.Bind(1, g.name).Bind(2, ZebFoldCase(g.name)).Run();
+        const int64_t groupId = sqlite3_last_insert_rowid(db);
+        for (const std::wstring& m : g.materials) {
+            material.Reset();
+            material.Bind(1, groupId).Bind(2, m).Bind(3, ZebFoldCase(m)).Run();
+        }
+    }
+
+    // Hardware records keep their ids (0: a new one): other data may refer to them.
+    Statement hardware(db,
+        "INSERT INTO hardware(id, designation, designation_key, kind, standard, thread, length,"
+        " material, material_key) VALUES(nullif(?1, 0),?2,?3,?4,?5,?6,?7,?8,?9)");
+    for (const ZebHardwareRecord& h : data.hardware) {
+        hardware.Reset();
+        hardware.Bind(1, h.id).Bind(2, h.designation).Bind(3, ZebFoldCase(h.designation))
+            .Bind(4, h.kind).Bind(5, h.standard).Bind(6, h.thread).Bind(7, h.length)
+            .Bind(8, h.material).Bind(9, ZebFoldCase(h.material)).Run();
+    }
+    Statement ignore(db, "INSERT INTO ignore_item(position, name) VALUES(?1, ?2)");
+    int64_t position = 0;
+    for (const std::wstring& item : data.ignore) {
+        ignore.Reset();
+        ignore.Bind(1, ++position).Bind(2, item).Run();
+    }
 }
 
 }  // namespace zeb_db

@@ -23,6 +23,12 @@ public:
     // connection, whose locks belong to the parent.
     void Abandon() { db_ = nullptr; }
 
+    // Runs `body` in one write transaction (what `db copy` needs beyond the service). Returns the
+    // body's result, -1 when an SQLite call fails; a non-zero result rolls back.
+    int32_t WithTransaction(const char* operation, const std::function<int32_t(sqlite3*)>& body) {
+        return Write(operation, [&] { return body(db_); });
+    }
+
     int32_t MaterialExistsInGroup(const std::wstring& material, const std::wstring& group,
                                   int32_t reserved) override;
     int32_t GetMaterialPairs(ZebMaterialPairList& pairs, int32_t reserved) override;

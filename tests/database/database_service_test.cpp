@@ -5,12 +5,15 @@
 #include <algorithm>
 #include <list>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 
 #include "database/service/data_helper.h"
 #include "database/service/database_collector.h"
 #include "tests/database/db_test_support.h"
+#include "tests/database/server_test_support.h"
+#include "tests/support/scoped_env.h"
 
 namespace fs = std::filesystem;
 using zeb_db::ZEBDataHelper;
@@ -39,13 +42,58 @@ std::list<std::wstring> Groups(IDatabaseCollector& db) {
     return groups;
 }
 
+enum class Backend { Sqlite, Postgres };
+
+void PrintTo(Backend backend, std::ostream* out) {
+    *out << (backend == Backend::Sqlite ? "SQLite file" : "PostgreSQL server");
+}
+
+std::string BackendName(const testing::TestParamInfo<Backend>& info) {
+    return info.param == Backend::Sqlite ? "Sqlite" : "Postgres";
+}
+
+// Each case on a new database of its back end: a new folder for the SQLite file, a new database
+// on the test server (VANTOR_TEST_DATABASE_URL) for PostgreSQL.
+class DatabaseServiceOn : public testing::TestWithParam<Backend> {
+protected:
+    void SetUp() override {
+        ::unsetenv("VANTOR_DATABASE_URL");
+        if (!OnServer()) return;
+        const std::string url = TestServerUrl();
+        if (url.empty()) {
+            if (ServerRequired())
+                FAIL() << "VANTOR_CI_REQUIRE_POSTGRES=1 but VANTOR_TEST_DATABASE_URL is not set: "
+                          "the test server did not start";
+            GTEST_SKIP() << "no PostgreSQL server to test against: VANTOR_TEST_DATABASE_URL is not "
+                            "set (scripts/test starts one with scripts/pg_server)";
+        }
+        server_ = std::make_unique<ScopedServerDatabase>(url);
+        ASSERT_TRUE(server_->Ok()) << "the test server cannot create a database: " << server_->Error();
+        ::setenv("VANTOR_DATABASE_URL", server_->Url().c_str(), 1);
+    }
+    void TearDown() override {
+        ::unsetenv("VANTOR_DATABASE_URL");
+        server_.reset();
+    }
+    bool OnServer() const { return GetParam() == Backend::Postgres; }
+    static std::wstring Wide(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
+
+    ScopedDatabaseFolder folder_;
+    std::unique_ptr<ScopedServerDatabase> server_;
+};
+INSTANTIATE_TEST_SUITE_P(Backends, DatabaseServiceOn,
+                         testing::Values(Backend::Sqlite, Backend::Postgres), BackendName);
+
+// What only a server has: sessions that can be lost, connection strings, other programs' tables.
+class ServerDatabase : public DatabaseServiceOn {};
+INSTANTIATE_TEST_SUITE_P(Backends, ServerDatabase, testing::Values(Backend::Postgres), BackendName);
+
 }  // namespace
 
-TEST(DatabaseService, FreshFolderGetsTheStarterCatalogueInARealFile) {
-    ScopedDatabaseFolder folder;
+TEST_P(DatabaseServiceOn, FreshFolderGetsTheStarterCatalogueInARealFile) {
     IDatabaseCollector* db = ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
-    EXPECT_EQ(db->GetDatabasePath(), folder.File().wstring());
+    EXPECT_EQ(db->GetDatabasePath(), OnServer() ? Wide(server_->Url()) : folder_.File().wstring());
 
     const std::list<std::wstring> names = FastenerNames(*db);
     EXPECT_GE(names.size(), 30u);
@@ -90,15 +138,26 @@ TEST(DatabaseService, FreshFolderGetsTheStarterCatalogueInARealFile) {
     EXPECT_EQ(db->GetDatabaseName(name), ZebDbOk);
     EXPECT_EQ(name, L"Vantor Database");
 
-    // The data is in the file itself, with its schema version and the rollback journal.
-    EXPECT_EQ(QueryFile(folder.File(), "PRAGMA user_version"), "1");
-    EXPECT_EQ(QueryFile(folder.File(), "PRAGMA journal_mode"), "delete");
-    EXPECT_EQ(QueryFile(folder.File(), "SELECT name FROM fastener_name WHERE name = 'ISO 4017 M8'"),
+    if (!OnServer()) {
+        // The data is in the file itself, with its schema version and the rollback journal.
+        EXPECT_EQ(QueryFile(folder_.File(), "PRAGMA user_version"), "1");
+        EXPECT_EQ(QueryFile(folder_.File(), "PRAGMA journal_mode"), "delete");
+        EXPECT_EQ(QueryFile(folder_.File(), "SELECT name FROM fastener_name WHERE name = 'ISO 4017 M8'"),
+                  "ISO 4017 M8");
+        return;
+    }
+    // The data is on the server, with its schema version; the unique key on the folded name, not
+    // a check before the insert, keeps two spellings of one name apart.
+    const PgConnection conn = server_->Connect();
+    EXPECT_EQ(QueryServer(conn.get(), "SELECT value FROM meta WHERE key = 'schema_version'"), "1");
+    EXPECT_EQ(QueryServer(conn.get(), "SELECT name FROM fastener_name WHERE name = 'ISO 4017 M8'"),
               "ISO 4017 M8");
+    EXPECT_EQ(QueryServer(conn.get(),
+                          "INSERT INTO fastener_name(name, name_key) VALUES('x', 'iso 4017 m8')")
+                  .rfind("ERROR", 0), 0u);
 }
 
-TEST(DatabaseService, FastenerNamesAreUniqueWithoutRegardToCase) {
-    ScopedDatabaseFolder folder;
+TEST_P(DatabaseServiceOn, FastenerNamesAreUniqueWithoutRegardToCase) {
     IDatabaseCollector* db = ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
 
@@ -131,8 +190,7 @@ TEST(DatabaseService, FastenerNamesAreUniqueWithoutRegardToCase) {
     EXPECT_FALSE(Contains(FastenerNames(*db), L"Stud M7"));
 }
 
-TEST(DatabaseService, MaterialsBelongToGroupsAndUndoRestoresTheEarlierState) {
-    ScopedDatabaseFolder folder;
+TEST_P(DatabaseServiceOn, MaterialsBelongToGroupsAndUndoRestoresTheEarlierState) {
     IDatabaseCollector* db = ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
     const ZebMaterialPairList before = Pairs(*db);
@@ -176,8 +234,7 @@ TEST(DatabaseService, MaterialsBelongToGroupsAndUndoRestoresTheEarlierState) {
     EXPECT_EQ(Pairs(*db), before);
 }
 
-TEST(DatabaseService, MaterialInUseByHardwareRecordsAsksForANotice) {
-    ScopedDatabaseFolder folder;
+TEST_P(DatabaseServiceOn, MaterialInUseByHardwareRecordsAsksForANotice) {
     IDatabaseCollector* db = ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
     EXPECT_EQ(db->CheckMaterialUse(L"c45", L"Steels", 0), 0);       // starter screws
@@ -191,8 +248,7 @@ TEST(DatabaseService, MaterialInUseByHardwareRecordsAsksForANotice) {
     EXPECT_EQ(db->CheckMaterialUse(L"", L"Plastics", 0), 0);
 }
 
-TEST(DatabaseService, HardwareRecordsAddUpdateAndDelete) {
-    ScopedDatabaseFolder folder;
+TEST_P(DatabaseServiceOn, HardwareRecordsAddUpdateAndDelete) {
     IDatabaseCollector* db = ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
     ZebHardwareRecord stud{0, L"Stud M8x60", L"Stud", L"DIN 976", L"M8x1.25", 60.0, L"C45"};
@@ -226,8 +282,7 @@ TEST(DatabaseService, HardwareRecordsAddUpdateAndDelete) {
     EXPECT_EQ(std::count(list.begin(), list.end(), stud), 0);
 }
 
-TEST(DatabaseService, IgnoreListAndAttributeDataRoundTrip) {
-    ScopedDatabaseFolder folder;
+TEST_P(DatabaseServiceOn, IgnoreListAndAttributeDataRoundTrip) {
     IDatabaseCollector* db = ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
     std::list<std::wstring> read{L"left over"};
@@ -423,17 +478,32 @@ TEST(DatabaseService, PlantedLinksAreNotFollowed) {
 
 namespace {
 
+// What a child reports through its pipe about the names both children add.
+struct SharedOutcome {
+    int added = 0;
+    int existed = 0;
+};
+
 // Runs `adds` names "P<tag>-<i>" in a child process, each its own transaction, fetching the
-// service afresh each time as the dialogs do.
-pid_t AddInChild(int tag, int adds) {
+// service afresh each time as the dialogs do. With `shared` names, every fifth addition is also
+// "Shared-<k>", which the other child adds too; what that gave goes back through `report`.
+pid_t AddInChild(int tag, int adds, int shared = 0, int report = -1) {
     const pid_t child = ::fork();
     if (child != 0) return child;
     int failures = 0;
-    for (int i = 0; i < adds; ++i) {
+    SharedOutcome outcome;
+    for (int i = 0, k = 0; i < adds; ++i) {
         IDatabaseCollector* db = ZEBDataHelper::getInstance();
         const std::wstring name = L"P" + std::to_wstring(tag) + L"-" + std::to_wstring(i);
         if (!db || db->AddFastenerName(name) != ZebDbOk) ++failures;
+        if (k < shared && i % 5 == 0) {
+            const int32_t result = db ? db->AddFastenerName(L"Shared-" + std::to_wstring(k++)) : ZebDbFailed;
+            if (result == ZebDbOk) ++outcome.added;
+            else if (result == ZebDbExists) ++outcome.existed;
+            else ++failures;
+        }
     }
+    if (report >= 0 && ::write(report, &outcome, sizeof outcome) != sizeof outcome) ++failures;
     ::_exit(failures > 255 ? 255 : failures);
 }
 
@@ -444,36 +514,133 @@ void ExpectCleanExit(pid_t child) {
     EXPECT_EQ(WEXITSTATUS(status), 0) << "failed additions";
 }
 
+SharedOutcome ReadOutcome(int fd) {
+    SharedOutcome outcome;
+    EXPECT_EQ(::read(fd, &outcome, sizeof outcome), static_cast<ssize_t>(sizeof outcome));
+    ::close(fd);
+    return outcome;
+}
+
 }  // namespace
 
-TEST(DatabaseService, TwoProcessesAddingAtOnceLoseNoName) {
+TEST_P(DatabaseServiceOn, TwoProcessesAddingAtOnceLoseNoName) {
     size_t starter = 0;
     {
+        ScopedEnv sqliteOnly("VANTOR_DATABASE_URL", nullptr);
         ScopedDatabaseFolder other;
         starter = FastenerNames(*ZEBDataHelper::getInstance()).size();
     }
-    ScopedDatabaseFolder folder;
-    // Both start on a folder without a file: one creates the catalogue, the other waits for it.
+    ScopedDatabaseFolder::Point(folder_.Folder());
+    // Both start on a new database: one creates the catalogue, the other waits for it. Both add
+    // the same 100 names as well: each of them is stored once and the other child hears "already
+    // exists" for it exactly once.
     constexpr int kPerProcess = 500;
-    const pid_t first = AddInChild(0, kPerProcess);
-    const pid_t second = AddInChild(1, kPerProcess);
+    constexpr int kShared = 100;
+    int pipes[2][2];
+    ASSERT_EQ(::pipe(pipes[0]), 0);
+    ASSERT_EQ(::pipe(pipes[1]), 0);
+    const pid_t first = AddInChild(0, kPerProcess, kShared, pipes[0][1]);
+    const pid_t second = AddInChild(1, kPerProcess, kShared, pipes[1][1]);
+    ::close(pipes[0][1]);
+    ::close(pipes[1][1]);
     ASSERT_GT(first, 0);
     ASSERT_GT(second, 0);
+    const SharedOutcome a = ReadOutcome(pipes[0][0]);
+    const SharedOutcome b = ReadOutcome(pipes[1][0]);
     ExpectCleanExit(first);
     ExpectCleanExit(second);
+    EXPECT_EQ(a.added + b.added, kShared);
+    EXPECT_EQ(a.existed + b.existed, kShared);
 
     IDatabaseCollector* db = ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
     std::list<std::wstring> names = FastenerNames(*db);
-    EXPECT_EQ(names.size(), starter + 2 * kPerProcess);
+    EXPECT_EQ(names.size(), starter + 2 * kPerProcess + kShared);
     const std::set<std::wstring> unique(names.begin(), names.end());
     EXPECT_EQ(unique.size(), names.size());
     for (int c = 0; c < 2; ++c)
         for (int i = 0; i < kPerProcess; ++i)
             EXPECT_EQ(unique.count(L"P" + std::to_wstring(c) + L"-" + std::to_wstring(i)), 1u);
+    for (int k = 0; k < kShared; ++k) EXPECT_EQ(unique.count(L"Shared-" + std::to_wstring(k)), 1u);
 
-    // the connection this process keeps sees what another process writes afterwards
+    // the connection this process keeps sees what another process writes afterwards, and the
+    // child's own connection left this one working
     ExpectCleanExit(AddInChild(2, 1));
     names = FastenerNames(*ZEBDataHelper::getInstance());
     EXPECT_TRUE(Contains(names, L"P2-0"));
+}
+
+TEST_P(ServerDatabase, LostSessionFailsOnceAndTheNextOperationConnectsAgain) {
+    IDatabaseCollector* db = ZEBDataHelper::getInstance();
+    ASSERT_NE(db, nullptr);
+    ASSERT_EQ(db->AddFastenerName(L"Before the outage"), ZebDbOk);
+
+    // The server ends the session, as on a restart or a dropped network.
+    const PgConnection admin = server_->ConnectMaintenance();
+    ASSERT_EQ(QueryServer(admin.get(),
+                          "SELECT count(*) FROM (SELECT pg_terminate_backend(pid, 10000) AS ended"
+                          " FROM pg_stat_activity WHERE datname = '" + server_->Name() +
+                              "') s WHERE ended"),
+              "1");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(db->AddFastenerName(L"During the outage"), ZebDbFailed);
+    const std::string message = testing::internal::GetCapturedStderr();
+    EXPECT_NE(message.find("AddFastenerName"), std::string::npos) << message;
+    EXPECT_NE(message.find("terminat"), std::string::npos) << message;  // the server's own words
+
+    // The same service connects again; the failed change stored nothing.
+    EXPECT_EQ(ZEBDataHelper::getInstance(), db);
+    EXPECT_EQ(db->AddFastenerName(L"During the outage"), ZebDbOk);
+    const std::list<std::wstring> names = FastenerNames(*db);
+    EXPECT_TRUE(Contains(names, L"Before the outage"));
+    EXPECT_EQ(std::count(names.begin(), names.end(), L"During the outage"), 1);
+    // one session again, not one per attempt
+    EXPECT_EQ(QueryServer(admin.get(),
+                          "SELECT count(*) FROM pg_stat_activity WHERE datname = '" +
+                              server_->Name() + "' AND application_name = 'vantor'"),
+              "1");
+}
+
+TEST_P(ServerDatabase, UnreachableOrForeignDatabaseGivesNoServiceWithTheServersMessage) {
+    const auto expectNoService = [](const std::string& url, const char* expected) {
+        ::setenv("VANTOR_DATABASE_URL", url.c_str(), 1);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(ZEBDataHelper::getInstance(), nullptr) << url;
+        const std::string message = testing::internal::GetCapturedStderr();
+        EXPECT_NE(message.find(expected), std::string::npos) << message;
+        EXPECT_EQ(message.find("s3cret"), std::string::npos) << message;
+    };
+    expectNoService(WithDatabaseName(server_->Url(), "no_such_database") + " password=s3cret",
+                    "database \"no_such_database\" does not exist");
+    expectNoService("host=" + folder_.Folder().string() + " dbname=x password=s3cret",
+                    "No such file or directory");
+    expectNoService("postgresql://nobody:s3cret@/x?host=/nonexistent&port=1", "No such file");
+
+    // Another program's tables: left alone, no schema of ours beside them.
+    const PgConnection conn = server_->Connect();
+    ASSERT_EQ(QueryServer(conn.get(), "CREATE TABLE invoices(id INTEGER)"), "");
+    expectNoService(server_->Url(), "another program's tables");
+    EXPECT_EQ(QueryServer(conn.get(), "SELECT to_regclass('meta') IS NULL"), "t");
+    ASSERT_EQ(QueryServer(conn.get(), "DROP TABLE invoices"), "");
+
+    // Once the database is ours the same setting gives the service; the password stays out of
+    // the path shown, in either form of the setting.
+    ::setenv("VANTOR_DATABASE_URL", (server_->Url() + " password='s3cret'").c_str(), 1);
+    IDatabaseCollector* db = ZEBDataHelper::getInstance();
+    ASSERT_NE(db, nullptr);
+    EXPECT_EQ(db->GetDatabasePath(), Wide(server_->Url()));
+    const std::string host = ConninfoValue(server_->Url(), "host");
+    const std::string port = ConninfoValue(server_->Url(), "port");
+    const std::string uri = "postgresql://" + ConninfoValue(server_->Url(), "user") + ":s3cret@/" +
+                            server_->Name() + "?host=" + host + "&port=" + port;
+    ::setenv("VANTOR_DATABASE_URL", (uri + "&password=s3cret").c_str(), 1);
+    db = ZEBDataHelper::getInstance();
+    ASSERT_NE(db, nullptr);
+    EXPECT_EQ(db->GetDatabasePath(), Wide("postgresql://" + ConninfoValue(server_->Url(), "user") +
+                                          "@/" + server_->Name() + "?host=" + host + "&port=" + port));
+
+    // A database a newer version wrote is refused, and stays as it is.
+    ASSERT_EQ(QueryServer(conn.get(), "UPDATE meta SET value = '99' WHERE key = 'schema_version'"), "");
+    expectNoService(server_->Url() + " application_name=newer", "newer version");
+    EXPECT_EQ(QueryServer(conn.get(), "SELECT value FROM meta WHERE key = 'schema_version'"), "99");
 }

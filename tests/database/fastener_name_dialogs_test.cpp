@@ -208,14 +208,15 @@ TEST_F(FastenerNameDialogTest, KeysOfAMessageBoxStayWithTheBox) {
     int boxes = 0;
     std::function<void()> answer = [&] {
         auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        // Armed before the key: a box the key opens runs its own loop until answered.
-        if (box || boxes == 0) QTimer::singleShot(10, answer);
+        // Armed before the key: a box the key opens runs its own loop until answered. Tied to
+        // the dialog, so that a timer still pending when the test ends goes with it.
+        if (box || boxes == 0) QTimer::singleShot(10, &d.dlg, answer);
         if (!box || box == &d.dlg) return;
         // Past the third box the fault is shown; the rest close without keys.
         if (++boxes > 3) box->done(0);
         else QTest::keyClick(box, Qt::Key_Return);
     };
-    QTimer::singleShot(0, answer);
+    QTimer::singleShot(0, &d.dlg, answer);
     d.dlg.OnAdd();
     d.type("iso 4017 m8");
     SetZebUiService(recording);
