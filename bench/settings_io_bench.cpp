@@ -4,6 +4,7 @@
 // are its alone. Prints both and their ratios, for 10,000 and 100,000 rows per table.
 //
 //   build/bench/settings_io_bench [ROWS...]
+#include <malloc.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -52,6 +53,9 @@ struct Sample {
 Sample RunInChild(const std::function<bool()>& phase) {
     int pipeFds[2];
     if (pipe(pipeFds) != 0) std::abort();
+    // Memory this process freed but still holds would let a child reuse resident pages that
+    // another phase paid for; it goes back first, so each phase starts alike.
+    malloc_trim(0);
     const pid_t child = fork();
     if (child == 0) {
         close(pipeFds[0]);

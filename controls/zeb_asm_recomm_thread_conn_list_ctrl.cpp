@@ -25,9 +25,9 @@ void CZEBAsmRecommThreadConnListCtrl::SetUpPairColumns(const std::wstring& first
     AppendEmptyRows(kSpareRows);
 }
 
-void CZEBAsmRecommThreadConnListCtrl::LoadPairs(const std::vector<std::vector<std::wstring>>& stored) {
+void CZEBAsmRecommThreadConnListCtrl::LoadPairs(const std::vector<ZebRow>& stored) {
     std::vector<std::pair<std::wstring, std::wstring>> pairs;
-    for (const std::vector<std::wstring>& row : stored)
+    for (const ZebRow& row : stored)
         if (row.size() >= 2) pairs.emplace_back(ZebUpperCase(row[0]), ZebUpperCase(row[1]));
     std::sort(pairs.begin(), pairs.end());
     pairs.erase(std::unique(pairs.begin(), pairs.end()), pairs.end());
@@ -38,7 +38,7 @@ void CZEBAsmRecommThreadConnListCtrl::LoadPairs(const std::vector<std::vector<st
     SetRows(std::move(rows));
 }
 
-bool CZEBAsmRecommThreadConnListCtrl::ReadPairs(std::vector<std::vector<std::wstring>>& pairs, int& halfRow) const {
+bool CZEBAsmRecommThreadConnListCtrl::ReadPairs(std::vector<ZebRow>& pairs, int& halfRow) const {
     pairs.clear();
     const std::vector<CZebGridModel::Row>& rows = GetRows();
     for (size_t i = 0; i < rows.size(); ++i) {

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "controls/zeb_list_ctrl.h"
+#include "framework/zeb_row.h"
 
 // The table of pairs of the recommended thread types dialog and of the thread size editor: a
 // narrow unlabelled column, then the two texts of each pair, typed in text editors.
@@ -17,10 +18,10 @@ public:
     void SetUpPairColumns(const std::wstring& firstHeading, const std::wstring& secondHeading);
     // The stored rows with at least two texts as pairs, upper-cased, sorted and each once, above
     // the spare rows.
-    void LoadPairs(const std::vector<std::vector<std::wstring>>& stored);
+    void LoadPairs(const std::vector<ZebRow>& stored);
     // The filled rows in table order, each [first, second] as typed. False, with `halfRow` set,
     // at the first row holding only one of the two texts.
-    bool ReadPairs(std::vector<std::vector<std::wstring>>& pairs, int& halfRow) const;
+    bool ReadPairs(std::vector<ZebRow>& pairs, int& halfRow) const;
 
     // Commits an open editor, as a click does.
     int CommitOpenEditor();

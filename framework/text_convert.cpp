@@ -1,7 +1,7 @@
 #include "framework/text_convert.h"
 
 namespace {
-void AppendUtf8(std::string& out, char32_t c) {
+void AppendCodePoint(std::string& out, char32_t c) {
     if (c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = 0xFFFD;
     if (c < 0x80) {
         out += static_cast<char>(c);
@@ -21,25 +21,31 @@ void AppendUtf8(std::string& out, char32_t c) {
 }
 }  // namespace
 
-std::string ToUtf8(std::wstring_view text) {
+void AppendUtf8(std::string& out, std::wstring_view text) {
     // Settings texts are mostly ASCII: a leading ASCII run is copied in one pass.
     size_t ascii = 0;
     while (ascii < text.size() && static_cast<char32_t>(text[ascii]) < 0x80) ++ascii;
-    std::string out(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(ascii));
-    if (ascii == text.size()) return out;
-    out.reserve(text.size() + (text.size() - ascii) * 3);
-    for (wchar_t w : text.substr(ascii)) AppendUtf8(out, static_cast<char32_t>(w));
+    out.append(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(ascii));
+    if (ascii == text.size()) return;
+    out.reserve(out.size() + (text.size() - ascii) * 4);
+    for (wchar_t w : text.substr(ascii)) AppendCodePoint(out, static_cast<char32_t>(w));
+}
+
+std::string ToUtf8(std::wstring_view text) {
+    std::string out;
+    AppendUtf8(out, text);
     return out;
 }
 
-std::wstring FromUtf8(std::string_view text) {
+size_t Utf8ToWide(std::string_view text, wchar_t* out) {
     size_t i = 0;
     const size_t n = text.size();
-    while (i < n && static_cast<unsigned char>(text[i]) < 0x80) ++i;
     // The leading ASCII run widens in one pass; most texts end there.
-    std::wstring out(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(i));
-    if (i == n) return out;
-    out.reserve(n);
+    while (i < n && static_cast<unsigned char>(text[i]) < 0x80) {
+        out[i] = static_cast<wchar_t>(text[i]);
+        ++i;
+    }
+    size_t written = i;
     while (i < n) {
         const unsigned char b = static_cast<unsigned char>(text[i]);
         int extra = 0;
@@ -56,7 +62,7 @@ std::wstring FromUtf8(std::string_view text) {
             c = b & 0x07;
             extra = 3;
         } else {
-            out += L'\uFFFD';
+            out[written++] = L'\uFFFD';
             ++i;
             continue;
         }
@@ -69,15 +75,21 @@ std::wstring FromUtf8(std::string_view text) {
             c = (c << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3F);
         }
         if (!ok) {
-            out += L'\uFFFD';
+            out[written++] = L'\uFFFD';
             ++i;
             continue;
         }
         const bool overlong = (extra == 1 && c < 0x80) || (extra == 2 && c < 0x800) ||
                               (extra == 3 && c < 0x10000);
         if (overlong || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = 0xFFFD;
-        out += static_cast<wchar_t>(c);
+        out[written++] = static_cast<wchar_t>(c);
         i += extra + 1;
     }
+    return written;
+}
+
+std::wstring FromUtf8(std::string_view text) {
+    std::wstring out(text.size(), L'\0');
+    out.resize(Utf8ToWide(text, out.data()));
     return out;
 }

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "framework/zeb_row.h"
+
 // Value type of a parameter's value list.
 enum Type_e : int32_t {
     ZebType_Int = 1,
@@ -49,9 +51,6 @@ struct UnitSetting {
     int32_t LengthUnit = 0;
     int32_t SecondUnit = 0;
 };
-
-// One row of a table parameter: an ordered list of texts.
-using ZebRow = std::vector<std::wstring>;
 
 // Opaque framework value; the module never decodes it.
 using ZebOpaque = void*;

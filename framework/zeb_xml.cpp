@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <cstdlib>
@@ -163,6 +164,63 @@ bool ZebXMLNode::AddAttribute1(const char* name, const char* value) {
     return a.set_value(value ? value : "");
 }
 
+namespace {
+// Pending text is parsed once it reaches this size, so it never grows with the table.
+constexpr size_t kAppendBatch = 64 * 1024;
+
+// `value` as an attribute value in double quotes. Control characters go as character
+// references: raw, the parser would turn tabs and line ends into spaces.
+void AppendEscapedAttribute(std::string& out, std::string_view value) {
+    size_t plain = 0;
+    for (size_t i = 0; i < value.size(); ++i) {
+        const unsigned char c = static_cast<unsigned char>(value[i]);
+        const char* entity = nullptr;
+        switch (c) {
+            case '&': entity = "&amp;"; break;
+            case '<': entity = "&lt;"; break;
+            case '>': entity = "&gt;"; break;
+            case '"': entity = "&quot;"; break;
+            default:
+                if (c >= 0x20) continue;
+        }
+        out.append(value.substr(plain, i - plain));
+        if (entity) out += entity;
+        else out += "&#" + std::to_string(c) + ";";
+        plain = i + 1;
+    }
+    out.append(value.substr(plain));
+}
+}  // namespace
+
+ZebXMLElementAppender::ZebXMLElementAppender(ZebXMLNode& parent, const char* name)
+    : m_parent(parent.Internal()), m_name(name) {}
+
+void ZebXMLElementAppender::BeginElement() {
+    if (m_text.size() >= kAppendBatch) Finish();
+    m_text += '<';
+    m_text += m_name;
+}
+
+void ZebXMLElementAppender::Attribute(const char* name, std::wstring_view value) {
+    m_value.clear();
+    AppendUtf8(m_value, value.substr(0, value.find(L'\0')));
+    m_text += ' ';
+    m_text += name;
+    m_text += "=\"";
+    AppendEscapedAttribute(m_text, m_value);
+    m_text += '"';
+}
+
+bool ZebXMLElementAppender::Finish() {
+    if (!m_text.empty()) {
+        const pugi::xml_parse_result parsed = Wrap(m_parent).append_buffer(
+            m_text.data(), m_text.size(), pugi::parse_default, pugi::encoding_utf8);
+        m_ok = m_ok && parsed;
+        m_text.clear();
+    }
+    return m_ok;
+}
+
 bool ZebXMLNode::GetAttributeValue(const std::wstring& name, std::wstring& value) const {
     return GetAttributeValue1(ToUtf8(name).c_str(), value);
 }
@@ -172,6 +230,19 @@ bool ZebXMLNode::GetAttributeValue1(const char* name, std::wstring& value) const
     if (!a) return false;
     value = FromUtf8(a.value());
     return true;
+}
+
+void ZebXMLNode::GetAttributeTexts1(const char* const* names, size_t count, const char** texts) const {
+    std::fill(texts, texts + count, nullptr);
+    for (pugi::xml_attribute a : Wrap(m_node).attributes()) {
+        // The first attribute of a name counts, as a lookup by name finds it.
+        for (size_t i = 0; i < count; ++i) {
+            if (!texts[i] && std::strcmp(a.name(), names[i]) == 0) {
+                texts[i] = a.value();
+                break;
+            }
+        }
+    }
 }
 
 std::vector<std::pair<std::wstring, std::wstring>> ZebXMLNode::GetAttributes() const {

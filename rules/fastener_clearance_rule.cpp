@@ -15,7 +15,7 @@ void MigrateOldLayout(ZebTypedParam<ZebRow>& clearances, ZebTypedParam<ZebRow>& 
     for (ZebRow& row : clearances.values) {
         if (row.size() < 3) continue;
         alternative.values.Add(ZebRow{row[0], row[2], L""});
-        row[2].clear();
+        row.Set(2, L"");
     }
 }
 
@@ -28,8 +28,8 @@ void ConvertRows(ZebTypedParam<ZebRow>* p, int32_t from, int32_t to) {
     if (!p) return;
     for (ZebRow& row : p->values) {
         if (row.size() < 3) continue;
-        ConvertCell(row[1], from, to);
-        ConvertCell(row[2], from, to);
+        ConvertCell(row, 1, from, to);
+        ConvertCell(row, 2, from, to);
     }
 }
 }  // namespace

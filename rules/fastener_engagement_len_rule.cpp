@@ -38,7 +38,7 @@ void CZEBAssemblyFastenerEngagementLenRule::ConvertUnits(const UnitSetting* from
     auto* lengths = FindTyped<ZebRow>(*this, kLengths);
     if (lengths && LengthUnitsDiffer(from, to)) {
         for (ZebRow& row : lengths->values)
-            if (row.size() >= 2) ConvertCell(row[1], from->LengthUnit, to->LengthUnit);
+            if (row.size() >= 2) ConvertCell(row, 1, from->LengthUnit, to->LengthUnit);
     }
     CurrentUnits = *to;
 }

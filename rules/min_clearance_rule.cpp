@@ -93,7 +93,7 @@ void CZEBAssemblyMinClearanceBetPartsRule::ConvertUnits(const UnitSetting* from,
         auto* pairs = FindTyped<ZebRow>(*this, kPairs);
         if (!pairs) return;
         for (ZebRow& row : pairs->values)
-            if (row.size() >= 3) ConvertCell(row[2], from->LengthUnit, to->LengthUnit);
+            if (row.size() >= 3) ConvertCell(row, 2, from->LengthUnit, to->LengthUnit);
     }
     CurrentUnits = *to;
     CZebResourceScope scope;

@@ -153,14 +153,15 @@ ZebXMLNode* WriteTyped(ZebXMLDocument* doc, ZebTypedParam<T>& p) {
     AppendText(*node, L"ParameterType", XmlInt(p.kind));
     if constexpr (std::is_same_v<T, ZebRow>) {
         if (p.kind == ZebParam_Table) {
+            ZebXMLElementAppender values(*node, "Value");
             for (const ZebRow& row : p.values) {
                 if (row.empty()) continue;
-                NodePtr value(node->AppendNode(L"Value"));
+                values.BeginElement();
                 for (size_t i = 0; i < row.size(); ++i) {
-                    const std::string cell = ToUtf8(row[i]);
-                    if (i < kRowAttributes) value->AddAttribute1(kRowAttributeNames[i], cell.c_str());
-                    else value->AddAttribute1(RowAttributeName(i).c_str(), cell.c_str());
+                    if (i < kRowAttributes) values.Attribute(kRowAttributeNames[i], row[i]);
+                    else values.Attribute(RowAttributeName(i).c_str(), row[i]);
                 }
+                values.EndElement();
             }
         } else {
             for (const ZebRow& row : p.values) AppendText(*node, L"Value", ValueCodec<T>::Text(row));
@@ -213,13 +214,14 @@ void ReadTyped(ZebXMLNode* ruleNode, ZebTypedParam<T>& p) {
         NodePtr value((*values)[i]);
         if constexpr (std::is_same_v<T, ZebRow>) {
             if (p.kind == ZebParam_Table) {
-                // Cells are gathered first so that the row is allocated once, at its size.
-                std::wstring cells[kRowAttributes];
+                // The cells' UTF-8 texts are gathered first so that the row is built once.
+                const char* texts[kRowAttributes];
+                value->GetAttributeTexts1(kRowAttributeNames, kRowAttributes, texts);
+                std::string_view cells[kRowAttributes];
                 size_t count = 0;
-                for (const char* name : kRowAttributeNames)
-                    if (value->GetAttributeValue1(name, cells[count])) ++count;
-                ZebRow row(std::make_move_iterator(cells), std::make_move_iterator(cells + count));
-                p.values.Add(std::move(row));
+                for (const char* text : texts)
+                    if (text) cells[count++] = text;
+                p.values.Add(ZebRow::FromUtf8(cells, count));
                 continue;
             }
         }

@@ -7,8 +7,8 @@ double ConvertLength(double value, int32_t from, int32_t to) {
     return CZEBUnitConvertor::ConversionFromOneUnitToAnother(value, 1, from, to);
 }
 
-void ConvertCell(std::wstring& cell, int32_t from, int32_t to) {
-    cell = FormatNumber(ConvertLength(ParseNumber(cell), from, to));
+void ConvertCell(ZebRow& row, size_t index, int32_t from, int32_t to) {
+    row.Set(index, FormatNumber(ConvertLength(ParseNumber(row[index]), from, to)));
 }
 
 bool LengthUnitsDiffer(const UnitSetting* from, const UnitSetting* to) {

@@ -74,7 +74,7 @@ std::wstring TrimBlanks(const std::wstring& text) {
     return text.substr(first, last - first);
 }
 
-double ParseNumber(const std::wstring& text) {
+double ParseNumber(std::wstring_view text) {
     size_t first = 0;
     while (first < text.size() && std::iswspace(text[first])) ++first;
     char run[64];

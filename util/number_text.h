@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 // The texts of numbers in edit fields, table cells and imported spreadsheets. None needs the
 // module's resources.
@@ -9,7 +10,7 @@
 // separator of the user's locale.
 std::wstring FormatNumber(double value);
 // The leading run of digits and points after trimming; 0.0 when there is none. No sign.
-double ParseNumber(const std::wstring& text);
+double ParseNumber(std::wstring_view text);
 bool IsNumericText(const std::wstring& text);
 double ToDouble(const std::wstring& text);
 

@@ -124,7 +124,7 @@ TextRows StoredTableRows(CZebRule& rule, TableSheetKind kind) {
     case TableSheetKind::PartPairs:
         if (const auto* pairs = Typed<ZebRow>(rule, kPartPairs))
             for (const ZebRow& row : pairs->values)
-                if (row.size() >= 3 && !row[0].empty() && !row[1].empty()) rows.push_back({row[0], row[1], row[2]});
+                if (row.size() >= 3 && !row[0].empty() && !row[1].empty()) rows.push_back({row.Cell(0), row.Cell(1), row.Cell(2)});
         break;
     case TableSheetKind::ComponentsToCheck:
         if (const auto* components = Typed<ZebRow>(rule, kComponentsToCheck)) {
@@ -132,7 +132,7 @@ TextRows StoredTableRows(CZebRule& rule, TableSheetKind kind) {
             const bool asGroups = groups && !groups->values.IsEmpty() && groups->values[0];
             for (const ZebRow& row : components->values) {
                 if (row.size() < 2 || (!asGroups && (row[0].empty() || row[1].empty()))) continue;
-                rows.push_back({row[0], row[1]});
+                rows.push_back({row.Cell(0), row.Cell(1)});
             }
         }
         break;
@@ -151,14 +151,14 @@ TextRows StoredTableRows(CZebRule& rule, TableSheetKind kind) {
             const ZebRow& first = a->values[i];
             const ZebRow& second = b->values[i];
             if (first.size() < 3 || second.size() < 3 || first[0].empty()) continue;
-            rows.push_back({first[0], first[1], first[2], second[1], second[2]});
+            rows.push_back({first.Cell(0), first.Cell(1), first.Cell(2), second.Cell(1), second.Cell(2)});
         }
         break;
     }
     case TableSheetKind::FastenerEngagement:
         if (const auto* lengths = Typed<ZebRow>(rule, kEngagementLengths))
             for (const ZebRow& row : lengths->values)
-                if (row.size() >= 2 && !row[0].empty()) rows.push_back({row[0], row[1]});
+                if (row.size() >= 2 && !row[0].empty()) rows.push_back({row.Cell(0), row.Cell(1)});
         break;
     }
     return rows;

@@ -91,7 +91,7 @@ void CZEBAssemblyFastenerClearanceDlg::LoadFromRule(CZebRule& rule) {
             const ZebRow& a = conditionA->values[i];
             const ZebRow& b = conditionB->values[i];
             if (a.size() < 3 || b.size() < 3 || a[0].empty()) continue;
-            placed.emplace_back(static_cast<size_t>(i), CZebGridModel::Row{a[0], a[1], a[2], b[1], b[2]});
+            placed.emplace_back(static_cast<size_t>(i), CZebGridModel::Row{a.Cell(0), a.Cell(1), a.Cell(2), b.Cell(1), b.Cell(2)});
         }
         m_grid->SetRows(RowsWithReserve(stored, std::move(placed)));
     }

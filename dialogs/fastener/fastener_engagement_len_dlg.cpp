@@ -78,7 +78,7 @@ void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
         for (int32_t i = 0; i < lengths->values.GetSize(); ++i) {
             const ZebRow& row = lengths->values[i];
             if (row.size() < 2 || row[0].empty()) continue;
-            placed.emplace_back(static_cast<size_t>(i), CZebGridModel::Row{row[0], row[1]});
+            placed.emplace_back(static_cast<size_t>(i), CZebGridModel::Row{row.Cell(0), row.Cell(1)});
         }
     }
     m_grid->SetRows(RowsWithReserve(stored, std::move(placed)));

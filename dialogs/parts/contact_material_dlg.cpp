@@ -88,7 +88,7 @@ void CZEBAssemblyCheckContactMaterialDlg::LoadFromRule(CZebRule& rule) {
     std::vector<CZebGridModel::Row> rows;
     if (const ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kPairs))
         for (int i = 0; i < pairs->values.GetSize(); ++i)
-            if (pairs->values[i].size() >= 2) rows.push_back({L"", pairs->values[i][0], pairs->values[i][1]});
+            if (pairs->values[i].size() >= 2) rows.push_back({L"", pairs->values[i].Cell(0), pairs->values[i].Cell(1)});
     rows.resize(rows.size() + kSpareRows);
     m_table->SetRows(std::move(rows));
     m_table->SetOwner(this, &rule);

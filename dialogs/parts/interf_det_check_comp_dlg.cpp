@@ -72,7 +72,7 @@ void ZEBASMInterfDetCheckCompDlg::OnInitDialog() {
         const ZebRow& row = stored->values[i];
         if (row.size() < 2) continue;
         if (!asGroups && (row[0].empty() || row[1].empty())) continue;
-        rows[static_cast<size_t>(i)] = {L"", row[0], row[1]};
+        rows[static_cast<size_t>(i)] = {L"", row.Cell(0), row.Cell(1)};
     }
     m_table->SetRows(std::move(rows));
 }

@@ -111,7 +111,7 @@ void CZEBAssemblyMinClearanceBetPartsDlg::LoadTable(CZebRule& rule) {
     std::vector<CZebGridModel::Row> rows(static_cast<size_t>(stored + kSpareRows));
     for (int i = 0; i < stored; ++i) {
         const ZebRow& row = pairs->values[i];
-        if (row.size() >= 3 && !row[0].empty() && !row[1].empty()) rows[static_cast<size_t>(i)] = {L"", row[0], row[1], row[2]};
+        if (row.size() >= 3 && !row[0].empty() && !row[1].empty()) rows[static_cast<size_t>(i)] = {L"", row.Cell(0), row.Cell(1), row.Cell(2)};
     }
     m_table->SetRows(std::move(rows));
 }

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <memory>
 
 namespace {
@@ -176,4 +177,45 @@ TEST(ZebXml, SaveReplacesAWholeFileOrNothing) {
     ASSERT_TRUE(back.LoadFile((standard / "settings.xml").wstring(), error));
     EXPECT_EQ(Own(back.GetDocumentElement())->GetName(), L"Replaced");
     std::filesystem::remove_all(dir);
+}
+
+// Elements appended as parsed text must give the document that element-by-element building gives,
+// whatever the values hold, and in order across batches.
+TEST(ZebXml, AppendedElementsEqualElementsBuiltOneByOne) {
+    const std::wstring values[] = {
+        L"a&b<c>d\"e'f", L"tab\tnl\ncr\rx", L"ctl\x01\x1f" L"end", L" lead and trail ", L"",
+        L"Mutter DIN 934 \u2013 Stahl \U0001F600", std::wstring(L"cut\0here", 8), L"&amp; stays text",
+    };
+    const char* const names[] = {"Attribute1", "Attribute2", "Attribute3"};
+    ZebXMLDocument built, appended;
+    auto builtTop = Own(built.CreateDocumentElement(L"Parameter"));
+    auto appendedTop = Own(appended.CreateDocumentElement(L"Parameter"));
+    {
+        ZebXMLElementAppender appender(*appendedTop, "Value");
+        // Enough elements for several batches.
+        for (int i = 0; i < 6000; ++i) {
+            auto value = Own(builtTop->AppendNode(L"Value"));
+            appender.BeginElement();
+            for (int a = 0; a < 1 + i % 3; ++a) {
+                const std::wstring& text = values[(i + a) % std::size(values)];
+                value->AddAttribute1(names[a], ToUtf8(text).c_str());
+                appender.Attribute(names[a], text);
+            }
+            appender.EndElement();
+        }
+        EXPECT_TRUE(appender.Finish());
+    }
+    Own(appendedTop->AppendNode(L"ResultCriteria"));  // after every appended element
+    Own(builtTop->AppendNode(L"ResultCriteria"));
+    EXPECT_EQ(appended.GetXML(), built.GetXML());
+
+    auto list = Own(appendedTop->GetNodeList(L"Value"));
+    ASSERT_EQ(list->GetSize(), 6000);
+    std::wstring text;
+    EXPECT_TRUE(Own((*list)[1])->GetAttributeValue(L"Attribute1", text));
+    EXPECT_EQ(text, values[1]);
+    EXPECT_TRUE(Own((*list)[2])->GetAttributeValue(L"Attribute2", text));
+    EXPECT_EQ(text, values[3]);
+    EXPECT_TRUE(Own((*list)[6])->GetAttributeValue(L"Attribute1", text));
+    EXPECT_EQ(text, L"cut");
 }

@@ -183,6 +183,29 @@ TEST_F(RuleXmlTest, TableRowsWriteEveryCellAndReadFive) {
     EXPECT_EQ(Values<ZebRow>(back, 200), (std::vector<ZebRow>{{L"a", L"b", L"c", L"d", L"e"}, {L"x", L"y"}}));
 }
 
+// Cells go out through one reused UTF-8 buffer and come back straight from the attributes' UTF-8.
+TEST_F(RuleXmlTest, TableCellsKeepNonAsciiTextAndEndAtAnEmbeddedNul) {
+    TestRule rule;
+    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Row, 200, ZebOp_Equal, ZebParam_Table, true, false));
+    Param<ZebRow>(rule, 200).values.Add(
+        ZebRow{L"Mutter DIN 934 \u2013 Stahl", L"\U0001F600", std::wstring(L"ab\0cd", 5), L"", L"M8"});
+    auto stored = Stored(rule);
+    auto values = Children(*Children(*stored, L"Parameter")[0], L"Value");
+    ASSERT_EQ(values.size(), 1u);
+    EXPECT_EQ(values[0]->GetAttributes().size(), 5u);
+    EXPECT_EQ(Attr(*values[0], L"Attribute1"), L"Mutter DIN 934 \u2013 Stahl");
+    EXPECT_EQ(Attr(*values[0], L"Attribute2"), L"\U0001F600");
+    EXPECT_EQ(Attr(*values[0], L"Attribute3"), L"ab");  // an attribute cannot carry L'\0'
+    EXPECT_EQ(Attr(*values[0], L"Attribute4"), L"");
+    EXPECT_EQ(Attr(*values[0], L"Attribute5"), L"M8");
+
+    TestRule back;
+    back.ParamArray.Add(back.CreateParamStorageObject(ZebType_Row, 200, ZebOp_Equal, ZebParam_Table, true, false));
+    back.ImportFromXML(stored.get());
+    EXPECT_EQ(Values<ZebRow>(back, 200),
+              (std::vector<ZebRow>{{L"Mutter DIN 934 \u2013 Stahl", L"\U0001F600", L"ab", L"", L"M8"}}));
+}
+
 TEST_F(RuleXmlTest, ResultCriteriaDeviationEntries) {
     TestRule rule;
     rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 300, ZebOp_Less, ZebParam_Value, true, false));
