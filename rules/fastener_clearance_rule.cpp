@@ -24,14 +24,6 @@ void RepairOperator(ZebTypedParam<ZebRow>& p) {
     if (p.op != ZebOp_GreaterEqual && p.op != ZebOp_Range) p.op = ZebOp_GreaterEqual;
 }
 
-void ConvertRows(ZebTypedParam<ZebRow>* p, int32_t from, int32_t to) {
-    if (!p) return;
-    for (ZebRow& row : p->values) {
-        if (row.size() < 3) continue;
-        ConvertCell(row, 1, from, to);
-        ConvertCell(row, 2, from, to);
-    }
-}
 }  // namespace
 
 CZEBAssemblyFastenerClearanceRule::CZEBAssemblyFastenerClearanceRule() {
@@ -68,8 +60,8 @@ ZebXMLNode* CZEBAssemblyFastenerClearanceRule::ExportToXML() {
 void CZEBAssemblyFastenerClearanceRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
     if (!to) return;
     if (LengthUnitsDiffer(from, to)) {
-        ConvertRows(FindTyped<ZebRow>(*this, kClearances), from->LengthUnit, to->LengthUnit);
-        ConvertRows(FindTyped<ZebRow>(*this, kAlternative), from->LengthUnit, to->LengthUnit);
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kClearances), {1, 2}, from->LengthUnit, to->LengthUnit);
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kAlternative), {1, 2}, from->LengthUnit, to->LengthUnit);
     }
     CurrentUnits = *to;
 }

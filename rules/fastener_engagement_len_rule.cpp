@@ -35,11 +35,8 @@ ZebXMLNode* CZEBAssemblyFastenerEngagementLenRule::ExportToXML() {
 
 void CZEBAssemblyFastenerEngagementLenRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
     if (!to) return;
-    auto* lengths = FindTyped<ZebRow>(*this, kLengths);
-    if (lengths && LengthUnitsDiffer(from, to)) {
-        for (ZebRow& row : lengths->values)
-            if (row.size() >= 2) ConvertCell(row, 1, from->LengthUnit, to->LengthUnit);
-    }
+    if (LengthUnitsDiffer(from, to))
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kLengths), {1}, from->LengthUnit, to->LengthUnit);
     CurrentUnits = *to;
 }
 

@@ -92,8 +92,7 @@ void CZEBAssemblyMinClearanceBetPartsRule::ConvertUnits(const UnitSetting* from,
             general->values[1] = ConvertLength(general->values[1], from->LengthUnit, to->LengthUnit);
         auto* pairs = FindTyped<ZebRow>(*this, kPairs);
         if (!pairs) return;
-        for (ZebRow& row : pairs->values)
-            if (row.size() >= 3) ConvertCell(row, 2, from->LengthUnit, to->LengthUnit);
+        ConvertLengthCells(pairs, {2}, from->LengthUnit, to->LengthUnit);
     }
     CurrentUnits = *to;
     CZebResourceScope scope;

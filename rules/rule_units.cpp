@@ -1,5 +1,7 @@
 #include "rules/rule_units.h"
 
+#include <algorithm>
+
 #include "framework/unit_convertor.h"
 #include "util/number_text.h"
 
@@ -7,8 +9,17 @@ double ConvertLength(double value, int32_t from, int32_t to) {
     return CZEBUnitConvertor::ConversionFromOneUnitToAnother(value, 1, from, to);
 }
 
-void ConvertCell(ZebRow& row, size_t index, int32_t from, int32_t to) {
-    row.Set(index, FormatNumber(ConvertLength(ParseNumber(row[index]), from, to)));
+void ConvertLengthCells(ZebTypedParam<ZebRow>* table, std::initializer_list<size_t> columns,
+                        int32_t from, int32_t to) {
+    if (!table) return;
+    // The separator is looked up once: tables reach hundreds of thousands of rows.
+    const std::wstring separator = UserDecimalSeparator();
+    const size_t needed = columns.size() == 0 ? 0 : std::max(columns) + 1;
+    for (ZebRow& row : table->values) {
+        if (row.size() < needed) continue;
+        for (size_t column : columns)
+            row.Set(column, FormatTrimmedNumber(ConvertLength(ParseNumber(row[column]), from, to), separator));
+    }
 }
 
 bool LengthUnitsDiffer(const UnitSetting* from, const UnitSetting* to) {
