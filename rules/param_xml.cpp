@@ -211,12 +211,12 @@ void ReadTyped(ZebXMLNode* ruleNode, ZebTypedParam<T>& p) {
 
     ListPtr values(node->GetNodeList(L"Value"));
     for (long i = 0; i < values->GetSize(); ++i) {
-        NodePtr value((*values)[i]);
+        const ZebXMLNode value = values->At(i);
         if constexpr (std::is_same_v<T, ZebRow>) {
             if (p.kind == ZebParam_Table) {
                 // The cells' UTF-8 texts are gathered first so that the row is built once.
                 const char* texts[kRowAttributes];
-                value->GetAttributeTexts1(kRowAttributeNames, kRowAttributes, texts);
+                value.GetAttributeTexts1(kRowAttributeNames, kRowAttributes, texts);
                 std::string_view cells[kRowAttributes];
                 size_t count = 0;
                 for (const char* text : texts)
@@ -226,7 +226,7 @@ void ReadTyped(ZebXMLNode* ruleNode, ZebTypedParam<T>& p) {
             }
         }
         T decoded{};
-        if (ValueCodec<T>::Decode(value->GetNodeValue(), decoded)) p.values.Add(decoded);
+        if (ValueCodec<T>::Decode(value.GetNodeValue(), decoded)) p.values.Add(decoded);
     }
 
     NodePtr criteria(node->SelectSingleNode(L"ResultCriteria"));
