@@ -3,6 +3,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
 #include <list>
 #include <map>
 #include <memory>
@@ -599,6 +602,48 @@ TEST_P(ServerDatabase, LostSessionFailsOnceAndTheNextOperationConnectsAgain) {
                           "SELECT count(*) FROM pg_stat_activity WHERE datname = '" +
                               server_->Name() + "' AND application_name = 'vantor'"),
               "1");
+}
+
+// A server of the test's own, stopped and started again under a service in use: while it is
+// down every operation fails at once, and the same service works again once it is back.
+TEST_P(ServerDatabase, StoppedServerFailsCleanlyAndServesAgainOnceBack) {
+    std::string pattern = (std::filesystem::temp_directory_path() / "vantor_pg_XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    const std::string dir = pattern;
+    const auto server = [&dir](const char* action) {
+        const std::string command = std::string(VANTOR_SOURCE_DIR) + "/scripts/pg_server " + action + " '" +
+                                    dir + "' >'" + dir + ".log' 2>&1";
+        return std::system(command.c_str()) == 0;
+    };
+    struct Cleanup {
+        std::function<void()> run;
+        ~Cleanup() { run(); }
+    } cleanup{[&] {
+        server("stop");
+        std::error_code ignored;
+        std::filesystem::remove_all(dir, ignored);
+        std::filesystem::remove(dir + ".log", ignored);
+    }};
+    ASSERT_TRUE(server("start")) << "the second server did not start; see " << dir << ".log";
+    ::setenv("VANTOR_DATABASE_URL", ("postgresql://postgres@/postgres?host=" + dir + "&port=5432").c_str(), 1);
+    IDatabaseCollector* db = ZEBDataHelper::getInstance();
+    ASSERT_NE(db, nullptr);
+    ASSERT_EQ(db->AddFastenerName(L"Before the stop"), ZebDbOk);
+
+    ASSERT_TRUE(server("stop"));
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(db->AddFastenerName(L"While stopped"), ZebDbFailed);
+    std::list<std::wstring> names;
+    EXPECT_EQ(db->GetFastenerNames(names), ZebDbFailed);  // still down: no connection to be had
+    const std::string message = testing::internal::GetCapturedStderr();
+    EXPECT_NE(message.find("GetFastenerNames"), std::string::npos) << message;
+
+    ASSERT_TRUE(server("start"));
+    EXPECT_EQ(ZEBDataHelper::getInstance(), db);
+    EXPECT_EQ(db->AddFastenerName(L"While stopped"), ZebDbOk);
+    names = FastenerNames(*db);
+    EXPECT_TRUE(Contains(names, L"Before the stop"));
+    EXPECT_EQ(std::count(names.begin(), names.end(), L"While stopped"), 1);
 }
 
 TEST_P(ServerDatabase, UnreachableOrForeignDatabaseGivesNoServiceWithTheServersMessage) {
