@@ -22,10 +22,14 @@ void AppendCodePoint(std::string& out, char32_t c) {
 }  // namespace
 
 void AppendUtf8(std::string& out, std::wstring_view text) {
-    // Settings texts are mostly ASCII: a leading ASCII run is copied in one pass.
+    // Settings texts are mostly ASCII: a leading ASCII run is narrowed in place, in one pass.
+    const size_t start = out.size();
+    out.resize(start + text.size());
+    char* narrow = out.data() + start;
     size_t ascii = 0;
-    while (ascii < text.size() && static_cast<char32_t>(text[ascii]) < 0x80) ++ascii;
-    out.append(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(ascii));
+    for (; ascii < text.size() && static_cast<char32_t>(text[ascii]) < 0x80; ++ascii)
+        narrow[ascii] = static_cast<char>(text[ascii]);
+    out.resize(start + ascii);
     if (ascii == text.size()) return;
     out.reserve(out.size() + (text.size() - ascii) * 4);
     for (wchar_t w : text.substr(ascii)) AppendCodePoint(out, static_cast<char32_t>(w));
