@@ -86,7 +86,7 @@ protected:
 
     bool PreTranslateMessage(QObject* target, QEvent* event) override;
     // Runs the spreadsheet import (Ctrl+I).
-    virtual void ImportSpreadsheet() = 0;
+    void ImportSpreadsheet() override = 0;
 
 private:
     void OpenHardwareDatabase();
