@@ -78,12 +78,34 @@ struct StringWriter : pugi::xml_writer {
     }
 };
 
-// Writes to an open file; after the first failure it writes nothing more and keeps errno.
+// Writes to an open file in large blocks; after the first failure it writes nothing more and
+// keeps errno. Each block is handed to the disk as it goes out, so the fsync that ends a save
+// waits for the last block only.
 class FileWriter : public pugi::xml_writer {
 public:
-    explicit FileWriter(int fd) : m_fd(fd) {}
+    explicit FileWriter(int fd) : m_fd(fd) { m_buffer.reserve(kBlock); }
     void write(const void* data, size_t size) override {
         const char* bytes = static_cast<const char*>(data);
+        if (m_buffer.size() + size > kBlock) Flush();
+        if (size >= kBlock) WriteOut(bytes, size);
+        else m_buffer.insert(m_buffer.end(), bytes, bytes + size);
+    }
+    // True when everything was written; errno is the failure's otherwise.
+    bool Complete() {
+        Flush();
+        if (!m_ok) errno = m_errno;
+        return m_ok;
+    }
+
+private:
+    static constexpr size_t kBlock = 1 << 20;
+
+    void Flush() {
+        WriteOut(m_buffer.data(), m_buffer.size());
+        m_buffer.clear();
+    }
+    void WriteOut(const char* bytes, size_t size) {
+        const off_t start = m_written;
         while (m_ok && size > 0) {
             const ssize_t n = ::write(m_fd, bytes, size);
             if (n < 0) {
@@ -94,16 +116,15 @@ public:
             }
             bytes += n;
             size -= static_cast<size_t>(n);
+            m_written += n;
         }
-    }
-    // True when everything was written; errno is the failure's otherwise.
-    bool Complete() const {
-        if (!m_ok) errno = m_errno;
-        return m_ok;
+        // Only a head start for the fsync: where it is not supported, fsync does it all.
+        if (m_ok && m_written > start) ::sync_file_range(m_fd, start, m_written - start, SYNC_FILE_RANGE_WRITE);
     }
 
-private:
     int m_fd;
+    std::vector<char> m_buffer;
+    off_t m_written = 0;
     bool m_ok = true;
     int m_errno = 0;
 };
