@@ -1,6 +1,7 @@
 #include "framework/zeb_xml.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -77,6 +78,15 @@ struct StringWriter : pugi::xml_writer {
         out.append(static_cast<const char*>(data), size);
     }
 };
+
+// A large buffer about to be filled is backed by huge pages where the system offers them on
+// request: one page fault per 2 MiB instead of one per 4 KiB. Nothing changes where it does not.
+void AskForHugePages(void* buffer, size_t size) {
+    const size_t page = static_cast<size_t>(::sysconf(_SC_PAGESIZE));
+    const uintptr_t start = (reinterpret_cast<uintptr_t>(buffer) + page - 1) / page * page;
+    const uintptr_t end = (reinterpret_cast<uintptr_t>(buffer) + size) / page * page;
+    if (end > start) ::madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
+}
 
 // Writes to an open file in large blocks; after the first failure it writes nothing more and
 // keeps errno. Each block is handed to the disk as it goes out, so the fsync that ends a save
@@ -189,27 +199,22 @@ namespace {
 // Pending text is parsed once it reaches this size, so it never grows with the table.
 constexpr size_t kAppendBatch = 64 * 1024;
 
-// `value` as an attribute value in double quotes. Control characters go as character
+// `value` as an attribute value in double quotes, in UTF-8. Control characters go as character
 // references: raw, the parser would turn tabs and line ends into spaces.
-void AppendEscapedAttribute(std::string& out, std::string_view value) {
-    size_t plain = 0;
+void AppendEscapedAttribute(std::string& out, std::wstring_view value) {
     for (size_t i = 0; i < value.size(); ++i) {
-        const unsigned char c = static_cast<unsigned char>(value[i]);
-        const char* entity = nullptr;
+        const wchar_t c = value[i];
         switch (c) {
-            case '&': entity = "&amp;"; break;
-            case '<': entity = "&lt;"; break;
-            case '>': entity = "&gt;"; break;
-            case '"': entity = "&quot;"; break;
+            case L'&': out += "&amp;"; break;
+            case L'<': out += "&lt;"; break;
+            case L'>': out += "&gt;"; break;
+            case L'"': out += "&quot;"; break;
             default:
-                if (c >= 0x20) continue;
+                if (c < 0x20) out += "&#" + std::to_string(static_cast<int>(c)) + ";";
+                else if (c < 0x80) out += static_cast<char>(c);
+                else AppendUtf8(out, value.substr(i, 1));
         }
-        out.append(value.substr(plain, i - plain));
-        if (entity) out += entity;
-        else out += "&#" + std::to_string(c) + ";";
-        plain = i + 1;
     }
-    out.append(value.substr(plain));
 }
 }  // namespace
 
@@ -223,12 +228,10 @@ void ZebXMLElementAppender::BeginElement() {
 }
 
 void ZebXMLElementAppender::Attribute(const char* name, std::wstring_view value) {
-    m_value.clear();
-    AppendUtf8(m_value, value.substr(0, value.find(L'\0')));
     m_text += ' ';
     m_text += name;
     m_text += "=\"";
-    AppendEscapedAttribute(m_text, m_value);
+    AppendEscapedAttribute(m_text, value.substr(0, value.find(L'\0')));
     m_text += '"';
 }
 
@@ -379,6 +382,7 @@ bool ZebXMLDocument::LoadFile(const std::wstring& path, std::wstring& error) {
     // held once, not once per copy.
     void* buffer = pugi::get_memory_allocation_function()(static_cast<size_t>(size));
     if (!buffer) return fail(L"not enough memory to read " + path);
+    AskForHugePages(buffer, static_cast<size_t>(size));
     in.seekg(0);
     if (!in.read(static_cast<char*>(buffer), size)) {
         pugi::get_memory_deallocation_function()(buffer);

@@ -94,7 +94,6 @@ private:
     pugi::xml_node_struct* m_parent;
     const char* m_name;
     std::string m_text;
-    std::string m_value;  // one value as UTF-8, before escaping
     bool m_ok = true;
 };
 
