@@ -13,12 +13,12 @@ void ConvertLengthCells(ZebTypedParam<ZebRow>* table, std::initializer_list<size
                         int32_t from, int32_t to) {
     if (!table) return;
     // The separator is looked up once: tables reach hundreds of thousands of rows.
-    const std::wstring separator = UserDecimalSeparator();
+    NumberTextWriter number(UserDecimalSeparator());
     const size_t needed = columns.size() == 0 ? 0 : std::max(columns) + 1;
     for (ZebRow& row : table->values) {
         if (row.size() < needed) continue;
         for (size_t column : columns)
-            row.Set(column, FormatTrimmedNumber(ConvertLength(ParseNumber(row[column]), from, to), separator));
+            row.Set(column, number.Format(ConvertLength(ParseNumber(row[column]), from, to)));
     }
 }
 

@@ -3,6 +3,7 @@
 #include <langinfo.h>
 #include <locale.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <cwctype>
@@ -21,24 +22,31 @@ double LeadingDouble(std::string_view utf8) {
 }
 }  // namespace
 
-// Both number texts run for every cell of large tables: they work in buffers of their own and
-// make one string each.
-std::wstring FormatFixedTrimmed(double value) {
-    // Always the C runtime's own "%lf" with '.', whatever locale the process runs in.
-    char buffer[400];
-    const auto result =
-        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 6);
+// Number texts run for every cell of large tables: they are made in buffers of their own.
+// "%lf" of the value with '.' whatever the process's locale, trailing zeros removed: its length.
+static size_t FixedTrimmed(double value, char (&buffer)[NumberTextWriter::kMaxLength]) {
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 6);
     const char* end = result.ptr;
     while (end != buffer && end[-1] == '0') --end;
-    return std::wstring(static_cast<const char*>(buffer), end);  // digits, '-' and '.' only
+    return static_cast<size_t>(end - buffer);
+}
+
+std::wstring FormatFixedTrimmed(double value) {
+    char buffer[NumberTextWriter::kMaxLength];
+    return std::wstring(buffer, buffer + FixedTrimmed(value, buffer));  // digits, '-' and '.' only
 }
 
 std::wstring FormatTrimmedNumber(double value, const std::wstring& separator) {
-    std::wstring text = FormatFixedTrimmed(value);
-    if (!separator.empty() && text.size() >= separator.size() &&
-        text.compare(text.size() - separator.size(), separator.size(), separator) == 0)
-        text += L"0";
-    return text;
+    return std::wstring(NumberTextWriter(separator).Format(value));
+}
+
+std::wstring_view NumberTextWriter::Format(double value) {
+    char narrow[kMaxLength];
+    size_t length = FixedTrimmed(value, narrow);
+    std::copy(narrow, narrow + length, m_text);
+    const std::wstring_view text(m_text, length);
+    if (!m_separator.empty() && text.ends_with(m_separator)) m_text[length++] = L'0';
+    return std::wstring_view(m_text, length);
 }
 
 std::wstring UserDecimalSeparator() {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 // The texts of numbers in edit fields, table cells and imported spreadsheets. None needs the
 // module's resources.
@@ -20,5 +21,18 @@ std::wstring FormatFixedTrimmed(double value);
 std::wstring FormatTrimmedNumber(double value, const std::wstring& separator);
 // The user's decimal separator (radix character of the LC_NUMERIC locale), "." when unknown.
 std::wstring UserDecimalSeparator();
+
+// FormatTrimmedNumber for the cells of a large table: no string per number. Each text is valid
+// until the next Format.
+class NumberTextWriter {
+public:
+    static constexpr size_t kMaxLength = 400;  // the longest fixed text of a double, and more
+    explicit NumberTextWriter(std::wstring separator) : m_separator(std::move(separator)) {}
+    std::wstring_view Format(double value);
+
+private:
+    std::wstring m_separator;
+    wchar_t m_text[kMaxLength + 1];
+};
 // Text without white space at both ends.
 std::wstring TrimBlanks(const std::wstring& text);
