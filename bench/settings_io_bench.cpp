@@ -30,7 +30,7 @@
 namespace fs = std::filesystem;
 
 namespace {
-constexpr int kRuns = 5;
+constexpr int kRuns = 9;
 
 // Resident memory now and its peak since the last reset, in KiB.
 long StatusKiB(const char* field) {

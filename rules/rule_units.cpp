@@ -1,6 +1,9 @@
 #include "rules/rule_units.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "framework/unit_convertor.h"
 #include "util/number_text.h"
@@ -15,10 +18,17 @@ void ConvertLengthCells(ZebTypedParam<ZebRow>* table, std::initializer_list<size
     // The separator is looked up once: tables reach hundreds of thousands of rows.
     NumberTextWriter number(UserDecimalSeparator());
     const size_t needed = columns.size() == 0 ? 0 : std::max(columns) + 1;
+    // Each row is built again once, with all its converted cells, rather than once per cell.
+    std::vector<std::wstring> converted(needed);
+    std::vector<std::wstring_view> cells;
     for (ZebRow& row : table->values) {
         if (row.size() < needed) continue;
-        for (size_t column : columns)
-            row.Set(column, number.Format(ConvertLength(ParseNumber(row[column]), from, to)));
+        cells.assign(row.begin(), row.end());
+        for (size_t column : columns) {
+            converted[column] = number.Format(ConvertLength(ParseNumber(row[column]), from, to));
+            cells[column] = converted[column];
+        }
+        row = ZebRow(cells.begin(), cells.end());
     }
 }
 
