@@ -1,7 +1,8 @@
 // Reading, converting and writing a settings document with large fastener tables, against the
 // bare XML library loading and saving the same file. Every phase runs in a child process of its
 // own, so that its time and its peak memory (above what the process held when the phase began)
-// are its alone. Prints both and their ratios, for 10,000 and 100,000 rows per table.
+// are its alone; the phases take turns. Prints both and their ratios, for 10,000 and 100,000 rows
+// per table.
 //
 //   build/bench/settings_io_bench [ROWS...]
 #include <malloc.h>
@@ -77,21 +78,38 @@ Sample RunInChild(const std::function<bool()>& phase) {
     return sample;
 }
 
-// The median time and the largest peak of `kRuns` runs.
-Sample Measure(const std::function<bool()>& phase) {
-    std::vector<double> times;
-    long peak = 0;
+struct Phase {
+    const char* name;
+    std::function<bool()> run;
+};
+
+// Each phase `kRuns` times, taking turns, so that whatever else the machine does at a time falls
+// on every phase alike. Before each run the output goes and the disk is synced: no phase starts
+// with another's file still being written back or freed. The median time and the largest peak
+// of each phase, in order.
+std::vector<Sample> Measure(const std::vector<Phase>& phases, const fs::path& output) {
+    std::vector<std::vector<double>> times(phases.size());
+    std::vector<long> peaks(phases.size(), 0);
     for (int i = 0; i < kRuns; ++i) {
-        const Sample s = RunInChild(phase);
-        if (s.seconds < 0) {
-            std::fprintf(stderr, "settings_io_bench: a phase failed\n");
-            std::exit(1);
+        for (size_t p = 0; p < phases.size(); ++p) {
+            std::error_code ignored;
+            fs::remove(output, ignored);
+            sync();
+            const Sample s = RunInChild(phases[p].run);
+            if (s.seconds < 0) {
+                std::fprintf(stderr, "settings_io_bench: %s failed\n", phases[p].name);
+                std::exit(1);
+            }
+            times[p].push_back(s.seconds);
+            peaks[p] = std::max(peaks[p], s.peakKiB);
         }
-        times.push_back(s.seconds);
-        peak = std::max(peak, s.peakKiB);
     }
-    std::sort(times.begin(), times.end());
-    return {times[times.size() / 2], peak};
+    std::vector<Sample> samples;
+    for (size_t p = 0; p < phases.size(); ++p) {
+        std::sort(times[p].begin(), times[p].end());
+        samples.push_back({times[p][times[p].size() / 2], peaks[p]});
+    }
+    return samples;
 }
 
 // Every rule at its defaults, with `rows` rows like "M8X123-ISO4017 | 3.5 | 5.25" in each of the
@@ -121,37 +139,79 @@ bool WriteDocument(const ModuleLoader& loader, const fs::path& path, int rows) {
     return xml.save_file(path.c_str(), "  ", pugi::format_default, pugi::encoding_utf8);
 }
 
-// Where the time of one resave goes, step by step, in this process.
+// Where the time of one convert goes, step by step: the median of each step over `kRuns`
+// children, each running the steps once in order.
 void PrintSteps(const ModuleLoader& loader, const fs::path& input, const fs::path& output) {
-    using Clock = std::chrono::steady_clock;
-    auto start = Clock::now();
-    const auto lap = [&start](const char* step) {
-        const auto now = Clock::now();
-        std::printf(" %s %.3f s", step, std::chrono::duration<double>(now - start).count());
-        start = now;
-    };
-    ZebXMLDocument in, out;
-    std::string message;
-    if (!LoadSettingsFile(input.string(), in, message)) return;
-    lap("steps: load");
-    std::vector<std::unique_ptr<RuleHandle>> rules;
-    loader.SetXMLDoc(&in);
-    for (const auto& node : SettingsRuleElements(in))
-        if (CZebRule* rule = RecreateRule(loader, node.get())) rules.push_back(std::make_unique<RuleHandle>(loader, rule));
-    lap("read");
-    std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(out, 0));
-    loader.SetXMLDoc(&out);
-    for (const auto& rule : rules) {
-        std::unique_ptr<ZebXMLNode> exported((*rule)->ExportToXML());
-        if (exported) parent->AppendNode(exported.get());
+    static const char* const kSteps[] = {"load", "read", "drop input", "convert", "write", "save", "free rules", "free output"};
+    constexpr size_t kCount = sizeof kSteps / sizeof kSteps[0];
+    std::vector<std::vector<double>> times(kCount);
+    for (int run = 0; run < kRuns; ++run) {
+        std::error_code ignored;
+        fs::remove(output, ignored);
+        sync();
+        int pipeFds[2];
+        if (pipe(pipeFds) != 0) std::abort();
+        malloc_trim(0);
+        const pid_t child = fork();
+        if (child == 0) {
+            close(pipeFds[0]);
+            double laps[kCount] = {};
+            size_t step = 0;
+            using Clock = std::chrono::steady_clock;
+            auto start = Clock::now();
+            const auto lap = [&] {
+                const auto now = Clock::now();
+                laps[step++] = std::chrono::duration<double>(now - start).count();
+                start = now;
+            };
+            ZebXMLDocument in, out;
+            std::string message;
+            if (!LoadSettingsFile(input.string(), in, message)) _exit(2);
+            lap();
+            std::vector<std::unique_ptr<RuleHandle>> rules;
+            loader.SetXMLDoc(&in);
+            for (const auto& node : SettingsRuleElements(in))
+                if (CZebRule* rule = RecreateRule(loader, node.get())) rules.push_back(std::make_unique<RuleHandle>(loader, rule));
+            lap();
+            in.Clear();
+            lap();
+            const UnitSetting from{0, 0}, to{3, 0};
+            for (const auto& rule : rules) (*rule)->ConvertUnits(&from, &to);
+            lap();
+            std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(out, 3));
+            loader.SetXMLDoc(&out);
+            for (const auto& rule : rules) {
+                std::unique_ptr<ZebXMLNode> exported((*rule)->ExportToXML());
+                if (exported) parent->AppendNode(exported.get());
+            }
+            lap();
+            if (!SaveSettingsFile(out, output.string(), message)) _exit(2);
+            lap();
+            rules.clear();
+            lap();
+            out.Clear();
+            lap();
+            loader.SetXMLDoc(nullptr);
+            if (write(pipeFds[1], laps, sizeof laps) != sizeof laps) _exit(2);
+            _exit(0);
+        }
+        close(pipeFds[1]);
+        double laps[kCount] = {};
+        const bool ok = read(pipeFds[0], laps, sizeof laps) == sizeof laps;
+        close(pipeFds[0]);
+        int status = 0;
+        waitpid(child, &status, 0);
+        if (!ok) {
+            std::fprintf(stderr, "settings_io_bench: the steps failed\n");
+            std::exit(1);
+        }
+        for (size_t i = 0; i < kCount; ++i) times[i].push_back(laps[i]);
     }
-    lap("write");
-    SaveSettingsFile(out, output.string(), message);
-    lap("save");
-    rules.clear();
-    lap("free rules");
-    loader.SetXMLDoc(nullptr);
-    std::printf("\n");
+    std::printf("  steps of convert (medians):");
+    for (size_t i = 0; i < kCount; ++i) {
+        std::sort(times[i].begin(), times[i].end());
+        std::printf(" %s %.4f s%s", kSteps[i], times[i][times[i].size() / 2], i + 1 < kCount ? "," : "\n");
+    }
 }
 
 void Print(const char* what, const Sample& s, const Sample& floor) {
@@ -182,32 +242,36 @@ int main(int argc, char** argv) {
         }
         std::printf("%d rows per table, %.1f MB document (median of %d runs, peak memory above the start)\n", rows,
                     fs::file_size(input) / 1e6, kRuns);
-        const Sample floor = Measure([&] {
-            pugi::xml_document doc;
-            return doc.load_file(input.c_str()) && doc.save_file(output.c_str(), "  ");
-        });
-        Print("XML library load + save", floor, floor);
         const auto rewrite = [&](std::optional<int> unit) {
             ZebXMLDocument in, out;
             std::string message;
             return LoadSettingsFile(input.string(), in, message) && RewriteRules(loader, in, unit, out) &&
                    SaveSettingsFile(out, output.string(), message);
         };
-        Print("read (show)", Measure([&] {
-                  ZebXMLDocument in;
-                  std::string message;
-                  if (!LoadSettingsFile(input.string(), in, message)) return false;
-                  loader.SetXMLDoc(&in);
-                  for (const auto& node : SettingsRuleElements(in)) {
-                      CZebRule* rule = RecreateRule(loader, node.get());
-                      if (!rule) return false;
-                      RuleHandle handle(loader, rule);
-                  }
-                  return true;
-              }),
-              floor);
-        Print("read + write (resave)", Measure([&] { return rewrite(std::nullopt); }), floor);
-        Print("read + convert + write", Measure([&] { return rewrite(3); }), floor);
+        const std::vector<Phase> phases = {
+            {"XML library load + save",
+             [&] {
+                 pugi::xml_document doc;
+                 return doc.load_file(input.c_str()) && doc.save_file(output.c_str(), "  ");
+             }},
+            {"read (show)",
+             [&] {
+                 ZebXMLDocument in;
+                 std::string message;
+                 if (!LoadSettingsFile(input.string(), in, message)) return false;
+                 loader.SetXMLDoc(&in);
+                 for (const auto& node : SettingsRuleElements(in)) {
+                     CZebRule* rule = RecreateRule(loader, node.get());
+                     if (!rule) return false;
+                     RuleHandle handle(loader, rule);
+                 }
+                 return true;
+             }},
+            {"read + write (resave)", [&] { return rewrite(std::nullopt); }},
+            {"read + convert + write", [&] { return rewrite(3); }},
+        };
+        const std::vector<Sample> samples = Measure(phases, output);
+        for (size_t p = 0; p < phases.size(); ++p) Print(phases[p].name, samples[p], samples[0]);
         PrintSteps(loader, input, output);
     }
     fs::remove_all(dir);
