@@ -1,25 +1,24 @@
 #include "framework/text_convert.h"
 
-namespace {
-void AppendCodePoint(std::string& out, char32_t c) {
+char* WriteUtf8(char32_t c, char* out) {
     if (c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = 0xFFFD;
     if (c < 0x80) {
-        out += static_cast<char>(c);
+        *out++ = static_cast<char>(c);
     } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | (c >> 6));
-        out += static_cast<char>(0x80 | (c & 0x3F));
+        *out++ = static_cast<char>(0xC0 | (c >> 6));
+        *out++ = static_cast<char>(0x80 | (c & 0x3F));
     } else if (c < 0x10000) {
-        out += static_cast<char>(0xE0 | (c >> 12));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
+        *out++ = static_cast<char>(0xE0 | (c >> 12));
+        *out++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        *out++ = static_cast<char>(0x80 | (c & 0x3F));
     } else {
-        out += static_cast<char>(0xF0 | (c >> 18));
-        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
+        *out++ = static_cast<char>(0xF0 | (c >> 18));
+        *out++ = static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+        *out++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        *out++ = static_cast<char>(0x80 | (c & 0x3F));
     }
+    return out;
 }
-}  // namespace
 
 void AppendUtf8(std::string& out, std::wstring_view text) {
     // Settings texts are mostly ASCII: a leading ASCII run is narrowed in place, in one pass.
@@ -31,8 +30,10 @@ void AppendUtf8(std::string& out, std::wstring_view text) {
         narrow[ascii] = static_cast<char>(text[ascii]);
     out.resize(start + ascii);
     if (ascii == text.size()) return;
-    out.reserve(out.size() + (text.size() - ascii) * 4);
-    for (wchar_t w : text.substr(ascii)) AppendCodePoint(out, static_cast<char32_t>(w));
+    out.resize(out.size() + (text.size() - ascii) * 4);
+    char* end = out.data() + start + ascii;
+    for (wchar_t w : text.substr(ascii)) end = WriteUtf8(static_cast<char32_t>(w), end);
+    out.resize(static_cast<size_t>(end - out.data()));
 }
 
 std::string ToUtf8(std::wstring_view text) {

@@ -20,35 +20,33 @@ const ZebLengthUnit kUnits[] = {
 };
 
 constexpr long kLength = 1;
+}  // namespace
 
-// value * (from / to)^power with the ratio reduced to lowest terms: one exact product of whole
-// numbers each way, then a multiplication and a division, so that decimal inputs such as 25.4 mm
-// come out as the exact 1 in.
-double Scale(double value, long from, long to, int power) {
+// The ratio is reduced to lowest terms: one exact product of whole numbers each way, then a
+// multiplication and a division, so that decimal inputs such as 25.4 mm come out as the exact 1 in.
+ZebUnitScale::ZebUnitScale(long from, long to, int power) {
     const ZebLengthUnit* a = CZEBUnitConvertor::FindUnit(from);
     const ZebLengthUnit* b = CZEBUnitConvertor::FindUnit(to);
-    if (!a || !b || from == to) return value;
+    if (!a || !b || from == to) return;
     const long long na = static_cast<long long>(a->nanometres);
     const long long nb = static_cast<long long>(b->nanometres);
     const long long g = std::gcd(na, nb);
-    double p = 1.0, q = 1.0;
     for (int i = 0; i < power; ++i) {
-        p *= static_cast<double>(na / g);
-        q *= static_cast<double>(nb / g);
+        m_p *= static_cast<double>(na / g);
+        m_q *= static_cast<double>(nb / g);
     }
-    return value * p / q;
+    m_identity = false;
 }
-}  // namespace
 
 double CZEBUnitConvertor::ConversionFromOneUnitToAnother(double value, long kind, long from, long to) {
     if (kind != kLength) return value;
-    return Scale(value, from, to, 1);
+    return ZebUnitScale(from, to, 1).Apply(value);
 }
 
 double CZEBUnitConvertor::ConversionFromOneUnitToAnotherForVolume(double value, long kind, long from,
                                                                   long to) {
     if (kind != kLength) return value;
-    return Scale(value, from, to, 3);
+    return ZebUnitScale(from, to, 3).Apply(value);
 }
 
 const ZebLengthUnit* CZEBUnitConvertor::UnitAt(int index) {

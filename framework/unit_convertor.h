@@ -11,6 +11,18 @@ struct ZebLengthUnit {
     double nanometres;     // size of one unit; every entry is a whole number of nanometres
 };
 
+// value * (from / to)^power for one pair of unit codes, with the ratio worked out once: the
+// conversion of every cell of a large table. Unknown or equal codes leave values as they are.
+class VANTOR_FW_API ZebUnitScale {
+public:
+    ZebUnitScale(long from, long to, int power);
+    double Apply(double value) const { return m_identity ? value : value * m_p / m_q; }
+
+private:
+    bool m_identity = true;
+    double m_p = 1.0, m_q = 1.0;
+};
+
 // Length and volume conversion between the framework's unit codes.
 class VANTOR_FW_API CZEBUnitConvertor {
 public:

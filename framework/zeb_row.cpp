@@ -5,6 +5,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "framework/row_blocks.h"
 #include "framework/text_convert.h"
 
 static_assert(sizeof(ZebRow) == sizeof(void*));
@@ -18,12 +19,13 @@ ZebRow::Writer::Writer(ZebRow& row, size_t count, size_t chars) : m_row(row), m_
     // Ends are 32-bit: every cell's end, its L'\0' included, must fit.
     constexpr size_t kMax = std::numeric_limits<uint32_t>::max();
     if (count > kMax / 2 || chars > kMax - count) throw std::length_error("ZebRow: row too large");
-    m_block = static_cast<uint32_t*>(::operator new((1 + count) * sizeof(uint32_t) + (chars + count) * sizeof(wchar_t)));
+    m_block = static_cast<uint32_t*>(
+        zeb_row_blocks::Allocate((1 + count) * sizeof(uint32_t) + (chars + count) * sizeof(wchar_t)));
     m_block[0] = static_cast<uint32_t>(count);
     m_text = reinterpret_cast<wchar_t*>(m_block + 1 + count);
 }
 
-ZebRow::Writer::~Writer() { ::operator delete(m_block); }
+ZebRow::Writer::~Writer() { zeb_row_blocks::Free(m_block); }
 
 void ZebRow::Writer::Append(std::wstring_view text) {
     if (!text.empty()) std::memcpy(Room(), text.data(), text.size() * sizeof(wchar_t));
@@ -60,14 +62,14 @@ size_t ZebRow::Bytes() const {
 }
 
 void ZebRow::Free() noexcept {
-    ::operator delete(m_block);
+    zeb_row_blocks::Free(m_block);
     m_block = nullptr;
 }
 
 ZebRow::ZebRow(const ZebRow& other) {
     if (!other.m_block) return;
     const size_t bytes = other.Bytes();
-    m_block = static_cast<uint32_t*>(::operator new(bytes));
+    m_block = static_cast<uint32_t*>(zeb_row_blocks::Allocate(bytes));
     std::memcpy(m_block, other.m_block, bytes);
 }
 

@@ -12,7 +12,14 @@
 #include <cstring>
 #include <fstream>
 #include <pugixml.hpp>
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <mutex>
+#include <optional>
 #include <sstream>
+#include <system_error>
+#include <thread>
 
 #include "framework/file_beside.h"
 #include "framework/text_convert.h"
@@ -23,6 +30,14 @@ namespace {
 const char kHolderName[] = "zeb.detached";
 
 pugi::xml_node Wrap(pugi::xml_node_struct* n) { return pugi::xml_node(n); }
+
+// Whether the name `text` (as the document holds it) is `name`; inline, as it runs for every
+// child and attribute of a large table.
+bool IsName(const char* text, std::string_view name) {
+    for (char c : name)
+        if (*text++ != c) return false;
+    return *text == '\0';
+}
 
 bool IsPlainName(const std::string& name) {
     if (name.empty()) return false;
@@ -89,20 +104,29 @@ void AskForHugePages(void* buffer, size_t size) {
 }
 
 // Writes to an open file in large blocks; after the first failure it writes nothing more and
-// keeps errno. Each block is handed to the disk as it goes out, so the fsync that ends a save
-// waits for the last block only.
+// keeps errno. A full block goes out on a thread of its own while the document prints into the
+// next, and is handed to the disk as it goes, so the fsync that ends a save waits for the last
+// block only.
 class FileWriter : public pugi::xml_writer {
 public:
-    explicit FileWriter(int fd) : m_fd(fd) { m_buffer.reserve(kBlock); }
+    explicit FileWriter(int fd) : m_fd(fd) {
+        m_filling.reserve(kBlock);
+        m_going.reserve(kBlock);
+    }
+    ~FileWriter() override { Join(); }
+    FileWriter(const FileWriter&) = delete;
+    FileWriter& operator=(const FileWriter&) = delete;
+
     void write(const void* data, size_t size) override {
+        if (!m_filling.empty() && m_filling.size() + size > kBlock) HandOver();
         const char* bytes = static_cast<const char*>(data);
-        if (m_buffer.size() + size > kBlock) Flush();
-        if (size >= kBlock) WriteOut(bytes, size);
-        else m_buffer.insert(m_buffer.end(), bytes, bytes + size);
+        m_filling.insert(m_filling.end(), bytes, bytes + size);
     }
     // True when everything was written; errno is the failure's otherwise.
     bool Complete() {
-        Flush();
+        Join();
+        WriteOut(m_filling);
+        m_filling.clear();
         if (!m_ok) errno = m_errno;
         return m_ok;
     }
@@ -110,11 +134,22 @@ public:
 private:
     static constexpr size_t kBlock = 1 << 20;
 
-    void Flush() {
-        WriteOut(m_buffer.data(), m_buffer.size());
-        m_buffer.clear();
+    void HandOver() {
+        Join();
+        std::swap(m_filling, m_going);
+        m_filling.clear();
+        try {
+            m_thread = std::thread([this] { WriteOut(m_going); });
+        } catch (const std::system_error&) {
+            WriteOut(m_going);  // no thread to be had: written here instead
+        }
     }
-    void WriteOut(const char* bytes, size_t size) {
+    void Join() {
+        if (m_thread.joinable()) m_thread.join();
+    }
+    void WriteOut(const std::vector<char>& block) {
+        const char* bytes = block.data();
+        size_t size = block.size();
         const off_t start = m_written;
         while (m_ok && size > 0) {
             const ssize_t n = ::write(m_fd, bytes, size);
@@ -133,7 +168,9 @@ private:
     }
 
     int m_fd;
-    std::vector<char> m_buffer;
+    std::vector<char> m_filling;
+    std::vector<char> m_going;  // the block being written by m_thread
+    std::thread m_thread;
     off_t m_written = 0;
     bool m_ok = true;
     int m_errno = 0;
@@ -183,6 +220,8 @@ struct ZebXMLDocument::Impl {
 
 std::wstring ZebXMLNode::GetName() const { return FromUtf8(Wrap(m_node).name()); }
 
+const char* ZebXMLNode::GetName1() const { return Wrap(m_node).name(); }
+
 bool ZebXMLNode::AddAttribute(const std::wstring& name, const std::wstring& value) {
     return AddAttribute1(ToUtf8(name).c_str(), ToUtf8(value).c_str());
 }
@@ -196,53 +235,180 @@ bool ZebXMLNode::AddAttribute1(const char* name, const char* value) {
 }
 
 namespace {
-// Pending text is parsed once it reaches this size, so it never grows with the table.
-constexpr size_t kAppendBatch = 64 * 1024;
+// Text is parsed in batches of this size, so that pending text never grows with the table.
+constexpr size_t kAppendBatch = 256 * 1024;
+// Written batches that wait to be parsed, at most.
+constexpr size_t kQueuedBatches = 2;
+// Fewer elements are written and parsed on one thread: a second would cost more than it saves.
+constexpr size_t kPipelinedElements = 10000;
 
-// `value` as an attribute value in double quotes, in UTF-8. Control characters go as character
-// references: raw, the parser would turn tabs and line ends into spaces.
-void AppendEscapedAttribute(std::string& out, std::wstring_view value) {
-    for (size_t i = 0; i < value.size(); ++i) {
-        const wchar_t c = value[i];
-        switch (c) {
-            case L'&': out += "&amp;"; break;
-            case L'<': out += "&lt;"; break;
-            case L'>': out += "&gt;"; break;
-            case L'"': out += "&quot;"; break;
-            default:
-                if (c < 0x20) out += "&#" + std::to_string(static_cast<int>(c)) + ";";
-                else if (c < 0x80) out += static_cast<char>(c);
-                else AppendUtf8(out, value.substr(i, 1));
+// The most bytes one character of an attribute value takes escaped: "&quot;".
+constexpr size_t kMaxEscaped = 6;
+
+// How each ASCII character goes into a double-quoted attribute value: 0 as it is, 1 as the
+// reference in kEscapes, 2 as a numeric character reference (a control character: raw, the
+// parser would turn tabs and line ends into spaces), 3 not at all (L'\0' ends the value, as an
+// attribute can carry no more).
+struct AttributeEscapes {
+    unsigned char how[0x80] = {};
+    const char* text[0x80] = {};
+    constexpr AttributeEscapes() {
+        for (int c = 0; c < 0x20; ++c) how[c] = 2;
+        how[0] = 3;
+        how['&'] = how['<'] = how['>'] = how['"'] = 1;
+        text['&'] = "&amp;";
+        text['<'] = "&lt;";
+        text['>'] = "&gt;";
+        text['"'] = "&quot;";
+    }
+};
+constexpr AttributeEscapes kEscapes;
+
+// `value` up to its first L'\0' as the text of an attribute value in double quotes, in UTF-8, at
+// `out`, which has room for kMaxEscaped bytes a character; returns the end.
+char* WriteEscapedAttribute(std::wstring_view value, char* out) {
+    for (wchar_t w : value) {
+        const char32_t c = static_cast<char32_t>(w);
+        if (c >= 0x80) {
+            out = WriteUtf8(c, out);
+            continue;
+        }
+        switch (kEscapes.how[c]) {
+            case 0: *out++ = static_cast<char>(c); break;
+            case 1:
+                for (const char* e = kEscapes.text[c]; *e; ++e) *out++ = *e;
+                break;
+            case 2:
+                *out++ = '&';
+                *out++ = '#';
+                if (c >= 10) *out++ = static_cast<char>('0' + c / 10);
+                *out++ = static_cast<char>('0' + c % 10);
+                *out++ = ';';
+                break;
+            default: return out;
         }
     }
+    return out;
 }
+
+// Written batches of text on their way from the thread that writes them to the one that parses
+// them, in order. The writer waits while kQueuedBatches are waiting.
+class BatchQueue {
+public:
+    void Push(ZebXMLElementText&& batch) {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [&] { return m_batches.size() < kQueuedBatches; });
+        m_batches.push_back(std::move(batch));
+        m_changed.notify_all();
+    }
+    // The writer is done, or failed with `error`.
+    void Close(std::exception_ptr error = nullptr) {
+        std::lock_guard lock(m_mutex);
+        m_closed = true;
+        m_error = error;
+        m_changed.notify_all();
+    }
+    // The next batch; nothing once the writer is done and every batch is taken.
+    std::optional<ZebXMLElementText> Pop() {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [&] { return !m_batches.empty() || m_closed; });
+        if (m_batches.empty()) return std::nullopt;
+        ZebXMLElementText batch = std::move(m_batches.front());
+        m_batches.pop_front();
+        m_changed.notify_all();
+        return batch;
+    }
+    std::exception_ptr Error() {
+        std::lock_guard lock(m_mutex);
+        return m_error;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<ZebXMLElementText> m_batches;
+    bool m_closed = false;
+    std::exception_ptr m_error;
+};
 }  // namespace
 
-ZebXMLElementAppender::ZebXMLElementAppender(ZebXMLNode& parent, const char* name)
-    : m_parent(parent.Internal()), m_name(name) {}
+ZebXMLElementText::ZebXMLElementText(const char* name) : m_name(name), m_nameLength(std::strlen(name)) {}
 
-void ZebXMLElementAppender::BeginElement() {
-    if (m_text.size() >= kAppendBatch) Finish();
-    m_text += '<';
-    m_text += m_name;
-}
-
-void ZebXMLElementAppender::Attribute(const char* name, std::wstring_view value) {
-    m_text += ' ';
-    m_text += name;
-    m_text += "=\"";
-    AppendEscapedAttribute(m_text, value.substr(0, value.find(L'\0')));
-    m_text += '"';
-}
-
-bool ZebXMLElementAppender::Finish() {
-    if (!m_text.empty()) {
-        const pugi::xml_parse_result parsed = Wrap(m_parent).append_buffer(
-            m_text.data(), m_text.size(), pugi::parse_default, pugi::encoding_utf8);
-        m_ok = m_ok && parsed;
-        m_text.clear();
+char* ZebXMLElementText::Room(size_t bytes) {
+    if (m_used + bytes > m_capacity) {
+        const size_t capacity = std::max({m_capacity * 2, m_used + bytes, kAppendBatch + kAppendBatch / 4});
+        std::unique_ptr<char[]> grown(new char[capacity]);
+        if (m_used) std::memcpy(grown.get(), m_text.get(), m_used);
+        m_text = std::move(grown);
+        m_capacity = capacity;
     }
-    return m_ok;
+    return m_text.get() + m_used;
+}
+
+void ZebXMLElementText::BeginElement() {
+    char* out = Room(1 + m_nameLength);
+    *out++ = '<';
+    std::memcpy(out, m_name, m_nameLength);
+    m_used += 1 + m_nameLength;
+}
+
+void ZebXMLElementText::Attribute(std::string_view name, std::wstring_view value) {
+    char* const start = Room(name.size() + 4 + value.size() * kMaxEscaped);
+    char* out = start;
+    *out++ = ' ';
+    out = std::copy(name.begin(), name.end(), out);
+    *out++ = '=';
+    *out++ = '"';
+    out = WriteEscapedAttribute(value, out);
+    *out++ = '"';
+    m_used += static_cast<size_t>(out - start);
+}
+
+void ZebXMLElementText::EndElement() {
+    std::memcpy(Room(2), "/>", 2);
+    m_used += 2;
+}
+
+bool ZebXMLNode::AppendElements1(const char* name, size_t count,
+                                 const std::function<void(size_t index, ZebXMLElementText& text)>& write) {
+    bool ok = true;
+    const auto parse = [&](const ZebXMLElementText& batch) {
+        if (batch.Size() == 0) return;
+        ok = Wrap(m_node).append_buffer(batch.Data(), batch.Size(), pugi::parse_default, pugi::encoding_utf8) && ok;
+    };
+    // Writes elements [0, count) in batches, handing each full one to `full`.
+    const auto writeAll = [&](const std::function<void(ZebXMLElementText&&)>& full) {
+        ZebXMLElementText batch(name);
+        for (size_t i = 0; i < count; ++i) {
+            write(i, batch);
+            if (batch.Size() >= kAppendBatch) full(std::exchange(batch, ZebXMLElementText(name)));
+        }
+        full(std::move(batch));
+    };
+    std::optional<std::thread> writer;
+    BatchQueue queue;
+    if (count >= kPipelinedElements) {
+        try {
+            writer.emplace([&] {
+                try {
+                    writeAll([&](ZebXMLElementText&& batch) { queue.Push(std::move(batch)); });
+                    queue.Close();
+                } catch (...) {
+                    queue.Close(std::current_exception());
+                }
+            });
+        } catch (const std::system_error&) {
+            writer.reset();  // no thread to be had: written here instead
+        }
+    }
+    if (!writer) {
+        writeAll([&](ZebXMLElementText&& batch) { parse(batch); });
+        return ok;
+    }
+    while (std::optional<ZebXMLElementText> batch = queue.Pop()) parse(*batch);
+    writer->join();
+    if (std::exception_ptr error = queue.Error()) std::rethrow_exception(error);
+    return ok;
 }
 
 bool ZebXMLNode::GetAttributeValue(const std::wstring& name, std::wstring& value) const {
@@ -256,13 +422,19 @@ bool ZebXMLNode::GetAttributeValue1(const char* name, std::wstring& value) const
     return true;
 }
 
-void ZebXMLNode::GetAttributeTexts1(const char* const* names, size_t count, const char** texts) const {
+void ZebXMLNode::GetAttributeTexts1(const std::string_view* names, size_t count, const char** texts) const {
     std::fill(texts, texts + count, nullptr);
+    // Attributes mostly come in the order asked for: the name after the last one found is tried
+    // first, so a row of cells costs one comparison per attribute.
+    size_t next = 0;
     for (pugi::xml_attribute a : Wrap(m_node).attributes()) {
-        // The first attribute of a name counts, as a lookup by name finds it.
-        for (size_t i = 0; i < count; ++i) {
-            if (!texts[i] && std::strcmp(a.name(), names[i]) == 0) {
+        const char* name = a.name();
+        for (size_t k = 0; k < count; ++k) {
+            const size_t i = next + k < count ? next + k : next + k - count;
+            // The first attribute of a name counts, as a lookup by name finds it.
+            if (!texts[i] && IsName(name, names[i])) {
                 texts[i] = a.value();
+                next = i + 1;
                 break;
             }
         }
@@ -346,6 +518,20 @@ ZebXMLNodeList* ZebXMLNode::GetChildElements() const {
     for (pugi::xml_node c : Wrap(m_node).children())
         if (c.type() == pugi::node_element) out.push_back(c.internal_object());
     return new ZebXMLNodeList(m_doc, std::move(out));
+}
+
+void ZebXMLNode::GetChildElementsByName1(const std::string_view* names, size_t count,
+                                         std::vector<ZebXMLNode>* lists) const {
+    for (pugi::xml_node c = Wrap(m_node).first_child(); c; c = c.next_sibling()) {
+        const char* name = c.name();
+        for (size_t i = 0; i < count; ++i) {
+            if (IsName(name, names[i])) {
+                // Only elements have names here: no declarations or instructions are read.
+                if (c.type() == pugi::node_element) lists[i].emplace_back(m_doc, c.internal_object());
+                break;
+            }
+        }
+    }
 }
 
 ZebXMLNode* ZebXMLNode::GetParentNode() const {

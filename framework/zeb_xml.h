@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -13,6 +14,7 @@ struct xml_node_struct;
 }
 
 class ZebXMLDocument;
+class ZebXMLElementText;
 class ZebXMLNodeList;
 
 // A small handle on one element of a ZebXMLDocument. The caller owns and deletes every handle
@@ -22,6 +24,8 @@ public:
     ZebXMLNode(ZebXMLDocument* doc, pugi::xml_node_struct* node) : m_doc(doc), m_node(node) {}
 
     std::wstring GetName() const;
+    // The UTF-8 name as the document holds it, for comparing with names fixed in the code.
+    const char* GetName1() const;
     ZebXMLDocument* GetOwnerDocument() const { return m_doc; }
 
     // Sets the attribute, appending it after the existing ones when it is new.
@@ -35,7 +39,7 @@ public:
     // The UTF-8 texts of the attributes `names`, as the document holds them, found in one pass
     // over the element's attributes: texts[i] is null when names[i] is absent. Valid while the
     // attributes are unchanged.
-    void GetAttributeTexts1(const char* const* names, size_t count, const char** texts) const;
+    void GetAttributeTexts1(const std::string_view* names, size_t count, const char** texts) const;
     // All attributes in document order.
     std::vector<std::pair<std::wstring, std::wstring>> GetAttributes() const;
 
@@ -44,6 +48,14 @@ public:
     // Moves `child` (a detached element or an element elsewhere in the same document) to the
     // end of this element's children. An element of another document is copied instead.
     bool AppendNode(ZebXMLNode* child);
+    // Appends `count` elements named `name` (fixed in the code) in order, element i as
+    // write(i, text) writes it (or none, when it writes nothing). The text is parsed in batches,
+    // which costs a fraction of building every element through ZebXMLNode when a table has
+    // hundreds of thousands of rows; for that many, it is written on a thread of its own while
+    // this one parses, so `write` must not touch the document. The document ends up exactly as
+    // with AppendNode and AddAttribute1. False when any text could not be added.
+    bool AppendElements1(const char* name, size_t count,
+                         const std::function<void(size_t index, ZebXMLElementText& text)>& write);
     // Removes `child` and its subtree from this element.
     bool RemoveChild(ZebXMLNode* child);
     // Puts `newChild` (an element of this document) where `oldChild`, a child of this element,
@@ -61,6 +73,10 @@ public:
     ZebXMLNodeList* GetNodeList(const std::wstring& name) const;
     // All child elements in document order. Never null.
     ZebXMLNodeList* GetChildElements() const;
+    // The child elements named names[i] (UTF-8, fixed in the code) appended to lists[i], for
+    // every i < count, in document order and in one pass: an element with a table holds hundreds
+    // of thousands of children, which every lookup by name would walk again.
+    void GetChildElementsByName1(const std::string_view* names, size_t count, std::vector<ZebXMLNode>* lists) const;
     // Null for the document element and for detached elements.
     ZebXMLNode* GetParentNode() const;
 
@@ -71,30 +87,30 @@ private:
     pugi::xml_node_struct* m_node;
 };
 
-// Appends many elements of one name, each with its attributes, to an element. They are written
-// as XML text and parsed in batches, which costs a fraction of building every element through
-// ZebXMLNode when a table has hundreds of thousands of rows. The document ends up exactly as
-// with AppendNode and AddAttribute1.
-class VANTOR_FW_API ZebXMLElementAppender {
+// The XML text of elements of one name, each with its attributes, as ZebXMLNode::AppendElements1
+// has them written.
+class VANTOR_FW_API ZebXMLElementText {
 public:
     // `name` and the attribute names are fixed in the code and need no escaping.
-    ZebXMLElementAppender(ZebXMLNode& parent, const char* name);
-    ~ZebXMLElementAppender() { Finish(); }
-    ZebXMLElementAppender(const ZebXMLElementAppender&) = delete;
-    ZebXMLElementAppender& operator=(const ZebXMLElementAppender&) = delete;
+    explicit ZebXMLElementText(const char* name);
 
     void BeginElement();
     // The value up to its first L'\0', as an attribute can carry no more.
-    void Attribute(const char* name, std::wstring_view value);
-    void EndElement() { m_text += "/>"; }
-    // Appends what is still pending; false when the text could not be added.
-    bool Finish();
+    void Attribute(std::string_view name, std::wstring_view value);
+    void EndElement();
+
+    const char* Data() const { return m_text.get(); }
+    size_t Size() const { return m_used; }
 
 private:
-    pugi::xml_node_struct* m_parent;
+    // Where `bytes` more bytes of text go.
+    char* Room(size_t bytes);
+
     const char* m_name;
-    std::string m_text;
-    bool m_ok = true;
+    size_t m_nameLength;
+    std::unique_ptr<char[]> m_text;
+    size_t m_used = 0;
+    size_t m_capacity = 0;
 };
 
 // An owned list of element handles; deleting the list deletes nothing in the document.

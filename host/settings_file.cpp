@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include "framework/settings_format.h"
@@ -159,28 +160,39 @@ int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
     return WriteSettingsFile(output, args.output) ? 0 : 1;
 }
 
-namespace {
-// A "Rule" element inside another belongs to that element: it is kept with it as it stands, or
-// dropped with whatever else the module does not write. Read as a rule of its own, every rewrite
-// would add one more copy of it.
-bool InsideRule(const ZebXMLNode& node) {
-    for (std::unique_ptr<ZebXMLNode> up(node.GetParentNode()); up; up.reset(up->GetParentNode()))
-        if (up->GetName() == L"Rule") return true;
-    return false;
-}
-}  // namespace
-
 std::string UnconvertibleRule(const std::string& name, int from, int to) {
     return "no rule of the module reads the rule '" + name + "', so its values cannot be converted from unit " +
            std::to_string(from) + " to unit " + std::to_string(to);
 }
 
 std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& doc) {
-    std::unique_ptr<ZebXMLNodeList> nodes(doc.GetElementsByTagName(L"Rule"));
+    // A "Rule" element inside another belongs to that element: it is kept with it as it stands,
+    // or dropped with whatever else the module does not write. Read as a rule of its own, every
+    // rewrite would add one more copy of it. So nothing below a "Rule" is searched, which also
+    // keeps a large table out of the walk. The walk keeps its own stack: a damaged document may
+    // nest elements deeper than calls can go.
     std::vector<std::unique_ptr<ZebXMLNode>> rules;
-    for (long i = 0; i < nodes->GetSize(); ++i) {
-        std::unique_ptr<ZebXMLNode> node((*nodes)[i]);
-        if (!InsideRule(*node)) rules.push_back(std::move(node));
+    std::unique_ptr<ZebXMLNode> root(doc.GetDocumentElement());
+    if (!root) return rules;
+    if (std::strcmp(root->GetName1(), "Rule") == 0) {
+        rules.push_back(std::move(root));
+        return rules;
+    }
+    struct Level {
+        std::unique_ptr<ZebXMLNodeList> children;
+        long next = 0;
+    };
+    std::vector<Level> stack;
+    stack.push_back({std::unique_ptr<ZebXMLNodeList>(root->GetChildElements())});
+    while (!stack.empty()) {
+        Level& level = stack.back();
+        if (level.next == level.children->GetSize()) {
+            stack.pop_back();
+            continue;
+        }
+        std::unique_ptr<ZebXMLNode> node((*level.children)[level.next++]);
+        if (std::strcmp(node->GetName1(), "Rule") == 0) rules.push_back(std::move(node));
+        else stack.push_back({std::unique_ptr<ZebXMLNodeList>(node->GetChildElements())});
     }
     return rules;
 }

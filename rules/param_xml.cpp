@@ -1,12 +1,16 @@
 #include "rules/param_xml.h"
 
 #include <charconv>
+#include <cstring>
 #include <cstdlib>
 #include <cwchar>
 #include <locale>
 #include <memory>
+#include <optional>
 #include <sstream>
+#include <vector>
 
+#include "framework/parallel_ranges.h"
 #include "framework/text_convert.h"
 #include "framework/zeb_xml.h"
 #include "rules/param_visit.h"
@@ -19,8 +23,8 @@ using ListPtr = std::unique_ptr<ZebXMLNodeList>;
 constexpr size_t kRowAttributes = 5;
 // The attribute of cell `index`.
 std::string RowAttributeName(size_t index) { return "Attribute" + std::to_string(index + 1); }
-const char* const kRowAttributeNames[kRowAttributes] = {"Attribute1", "Attribute2", "Attribute3", "Attribute4",
-                                                        "Attribute5"};
+constexpr std::string_view kRowAttributeNames[kRowAttributes] = {"Attribute1", "Attribute2", "Attribute3",
+                                                                 "Attribute4", "Attribute5"};
 
 // How one value of the list becomes text and back. Decode returns false when the value type
 // has no text form that can be read back (the value is then not appended).
@@ -131,12 +135,36 @@ void ReadDeviation(ZebXMLNode& criteria, const std::wstring& name, ZebDeviationM
     }
 }
 
-int ChildInt(ZebXMLNode& parent, const std::wstring& name) {
-    NodePtr child(parent.SelectSingleNode(name));
+// The integer text of `child`; 0 when there is none.
+int ChildInt(const ZebXMLNode* child) {
     int value = 0;
     if (child && !child->GetNodeValueInInt(value)) value = 0;
     return value;
 }
+
+// The children of a "Parameter" element that the reader uses, found in one pass: a table's
+// "Value" elements run to hundreds of thousands, and each lookup by name would walk them all.
+// For "Operator", "ParameterType" and "ResultCriteria" the first of the name counts.
+struct ParameterChildren {
+    explicit ParameterChildren(const ZebXMLNode& parameter) {
+        static constexpr std::string_view kNames[] = {"Value", "OperatorOption", "Operator", "ParameterType",
+                                                      "ResultCriteria"};
+        std::vector<ZebXMLNode> lists[std::size(kNames)];
+        parameter.GetChildElementsByName1(kNames, std::size(kNames), lists);
+        values = std::move(lists[0]);
+        options = std::move(lists[1]);
+        op = First(lists[2]);
+        kind = First(lists[3]);
+        criteria = First(lists[4]);
+    }
+    static std::optional<ZebXMLNode> First(const std::vector<ZebXMLNode>& list) {
+        if (list.empty()) return std::nullopt;
+        return list.front();
+    }
+
+    std::vector<ZebXMLNode> values, options;
+    std::optional<ZebXMLNode> op, kind, criteria;
+};
 
 template <class T>
 ZebXMLNode* WriteTyped(ZebXMLDocument* doc, ZebTypedParam<T>& p) {
@@ -153,16 +181,17 @@ ZebXMLNode* WriteTyped(ZebXMLDocument* doc, ZebTypedParam<T>& p) {
     AppendText(*node, L"ParameterType", XmlInt(p.kind));
     if constexpr (std::is_same_v<T, ZebRow>) {
         if (p.kind == ZebParam_Table) {
-            ZebXMLElementAppender values(*node, "Value");
-            for (const ZebRow& row : p.values) {
-                if (row.empty()) continue;
-                values.BeginElement();
-                for (size_t i = 0; i < row.size(); ++i) {
-                    if (i < kRowAttributes) values.Attribute(kRowAttributeNames[i], row[i]);
-                    else values.Attribute(RowAttributeName(i).c_str(), row[i]);
-                }
-                values.EndElement();
-            }
+            node->AppendElements1("Value", static_cast<size_t>(p.values.GetSize()),
+                                  [&](size_t index, ZebXMLElementText& text) {
+                                      const ZebRow& row = p.values[static_cast<int32_t>(index)];
+                                      if (row.empty()) return;
+                                      text.BeginElement();
+                                      for (size_t i = 0; i < row.size(); ++i) {
+                                          if (i < kRowAttributes) text.Attribute(kRowAttributeNames[i], row[i]);
+                                          else text.Attribute(RowAttributeName(i), row[i]);
+                                      }
+                                      text.EndElement();
+                                  });
         } else {
             for (const ZebRow& row : p.values) AppendText(*node, L"Value", ValueCodec<T>::Text(row));
         }
@@ -190,56 +219,74 @@ NodePtr FindParameterNode(ZebXMLNode* ruleNode, int32_t id) {
     return nullptr;
 }
 
+// The values of "Value" elements' texts, leaving out those the type cannot read back.
+template <class T>
+void AddDecodedValues(const std::vector<ZebXMLNode>& values, ZebArray<T>& out) {
+    for (const ZebXMLNode& value : values) {
+        T decoded{};
+        if (ValueCodec<T>::Decode(value.GetNodeValue(), decoded)) out.Add(decoded);
+    }
+}
+
+// A table row from the attributes "Attribute1" to "Attribute5" of a "Value" element, in that
+// order; absent ones are left out.
+ZebRow ReadTableRow(const ZebXMLNode& value) {
+    // The cells' UTF-8 texts are gathered first so that the row is built once.
+    const char* texts[kRowAttributes];
+    value.GetAttributeTexts1(kRowAttributeNames, kRowAttributes, texts);
+    std::string_view cells[kRowAttributes];
+    size_t count = 0;
+    for (const char* text : texts)
+        if (text) cells[count++] = text;
+    return ZebRow::FromUtf8(cells, count);
+}
+
+// Tables reach hundreds of thousands of rows: they are built in ranges at once, then added in
+// order.
+void AddTableRows(const std::vector<ZebXMLNode>& values, ZebArray<ZebRow>& rows) {
+    std::vector<ZebRow> built(values.size());
+    ZebForRanges(values.size(), [&](size_t begin, size_t end) {
+        for (size_t i = begin; i < end; ++i) built[i] = ReadTableRow(values[i]);
+    });
+    for (ZebRow& row : built) rows.Add(std::move(row));
+}
+
 template <class T>
 void ReadTyped(ZebXMLNode* ruleNode, ZebTypedParam<T>& p) {
     NodePtr node = FindParameterNode(ruleNode, p.id);
     if (!node) return;
-    p.op = ChildInt(*node, L"Operator");
-    ListPtr options(node->GetNodeList(L"OperatorOption"));
-    if (options->GetSize() > 0) {
+    ParameterChildren children(*node);
+    p.op = ChildInt(children.op ? &*children.op : nullptr);
+    if (!children.options.empty()) {
         p.opOptions.RemoveAll();
-        for (long i = 0; i < options->GetSize(); ++i) {
-            NodePtr option((*options)[i]);
+        for (const ZebXMLNode& option : children.options) {
             long code = 0;
-            ParseXmlInt(option->GetNodeValue(), code);
+            ParseXmlInt(option.GetNodeValue(), code);
             p.opOptions.Add(static_cast<int32_t>(code));
         }
     }
-    p.kind = ChildInt(*node, L"ParameterType");
+    p.kind = ChildInt(children.kind ? &*children.kind : nullptr);
     std::wstring status;
     p.status = !(node->GetAttributeValue(L"Status", status) && status == L"0");
 
-    ListPtr values(node->GetNodeList(L"Value"));
-    for (long i = 0; i < values->GetSize(); ++i) {
-        const ZebXMLNode value = values->At(i);
-        if constexpr (std::is_same_v<T, ZebRow>) {
-            if (p.kind == ZebParam_Table) {
-                // The cells' UTF-8 texts are gathered first so that the row is built once.
-                const char* texts[kRowAttributes];
-                value.GetAttributeTexts1(kRowAttributeNames, kRowAttributes, texts);
-                std::string_view cells[kRowAttributes];
-                size_t count = 0;
-                for (const char* text : texts)
-                    if (text) cells[count++] = text;
-                p.values.Add(ZebRow::FromUtf8(cells, count));
-                continue;
-            }
-        }
-        T decoded{};
-        if (ValueCodec<T>::Decode(value.GetNodeValue(), decoded)) p.values.Add(decoded);
+    if constexpr (std::is_same_v<T, ZebRow>) {
+        if (p.kind == ZebParam_Table) AddTableRows(children.values, p.values);
+        else AddDecodedValues(children.values, p.values);
+    } else {
+        AddDecodedValues(children.values, p.values);
     }
 
-    NodePtr criteria(node->SelectSingleNode(L"ResultCriteria"));
-    if (!criteria) return;
+    if (!children.criteria) return;
+    ZebXMLNode& criteria = *children.criteria;
     std::wstring text;
-    p.criteriaStatus = !(criteria->GetAttributeValue(L"Status", text) && text == L"0");
+    p.criteriaStatus = !(criteria.GetAttributeValue(L"Status", text) && text == L"0");
     long type = 0;
     text.clear();
-    if (criteria->GetAttributeValue(L"CriteriaType", text)) ParseXmlInt(text, type);
+    if (criteria.GetAttributeValue(L"CriteriaType", text)) ParseXmlInt(text, type);
     p.criteriaType = static_cast<int32_t>(type);
-    ReadDeviation(*criteria, L"PercentDeviation", p.percentDeviation);
-    ReadDeviation(*criteria, L"AbsoluteDeviation", p.absoluteDeviation);
-    ReadDeviation(*criteria, L"AbsoluteValue", p.absoluteValue);
+    ReadDeviation(criteria, L"PercentDeviation", p.percentDeviation);
+    ReadDeviation(criteria, L"AbsoluteDeviation", p.absoluteDeviation);
+    ReadDeviation(criteria, L"AbsoluteValue", p.absoluteValue);
 }
 
 }  // namespace

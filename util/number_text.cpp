@@ -44,8 +44,11 @@ std::wstring_view NumberTextWriter::Format(double value) {
     char narrow[kMaxLength];
     size_t length = FixedTrimmed(value, narrow);
     std::copy(narrow, narrow + length, m_text);
-    const std::wstring_view text(m_text, length);
-    if (!m_separator.empty() && text.ends_with(m_separator)) m_text[length++] = L'0';
+    // The separator is one character in every locale but a few.
+    const bool endsWithSeparator = m_separator.size() == 1
+                                       ? length > 0 && m_text[length - 1] == m_separator[0]
+                                       : !m_separator.empty() && std::wstring_view(m_text, length).ends_with(m_separator);
+    if (endsWithSeparator) m_text[length++] = L'0';
     return std::wstring_view(m_text, length);
 }
 

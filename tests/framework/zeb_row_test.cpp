@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 #include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "framework/parallel_ranges.h"
 #include "framework/text_convert.h"
 
 namespace {
@@ -189,4 +191,31 @@ TEST(ZebRow, CellsAppendAsUtf8ToAReusedBuffer) {
     buffer.clear();
     AppendUtf8(buffer, row[3]);
     EXPECT_EQ(buffer, ToUtf8(L"M8"));
+}
+
+// Rows are made on several threads at once and freed on another, in any order, across many of
+// the chunks their blocks are cut from, with long cells that get blocks of their own among them:
+// every row keeps its cells until it is freed, and a row made after the others were freed is
+// whole too.
+TEST(ZebRow, RowsMadeOnManyThreadsLiveUntilTheyAreFreedWherever) {
+    const size_t count = 4 * kMinRowsPerRange + 17;
+    const auto cellsOf = [](size_t i) -> Cells {
+        Cells cells{L"M" + std::to_wstring(i) + L"-ISO4017", std::to_wstring(i % 97) + L".5", L""};
+        if (i % 5000 == 3) cells.push_back(std::wstring(12000 + i % 7, static_cast<wchar_t>(L'a' + i % 26)));
+        return cells;
+    };
+    std::vector<ZebRow> rows(count);
+    ZebForRanges(count, [&](size_t begin, size_t end) {
+        for (size_t i = begin; i < end; ++i) rows[i] = ZebRow(cellsOf(i));
+    });
+    // Every other row goes first, from another thread; the rest stay whole meanwhile.
+    std::thread([&] {
+        for (size_t i = 0; i < count; i += 2) rows[i] = ZebRow();
+    }).join();
+    for (size_t i = 1; i < count; i += 2) ASSERT_EQ(CellsOf(rows[i]), cellsOf(i)) << "row " << i;
+    std::vector<ZebRow> copies(rows.begin(), rows.end());
+    rows.clear();
+    for (size_t i = 1; i < count; i += 2) ASSERT_EQ(CellsOf(copies[i]), cellsOf(i)) << "copy " << i;
+    copies.clear();
+    ExpectCells(ZebRow(cellsOf(3)), cellsOf(3));
 }

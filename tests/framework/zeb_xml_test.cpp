@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <stdexcept>
 
 namespace {
 template <class T>
@@ -180,42 +181,75 @@ TEST(ZebXml, SaveReplacesAWholeFileOrNothing) {
 }
 
 // Elements appended as parsed text must give the document that element-by-element building gives,
-// whatever the values hold, and in order across batches.
+// whatever the values hold, in order across batches, and whether they are written on the calling
+// thread (a short table) or on a thread of their own (a long one).
 TEST(ZebXml, AppendedElementsEqualElementsBuiltOneByOne) {
     const std::wstring values[] = {
         L"a&b<c>d\"e'f", L"tab\tnl\ncr\rx", L"ctl\x01\x1f" L"end", L" lead and trail ", L"",
         L"Mutter DIN 934 \u2013 Stahl \U0001F600", std::wstring(L"cut\0here", 8), L"&amp; stays text",
+        // Not Unicode: written as U+FFFD, as every other conversion to UTF-8 writes it.
+        std::wstring(L"x") + static_cast<wchar_t>(0x110000) + static_cast<wchar_t>(-5),
     };
     const char* const names[] = {"Attribute1", "Attribute2", "Attribute3"};
-    ZebXMLDocument built, appended;
-    auto builtTop = Own(built.CreateDocumentElement(L"Parameter"));
-    auto appendedTop = Own(appended.CreateDocumentElement(L"Parameter"));
-    {
-        ZebXMLElementAppender appender(*appendedTop, "Value");
-        // Enough elements for several batches.
-        for (int i = 0; i < 6000; ++i) {
+    for (const size_t count : {size_t{300}, size_t{30000}}) {
+        SCOPED_TRACE(count);
+        ZebXMLDocument built, appended;
+        auto builtTop = Own(built.CreateDocumentElement(L"Parameter"));
+        auto appendedTop = Own(appended.CreateDocumentElement(L"Parameter"));
+        const auto valueOf = [&](size_t i, size_t a) -> const std::wstring& {
+            return values[(i + a) % std::size(values)];
+        };
+        for (size_t i = 0; i < count; ++i) {
+            if (i % 7 == 6) continue;  // an element written as nothing is not there
             auto value = Own(builtTop->AppendNode(L"Value"));
-            appender.BeginElement();
-            for (int a = 0; a < 1 + i % 3; ++a) {
-                const std::wstring& text = values[(i + a) % std::size(values)];
-                value->AddAttribute1(names[a], ToUtf8(text).c_str());
-                appender.Attribute(names[a], text);
-            }
-            appender.EndElement();
+            for (size_t a = 0; a < 1 + i % 3; ++a) value->AddAttribute1(names[a], ToUtf8(valueOf(i, a)).c_str());
         }
-        EXPECT_TRUE(appender.Finish());
-    }
-    Own(appendedTop->AppendNode(L"ResultCriteria"));  // after every appended element
-    Own(builtTop->AppendNode(L"ResultCriteria"));
-    EXPECT_EQ(appended.GetXML(), built.GetXML());
+        EXPECT_TRUE(appendedTop->AppendElements1("Value", count, [&](size_t i, ZebXMLElementText& text) {
+            if (i % 7 == 6) return;
+            text.BeginElement();
+            for (size_t a = 0; a < 1 + i % 3; ++a) text.Attribute(names[a], valueOf(i, a));
+            text.EndElement();
+        }));
+        Own(appendedTop->AppendNode(L"ResultCriteria"));  // after every appended element
+        Own(builtTop->AppendNode(L"ResultCriteria"));
+        EXPECT_EQ(appended.GetXML(), built.GetXML());
 
-    auto list = Own(appendedTop->GetNodeList(L"Value"));
-    ASSERT_EQ(list->GetSize(), 6000);
+        auto list = Own(appendedTop->GetNodeList(L"Value"));
+        ASSERT_EQ(static_cast<size_t>(list->GetSize()), count - count / 7);
+        std::wstring text;
+        EXPECT_TRUE(Own((*list)[1])->GetAttributeValue(L"Attribute1", text));
+        EXPECT_EQ(text, values[1]);
+        EXPECT_TRUE(Own((*list)[2])->GetAttributeValue(L"Attribute2", text));
+        EXPECT_EQ(text, values[3]);
+        EXPECT_TRUE(Own((*list)[5])->GetAttributeValue(L"Attribute2", text));
+        EXPECT_EQ(text, L"cut");
+        EXPECT_TRUE(Own((*list)[7])->GetAttributeValue(L"Attribute1", text));  // element 8: 6 is not there
+        EXPECT_EQ(text, L"x\uFFFD\uFFFD");
+    }
+}
+
+// A failure while writing elements on a thread of their own reaches the caller, after which the
+// document is whole: whatever was appended before it, and nothing half.
+TEST(ZebXml, AFailureWhileAppendingReachesTheCaller) {
+    ZebXMLDocument doc;
+    auto top = Own(doc.CreateDocumentElement(L"Parameter"));
+    const auto appendFailingAt = [&](size_t failAt) {
+        top->AppendElements1("Value", 50000, [&](size_t i, ZebXMLElementText& text) {
+            if (i == failAt) throw std::runtime_error("no more");
+            text.BeginElement();
+            text.Attribute("Attribute1", L"row " + std::to_wstring(i));
+            text.EndElement();
+        });
+    };
+    EXPECT_THROW(appendFailingAt(20000), std::runtime_error);
+    auto list = Own(top->GetNodeList(L"Value"));
+    EXPECT_LE(list->GetSize(), 20000);
     std::wstring text;
-    EXPECT_TRUE(Own((*list)[1])->GetAttributeValue(L"Attribute1", text));
-    EXPECT_EQ(text, values[1]);
-    EXPECT_TRUE(Own((*list)[2])->GetAttributeValue(L"Attribute2", text));
-    EXPECT_EQ(text, values[3]);
-    EXPECT_TRUE(Own((*list)[6])->GetAttributeValue(L"Attribute1", text));
-    EXPECT_EQ(text, L"cut");
+    for (long i = 0; i < list->GetSize(); i += 997) {
+        ASSERT_TRUE(Own((*list)[i])->GetAttributeValue(L"Attribute1", text));
+        EXPECT_EQ(text, L"row " + std::to_wstring(i));
+    }
+    std::wstring error;
+    ZebXMLDocument again;
+    EXPECT_TRUE(again.LoadXML(doc.GetXML(), error)) << ToUtf8(error);
 }

@@ -1,0 +1,36 @@
+#include "framework/parallel_ranges.h"
+
+#include <algorithm>
+#include <exception>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+void ZebForRanges(size_t count, const std::function<void(size_t begin, size_t end)>& work) {
+    const size_t processors = std::max(1u, std::thread::hardware_concurrency());
+    const size_t ranges = std::min({processors, kMaxRanges, std::max<size_t>(1, count / kMinRowsPerRange)});
+    if (ranges <= 1) {
+        if (count > 0) work(0, count);
+        return;
+    }
+    std::vector<std::exception_ptr> errors(ranges);
+    const auto run = [&](size_t range) {
+        try {
+            work(count * range / ranges, count * (range + 1) / ranges);
+        } catch (...) {
+            errors[range] = std::current_exception();
+        }
+    };
+    std::vector<std::thread> threads;
+    for (size_t range = 1; range < ranges; ++range) {
+        try {
+            threads.emplace_back(run, range);
+        } catch (const std::system_error&) {
+            run(range);  // no thread to be had: done here instead
+        }
+    }
+    run(0);
+    for (std::thread& thread : threads) thread.join();
+    for (const std::exception_ptr& error : errors)
+        if (error) std::rethrow_exception(error);
+}
