@@ -246,9 +246,12 @@ ZebRow ReadTableRow(const ZebXMLNode& value) {
 void AddTableRows(const std::vector<ZebXMLNode>& values, ZebArray<ZebRow>& rows) {
     std::vector<ZebRow> built(values.size());
     ZebForRanges(values.size(), [&](size_t begin, size_t end) {
-        for (size_t i = begin; i < end; ++i) built[i] = ReadTableRow(values[i]);
+        // Read once into this thread's own variables: the caller's stack is written meanwhile.
+        const ZebXMLNode* const source = values.data();
+        ZebRow* const target = built.data();
+        for (size_t i = begin; i < end; ++i) target[i] = ReadTableRow(source[i]);
     });
-    for (ZebRow& row : built) rows.Add(std::move(row));
+    rows.AddMoved(built.data(), static_cast<int32_t>(built.size()));
 }
 
 template <class T>
@@ -325,3 +328,4 @@ ZebXMLNode* WriteParameterXML(ZebXMLDocument* doc, CZebParamStorage& param) {
 bool ReadParameterXML(ZebXMLNode* ruleNode, CZebParamStorage& param) {
     return VisitTyped(param, [&](auto& typed) { ReadTyped(ruleNode, typed); });
 }
+

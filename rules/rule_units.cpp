@@ -13,6 +13,45 @@ double ConvertLength(double value, int32_t from, int32_t to) {
     return CZEBUnitConvertor::ConversionFromOneUnitToAnother(value, 1, from, to);
 }
 
+namespace {
+// Converts the length cells of one row after another. Each range of rows has one of its own, with
+// its own copies of what it reads for every cell, so that ranges running at once share nothing
+// in their way.
+class LengthCellConverter {
+public:
+    LengthCellConverter(std::initializer_list<size_t> columns, const ZebUnitScale& scale, const std::wstring& separator)
+        : m_columns(columns), m_needed(columns.size() == 0 ? 0 : std::max(columns) + 1), m_scale(scale),
+          m_number(separator), m_converted(columns.size()) {}
+
+    void Convert(ZebRow& row) {
+        if (row.size() < m_needed) return;
+        bool sameLengths = true;
+        for (size_t k = 0; k < m_columns.size(); ++k) {
+            const std::wstring_view old = row[m_columns[k]];
+            m_converted[k] = m_number.Format(m_scale.Apply(ParseNumber(old)));
+            sameLengths = sameLengths && m_converted[k].size() == old.size();
+        }
+        if (sameLengths) {
+            // Each text goes where the old one stands.
+            for (size_t k = 0; k < m_columns.size(); ++k) row.Set(m_columns[k], m_converted[k]);
+            return;
+        }
+        // Otherwise the row is built again once, with all its new cells.
+        m_cells.assign(row.begin(), row.end());
+        for (size_t k = 0; k < m_columns.size(); ++k) m_cells[m_columns[k]] = m_converted[k];
+        row = ZebRow(m_cells.begin(), m_cells.end());
+    }
+
+private:
+    const std::vector<size_t> m_columns;
+    const size_t m_needed;
+    const ZebUnitScale m_scale;
+    NumberTextWriter m_number;
+    std::vector<std::wstring> m_converted;
+    std::vector<std::wstring_view> m_cells;
+};
+}  // namespace
+
 void ConvertLengthCells(ZebTypedParam<ZebRow>* table, std::initializer_list<size_t> columns,
                         int32_t from, int32_t to) {
     if (!table) return;
@@ -20,34 +59,11 @@ void ConvertLengthCells(ZebTypedParam<ZebRow>* table, std::initializer_list<size
     // rows, which are converted in ranges at once.
     const std::wstring separator = UserDecimalSeparator();
     const ZebUnitScale scale(from, to, 1);
-    const size_t needed = columns.size() == 0 ? 0 : std::max(columns) + 1;
     ZebArray<ZebRow>& rows = table->values;
     ZebForRanges(static_cast<size_t>(rows.GetSize()), [&](size_t begin, size_t end) {
-        NumberTextWriter number(separator);
-        std::vector<std::wstring> converted(columns.size());
-        std::vector<std::wstring_view> cells;
-        for (size_t r = begin; r < end; ++r) {
-            ZebRow& row = rows[static_cast<int32_t>(r)];
-            if (row.size() < needed) continue;
-            bool sameLengths = true;
-            size_t k = 0;
-            for (size_t column : columns) {
-                converted[k] = number.Format(scale.Apply(ParseNumber(row[column])));
-                sameLengths = sameLengths && converted[k].size() == row[column].size();
-                ++k;
-            }
-            if (sameLengths) {
-                // Each text goes where the old one stands.
-                k = 0;
-                for (size_t column : columns) row.Set(column, converted[k++]);
-                continue;
-            }
-            // Otherwise the row is built again once, with all its new cells.
-            cells.assign(row.begin(), row.end());
-            k = 0;
-            for (size_t column : columns) cells[column] = converted[k++];
-            row = ZebRow(cells.begin(), cells.end());
-        }
+        LengthCellConverter converter(columns, scale, separator);
+        ZebRow* const first = rows.begin();
+        for (size_t r = begin; r < end; ++r) converter.Convert(first[r]);
     });
 }
 

@@ -26,6 +26,32 @@ TEST(ZebArray, CapacityFollowsTheFrameworkGrowthRule) {
     EXPECT_EQ(a.GetGrowStep(), 1);
 }
 
+// Adding many at once leaves the array exactly as adding them one by one: the same elements,
+// capacity and step, from any start.
+TEST(ZebArray, AddingManyAtOnceIsAddingThemOneByOne) {
+    for (int start : {0, 9, 10, 11, 57}) {
+        for (int count : {0, 1, 4, 5, 40, 1000, 123457}) {
+            SCOPED_TRACE(std::to_string(start) + " + " + std::to_string(count));
+            ZebArray<std::wstring> oneByOne, atOnce;
+            for (int i = 0; i < start; ++i) {
+                oneByOne.Add(std::to_wstring(i));
+                atOnce.Add(std::to_wstring(i));
+            }
+            std::vector<std::wstring> more;
+            for (int i = 0; i < count; ++i) more.push_back(L"row " + std::to_wstring(start + i));
+            for (const std::wstring& text : more) oneByOne.Add(text);
+            atOnce.AddMoved(more.data(), count);
+            ASSERT_EQ(atOnce.GetSize(), oneByOne.GetSize());
+            EXPECT_EQ(atOnce.GetCapacity(), oneByOne.GetCapacity());
+            EXPECT_EQ(atOnce.GetGrowStep(), oneByOne.GetGrowStep());
+            for (int i = 0; i < atOnce.GetSize(); ++i) ASSERT_EQ(atOnce[i], oneByOne[i]) << i;
+            atOnce.Add(L"next");
+            oneByOne.Add(L"next");
+            EXPECT_EQ(atOnce.GetCapacity(), oneByOne.GetCapacity());
+        }
+    }
+}
+
 TEST(ZebArray, RemovalShiftsTheTailAndKeepsNonTrivialElementsIntact) {
     ZebArray<std::wstring> a;
     for (int i = 0; i < 30; ++i) a.Add(std::wstring(40, static_cast<wchar_t>(L'a' + i % 26)) + std::to_wstring(i));

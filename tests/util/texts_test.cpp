@@ -2,7 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <charconv>
+#include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <random>
 #include <cwctype>
 #include <memory>
 
@@ -122,4 +128,47 @@ TEST_F(TextsTest, UnitAttributeOfTheParentElement) {
     EXPECT_EQ(GetUnitAttribute(nullptr), 0);
     std::unique_ptr<ZebXMLNode> top(doc.GetDocumentElement());
     EXPECT_EQ(GetUnitAttribute(top.get()), 0);
+}
+
+// Table cells are written through a conversion of their own; it must give exactly the text of
+// the general one (six decimals of the exact binary value, ties to even) for every value: exact
+// ties, neighbours of every millionth, random values of every size below and around its limit,
+// subnormals, signs and what is no number.
+TEST(NumberTexts, CellTextsAreExactlyTheGeneralConversion) {
+    const auto reference = [](double value) {
+        char buffer[400];
+        const char* end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 6).ptr;
+        while (end != buffer && end[-1] == '0') --end;
+        return std::wstring(static_cast<const char*>(buffer), end);
+    };
+    size_t checked = 0;
+    const auto check = [&](double value) {
+        for (double v : {value, -value}) {
+            ASSERT_EQ(FormatFixedTrimmed(v), reference(v)) << std::hexfloat << v;
+            ++checked;
+        }
+    };
+    for (int k = 0; k < 200000; ++k) check(k / 128.0);  // odd k: exactly half a millionth over
+    for (int k = 0; k < 200000; ++k) {
+        const double millionths = k * 1e-6 + (k % 7) * 0.25;
+        check(millionths);
+        check(std::nextafter(millionths, 0.0));
+        check(std::nextafter(millionths, 1e13));
+        check(millionths + 5e-7);
+        check(std::nextafter(millionths + 5e-7, 0.0));
+    }
+    std::mt19937_64 random(20261124);
+    for (int i = 0; i < 400000; ++i) {
+        // Any sign, mantissa and exponent from subnormal up to a little past 10^12.
+        const uint64_t bits = (random() & ((uint64_t(1) << 52) - 1)) | (random() % 1070 << 52);
+        double value = 0.0;
+        std::memcpy(&value, &bits, sizeof value);
+        check(value);
+    }
+    for (double value : {0.0, 1e12, std::nextafter(1e12, 0.0), 999999999999.9999995, 5e-7, 4.9999999999999998e-7,
+                         std::numeric_limits<double>::denorm_min(), std::numeric_limits<double>::min(),
+                         std::numeric_limits<double>::max(), std::numeric_limits<double>::infinity(),
+                         std::numeric_limits<double>::quiet_NaN(), 25.4, 3.5 / 25.4, 0.1 + 0.2})
+        check(value);
+    EXPECT_GT(checked, 3000000u);
 }
