@@ -10,6 +10,7 @@
 #include <cstring>
 #include <cstdlib>
 #include <cwctype>
+#include <iterator>
 
 #include "framework/text_convert.h"
 
@@ -53,8 +54,15 @@ static char* FixedSix(double value, char* buffer, char* last) {
     if (bits >> 63) *out++ = '-';
     out = std::to_chars(out, last, millionths / 1000000).ptr;
     *out++ = '.';
-    uint64_t fraction = millionths % 1000000;
-    for (int digit = 5; digit >= 0; --digit, fraction /= 10) out[digit] = static_cast<char>('0' + fraction % 10);
+    // The six decimals as three pairs, which do not wait for each other.
+    static constexpr char kPairs[] =
+        "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+        "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+        "8081828384858687888990919293949596979899";
+    const auto fraction = static_cast<uint32_t>(millionths % 1000000);
+    std::memcpy(out, kPairs + 2 * (fraction / 10000), 2);
+    std::memcpy(out + 2, kPairs + 2 * (fraction / 100 % 100), 2);
+    std::memcpy(out + 4, kPairs + 2 * (fraction % 100), 2);
     return out + 6;
 }
 
@@ -120,6 +128,35 @@ std::wstring TrimBlanks(const std::wstring& text) {
     return text.substr(first, last - first);
 }
 
+// The value of a run of digits with at most one point whose digits make a whole number below
+// 2^53 and that has at most 22 of them after the point: that number divided by a power of ten,
+// both exact, so the one rounding of the division gives the correctly rounded value, as
+// std::from_chars does. False for every other run (then std::from_chars reads it), also for one
+// without digits.
+static bool ReadPlainDecimal(std::string_view run, double& value) {
+    static constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                              1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                              1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    constexpr uint64_t kExact = uint64_t(1) << 53;
+    uint64_t whole = 0;
+    size_t digits = 0, decimals = 0;
+    bool point = false;
+    for (char c : run) {
+        if (c == '.') {
+            if (point) break;  // a second point ends the number
+            point = true;
+            continue;
+        }
+        whole = whole * 10 + static_cast<uint64_t>(c - '0');
+        if (whole >= kExact) return false;
+        ++digits;
+        decimals += point;
+    }
+    if (digits == 0 || decimals >= std::size(kPowersOfTen)) return false;
+    value = static_cast<double>(whole) / kPowersOfTen[decimals];
+    return true;
+}
+
 double ParseNumber(std::wstring_view text) {
     size_t first = 0;
     while (first < text.size() && std::iswspace(text[first])) ++first;
@@ -131,6 +168,8 @@ double ParseNumber(std::wstring_view text) {
         run[length++] = static_cast<char>(c);
     }
     // A run longer than the buffer is no number a table holds; read what the buffer took.
+    double value = 0.0;
+    if (ReadPlainDecimal(std::string_view(run, length), value)) return value;
     return LeadingDouble(std::string_view(run, length));
 }
 

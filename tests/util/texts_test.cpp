@@ -7,11 +7,12 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
-#include <random>
 #include <cwctype>
+#include <limits>
 #include <memory>
+#include <random>
 
+#include "framework/text_convert.h"
 #include "framework/zeb_xml.h"
 #include "tests/support/module_environment.h"
 #include "util/number_text.h"
@@ -171,4 +172,54 @@ TEST(NumberTexts, CellTextsAreExactlyTheGeneralConversion) {
                          std::numeric_limits<double>::quiet_NaN(), 25.4, 3.5 / 25.4, 0.1 + 0.2})
         check(value);
     EXPECT_GT(checked, 3000000u);
+}
+
+// Table cells are read through a reading of their own for plain decimals; it must give exactly
+// what the general reading gives (the correctly rounded value of the run of digits and points,
+// up to its second point) for every text: random runs, runs around the limits of whole numbers
+// and of decimals, long runs, blanks before and other text after.
+TEST(NumberTexts, CellNumbersAreExactlyTheGeneralReading) {
+    const auto reference = [](const std::wstring& text) {
+        size_t first = 0;
+        while (first < text.size() && std::iswspace(text[first])) ++first;
+        std::string run;
+        for (size_t i = first; i < text.size() && run.size() < 64; ++i) {
+            if (text[i] != L'.' && (text[i] < L'0' || text[i] > L'9')) break;
+            run += static_cast<char>(text[i]);
+        }
+        double value = 0.0;
+        const auto result = std::from_chars(run.data(), run.data() + run.size(), value);
+        return result.ec == std::errc() ? value : 0.0;
+    };
+    size_t checked = 0;
+    const auto check = [&](const std::wstring& text) {
+        const double expected = reference(text);
+        const double read = ParseNumber(text);
+        ASSERT_EQ(std::memcmp(&read, &expected, sizeof read), 0)
+            << ToUtf8(text) << ": " << std::hexfloat << read << " against " << expected;
+        ++checked;
+    };
+    std::mt19937_64 random(20261124);
+    const std::wstring alphabet = L"0123456789012345678901234567890123456789.";
+    for (int i = 0; i < 300000; ++i) {
+        std::wstring text;
+        const size_t length = random() % (i % 100 == 0 ? 90 : 26);
+        for (size_t k = 0; k < length; ++k) text += alphabet[random() % alphabet.size()];
+        check(text);
+    }
+    for (int i = 0; i < 100000; ++i) {
+        // Values as tables hold them: a few whole digits and up to eight decimals.
+        const double value = static_cast<double>(random() % 100000000) / 1e6;
+        char buffer[64];
+        const char* end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed,
+                                        static_cast<int>(random() % 9)).ptr;
+        check(std::wstring(static_cast<const char*>(buffer), end));
+    }
+    for (const wchar_t* text :
+         {L"", L".", L"..", L"5.", L".5", L"1.2.3", L"  \t2.5mm", L"9007199254740991", L"9007199254740992",
+          L"9007199254740993", L"900719925474099.3", L"0.0000000000000000000001", L"0.00000000000000000000001",
+          L"1.0000000000000000000000", L"00000000000000000000000000123.5", L"3.499993", L"0.137795",
+          L"123456789012345678901234567890", L"1e5", L"-3.5", L"+3.5"})
+        check(text);
+    EXPECT_GT(checked, 400000u);
 }
