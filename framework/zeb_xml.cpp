@@ -10,18 +10,16 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <pugixml.hpp>
-#include <condition_variable>
-#include <deque>
 #include <exception>
-#include <mutex>
+#include <fstream>
 #include <optional>
+#include <pugixml.hpp>
 #include <sstream>
 #include <system_error>
 #include <thread>
 
 #include "framework/file_beside.h"
+#include "framework/hand_off.h"
 #include "framework/text_convert.h"
 
 namespace {
@@ -103,17 +101,14 @@ void AskForHugePages(void* buffer, size_t size) {
     if (end > start) ::madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
 }
 
-// Writes to an open file in large blocks; after the first failure it writes nothing more and
-// keeps errno. A full block goes out on a thread of its own while the document prints into the
-// next, and is handed to the disk as it goes, so the fsync that ends a save waits for the last
-// block only.
+// Writes to an open file in blocks; after the first failure it writes nothing more and keeps
+// errno. Once there is more than one block, a thread of its own writes each full block while the
+// document prints into the next, and hands it to the disk as it goes, so the fsync that ends a
+// save waits for the last block only.
 class FileWriter : public pugi::xml_writer {
 public:
-    explicit FileWriter(int fd) : m_fd(fd) {
-        m_filling.reserve(kBlock);
-        m_going.reserve(kBlock);
-    }
-    ~FileWriter() override { Join(); }
+    explicit FileWriter(int fd) : m_fd(fd) { m_filling.reserve(kBlock); }
+    ~FileWriter() override { Stop(); }
     FileWriter(const FileWriter&) = delete;
     FileWriter& operator=(const FileWriter&) = delete;
 
@@ -124,28 +119,38 @@ public:
     }
     // True when everything was written; errno is the failure's otherwise.
     bool Complete() {
-        Join();
-        WriteOut(m_filling);
+        if (m_writer) HandOver();
+        Stop();
+        WriteOut(m_filling);  // nothing left here when the writer took it
         m_filling.clear();
         if (!m_ok) errno = m_errno;
         return m_ok;
     }
 
 private:
-    static constexpr size_t kBlock = 1 << 20;
+    static constexpr size_t kBlock = 1024 * 1024;
+    static constexpr size_t kQueuedBlocks = 2;
 
     void HandOver() {
-        Join();
-        std::swap(m_filling, m_going);
-        m_filling.clear();
-        try {
-            m_thread = std::thread([this] { WriteOut(m_going); });
-        } catch (const std::system_error&) {
-            WriteOut(m_going);  // no thread to be had: written here instead
+        if (!m_writer) {
+            try {
+                m_writer.emplace([this] {
+                    while (std::optional<std::vector<char>> block = m_blocks.Take()) WriteOut(*block);
+                });
+            } catch (const std::system_error&) {
+                WriteOut(m_filling);  // no thread to be had: written here instead
+                m_filling.clear();
+                return;
+            }
         }
+        m_blocks.Give(std::exchange(m_filling, {}));
+        m_filling.reserve(kBlock);
     }
-    void Join() {
-        if (m_thread.joinable()) m_thread.join();
+    void Stop() {
+        if (!m_writer) return;
+        m_blocks.Close();
+        m_writer->join();
+        m_writer.reset();
     }
     void WriteOut(const std::vector<char>& block) {
         const char* bytes = block.data();
@@ -169,8 +174,9 @@ private:
 
     int m_fd;
     std::vector<char> m_filling;
-    std::vector<char> m_going;  // the block being written by m_thread
-    std::thread m_thread;
+    ZebHandOff<std::vector<char>> m_blocks{kQueuedBlocks};
+    std::optional<std::thread> m_writer;
+    // Written by the writer while it runs, read here once it has ended.
     off_t m_written = 0;
     bool m_ok = true;
     int m_errno = 0;
@@ -291,45 +297,6 @@ char* WriteEscapedAttribute(std::wstring_view value, char* out) {
     return out;
 }
 
-// Written batches of text on their way from the thread that writes them to the one that parses
-// them, in order. The writer waits while kQueuedBatches are waiting.
-class BatchQueue {
-public:
-    void Push(ZebXMLElementText&& batch) {
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [&] { return m_batches.size() < kQueuedBatches; });
-        m_batches.push_back(std::move(batch));
-        m_changed.notify_all();
-    }
-    // The writer is done, or failed with `error`.
-    void Close(std::exception_ptr error = nullptr) {
-        std::lock_guard lock(m_mutex);
-        m_closed = true;
-        m_error = error;
-        m_changed.notify_all();
-    }
-    // The next batch; nothing once the writer is done and every batch is taken.
-    std::optional<ZebXMLElementText> Pop() {
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [&] { return !m_batches.empty() || m_closed; });
-        if (m_batches.empty()) return std::nullopt;
-        ZebXMLElementText batch = std::move(m_batches.front());
-        m_batches.pop_front();
-        m_changed.notify_all();
-        return batch;
-    }
-    std::exception_ptr Error() {
-        std::lock_guard lock(m_mutex);
-        return m_error;
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    std::deque<ZebXMLElementText> m_batches;
-    bool m_closed = false;
-    std::exception_ptr m_error;
-};
 }  // namespace
 
 ZebXMLElementText::ZebXMLElementText(const char* name) : m_name(name), m_nameLength(std::strlen(name)) {}
@@ -386,12 +353,12 @@ bool ZebXMLNode::AppendElements1(const char* name, size_t count,
         full(std::move(batch));
     };
     std::optional<std::thread> writer;
-    BatchQueue queue;
+    ZebHandOff<ZebXMLElementText> queue(kQueuedBatches);
     if (count >= kPipelinedElements) {
         try {
             writer.emplace([&] {
                 try {
-                    writeAll([&](ZebXMLElementText&& batch) { queue.Push(std::move(batch)); });
+                    writeAll([&](ZebXMLElementText&& batch) { queue.Give(std::move(batch)); });
                     queue.Close();
                 } catch (...) {
                     queue.Close(std::current_exception());
@@ -405,7 +372,7 @@ bool ZebXMLNode::AppendElements1(const char* name, size_t count,
         writeAll([&](ZebXMLElementText&& batch) { parse(batch); });
         return ok;
     }
-    while (std::optional<ZebXMLElementText> batch = queue.Pop()) parse(*batch);
+    while (std::optional<ZebXMLElementText> batch = queue.Take()) parse(*batch);
     writer->join();
     if (std::exception_ptr error = queue.Error()) std::rethrow_exception(error);
     return ok;

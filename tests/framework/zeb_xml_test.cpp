@@ -1,8 +1,11 @@
 #include "framework/text_convert.h"
 #include "framework/zeb_xml.h"
+#include "tests/support/file_bytes.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -145,6 +148,49 @@ TEST(ZebXml, TextConvertsExactlyBothWays) {
     ASSERT_TRUE(v->GetAttributeValue(L"A", a));
     EXPECT_EQ(a, L"Mutter DIN 934 \u2013 Stahl");
     std::filesystem::remove(path);
+}
+
+// A document of several megabytes is written block after block on a thread of its own: the file
+// holds exactly the document, and a write that fails partway (the file may not grow past 2 MB)
+// leaves the old file as it was and nothing else behind.
+TEST(ZebXml, ALargeDocumentIsSavedWholeOrNotAtAll) {
+    const auto dir = std::filesystem::temp_directory_path() / "zeb_xml_save_large";
+    std::filesystem::remove_all(dir);
+    std::filesystem::create_directories(dir);
+    const auto target = dir / "settings.xml";
+    ZebXMLDocument doc;
+    auto top = Own(doc.CreateDocumentElement(L"Parameter"));
+    ASSERT_TRUE(top->AppendElements1("Value", 80000, [](size_t i, ZebXMLElementText& text) {
+        text.BeginElement();
+        text.Attribute("Attribute1", L"M" + std::to_wstring(i) + L"-ISO4017 \u2013 Stahl");
+        text.Attribute("Attribute2", L"3.500000");
+        text.EndElement();
+    }));
+    const std::string whole = doc.GetXML();
+    ASSERT_GT(whole.size(), 5u << 20);
+    std::wstring error;
+    ASSERT_TRUE(doc.SaveFile(target.wstring(), error)) << ToUtf8(error);
+    EXPECT_EQ(FileBytes(target), whole);
+
+    delete doc.CreateDocumentElement(L"Replaced");
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    const rlimit small{2u << 20, old.rlim_max};
+    signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    std::string bigger(3u << 20, 'x');
+    auto replaced = Own(doc.GetDocumentElement());
+    replaced->SetNodeValue(std::wstring(bigger.begin(), bigger.end()));
+    const bool saved = doc.SaveFile(target.wstring(), error);
+    setrlimit(RLIMIT_FSIZE, &old);
+    signal(SIGXFSZ, SIG_DFL);
+    EXPECT_FALSE(saved);
+    EXPECT_NE(error.find(L"cannot write"), std::wstring::npos) << ToUtf8(error);
+    EXPECT_EQ(FileBytes(target), whole);
+    size_t files = 0;
+    for (auto& entry : std::filesystem::directory_iterator(dir)) files += entry.is_regular_file();
+    EXPECT_EQ(files, 1u);
+    std::filesystem::remove_all(dir);
 }
 
 TEST(ZebXml, SaveReplacesAWholeFileOrNothing) {
