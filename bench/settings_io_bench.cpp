@@ -142,7 +142,8 @@ bool WriteDocument(const ModuleLoader& loader, const fs::path& path, int rows) {
 // Where the time of one convert goes, step by step: the median of each step over `kRuns`
 // children, each running the steps once in order.
 void PrintSteps(const ModuleLoader& loader, const fs::path& input, const fs::path& output) {
-    static const char* const kSteps[] = {"load", "read", "drop input", "convert", "write", "save", "free rules", "free output"};
+    static const char* const kSteps[] = {"load",  "read", "drop input", "convert",
+                                         "write", "save", "free rules", "free output"};
     constexpr size_t kCount = sizeof kSteps / sizeof kSteps[0];
     std::vector<std::vector<double>> times(kCount);
     for (int run = 0; run < kRuns; ++run) {
@@ -171,7 +172,8 @@ void PrintSteps(const ModuleLoader& loader, const fs::path& input, const fs::pat
             std::vector<std::unique_ptr<RuleHandle>> rules;
             loader.SetXMLDoc(&in);
             for (const auto& node : SettingsRuleElements(in))
-                if (CZebRule* rule = RecreateRule(loader, node.get())) rules.push_back(std::make_unique<RuleHandle>(loader, rule));
+                if (CZebRule* rule = RecreateRule(loader, node.get()))
+                    rules.push_back(std::make_unique<RuleHandle>(loader, rule));
             lap();
             in.Clear();
             lap();
@@ -210,7 +212,8 @@ void PrintSteps(const ModuleLoader& loader, const fs::path& input, const fs::pat
     std::printf("  steps of convert (medians):");
     for (size_t i = 0; i < kCount; ++i) {
         std::sort(times[i].begin(), times[i].end());
-        std::printf(" %s %.4f s%s", kSteps[i], times[i][times[i].size() / 2], i + 1 < kCount ? "," : "\n");
+        std::printf(" %s %.4f s%s", kSteps[i], times[i][times[i].size() / 2],
+                    i + 1 < kCount ? "," : "\n");
     }
 }
 
@@ -240,8 +243,10 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "settings_io_bench: cannot write the document\n");
             return 1;
         }
-        std::printf("%d rows per table, %.1f MB document (median of %d runs, peak memory above the start)\n", rows,
-                    fs::file_size(input) / 1e6, kRuns);
+        std::printf(
+            "%d rows per table, %.1f MB document (median of %d runs, peak memory above the "
+            "start)\n",
+            rows, fs::file_size(input) / 1e6, kRuns);
         const auto rewrite = [&](std::optional<int> unit) {
             ZebXMLDocument in, out;
             std::string message;

@@ -8,7 +8,8 @@
 
 void ZebForRanges(size_t count, const std::function<void(size_t begin, size_t end)>& work) {
     const size_t processors = std::max(1u, std::thread::hardware_concurrency());
-    const size_t ranges = std::min({processors, kMaxRanges, std::max<size_t>(1, count / kMinRowsPerRange)});
+    const size_t ranges =
+        std::min({processors, kMaxRanges, std::max<size_t>(1, count / kMinRowsPerRange)});
     if (ranges <= 1) {
         if (count > 0) work(0, count);
         return;

@@ -13,4 +13,5 @@
 // from a range is thrown again here once every range has ended.
 inline constexpr size_t kMinRowsPerRange = 10000;
 inline constexpr size_t kMaxRanges = 4;
-VANTOR_FW_API void ZebForRanges(size_t count, const std::function<void(size_t begin, size_t end)>& work);
+VANTOR_FW_API void ZebForRanges(size_t count,
+                                const std::function<void(size_t begin, size_t end)>& work);

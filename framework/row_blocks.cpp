@@ -65,8 +65,8 @@ struct Cutter {
     void Start() {
         // The chunk is filled right away: its pages are made in one call rather than one fault
         // each.
-        void* memory = ::mmap(nullptr, kChunkBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE,
-                              -1, 0);
+        void* memory = ::mmap(nullptr, kChunkBytes, PROT_READ | PROT_WRITE,
+                              MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0);
         if (memory == MAP_FAILED) throw std::bad_alloc();
         Retire();
         chunk = new (memory) Chunk{{kHeld}};
@@ -76,7 +76,9 @@ struct Cutter {
 };
 thread_local Cutter t_cutter;
 
-size_t RoundUp(size_t bytes) { return (bytes + alignof(Header) - 1) / alignof(Header) * alignof(Header); }
+size_t RoundUp(size_t bytes) {
+    return (bytes + alignof(Header) - 1) / alignof(Header) * alignof(Header);
+}
 }  // namespace
 
 void* Allocate(size_t bytes) {
@@ -98,7 +100,9 @@ void* Allocate(size_t bytes) {
 void Free(void* block) noexcept {
     if (!block) return;
     Header* header = static_cast<Header*>(block) - 1;
-    if (header->chunk) Drop(header->chunk, 1);
-    else ::operator delete(header);
+    if (header->chunk)
+        Drop(header->chunk, 1);
+    else
+        ::operator delete(header);
 }
 }  // namespace zeb_row_blocks

@@ -118,7 +118,9 @@ private:
         m_capacity = capacity;
         m_size = 0;
     }
-    static int32_t NextStep(int32_t step) { return step < 10 ? step + 3 : static_cast<int32_t>(step * 1.2); }
+    static int32_t NextStep(int32_t step) {
+        return step < 10 ? step + 3 : static_cast<int32_t>(step * 1.2);
+    }
     void Grow() {
         Reallocate(m_capacity + m_growBy);
         m_growBy = NextStep(m_growBy);

@@ -19,8 +19,8 @@ ZebRow::Writer::Writer(ZebRow& row, size_t count, size_t chars) : m_row(row), m_
     // Ends are 32-bit: every cell's end, its L'\0' included, must fit.
     constexpr size_t kMax = std::numeric_limits<uint32_t>::max();
     if (count > kMax / 2 || chars > kMax - count) throw std::length_error("ZebRow: row too large");
-    m_block = static_cast<uint32_t*>(
-        zeb_row_blocks::Allocate((1 + count) * sizeof(uint32_t) + (chars + count) * sizeof(wchar_t)));
+    m_block = static_cast<uint32_t*>(zeb_row_blocks::Allocate((1 + count) * sizeof(uint32_t) +
+                                                              (chars + count) * sizeof(wchar_t)));
     m_block[0] = static_cast<uint32_t>(count);
     m_text = reinterpret_cast<wchar_t*>(m_block + 1 + count);
 }

@@ -135,7 +135,8 @@ private:
         if (!m_writer) {
             try {
                 m_writer.emplace([this] {
-                    while (std::optional<std::vector<char>> block = m_blocks.Take()) WriteOut(*block);
+                    while (std::optional<std::vector<char>> block = m_blocks.Take())
+                        WriteOut(*block);
                 });
             } catch (const std::system_error&) {
                 WriteOut(m_filling);  // no thread to be had: written here instead
@@ -280,7 +281,9 @@ char* WriteEscapedAttribute(std::wstring_view value, char* out) {
             continue;
         }
         switch (kEscapes.how[c]) {
-            case 0: *out++ = static_cast<char>(c); break;
+            case 0:
+                *out++ = static_cast<char>(c);
+                break;
             case 1:
                 for (const char* e = kEscapes.text[c]; *e; ++e) *out++ = *e;
                 break;
@@ -291,7 +294,8 @@ char* WriteEscapedAttribute(std::wstring_view value, char* out) {
                 *out++ = static_cast<char>('0' + c % 10);
                 *out++ = ';';
                 break;
-            default: return out;
+            default:
+                return out;
         }
     }
     return out;
@@ -299,11 +303,13 @@ char* WriteEscapedAttribute(std::wstring_view value, char* out) {
 
 }  // namespace
 
-ZebXMLElementText::ZebXMLElementText(const char* name) : m_name(name), m_nameLength(std::strlen(name)) {}
+ZebXMLElementText::ZebXMLElementText(const char* name)
+    : m_name(name), m_nameLength(std::strlen(name)) {}
 
 char* ZebXMLElementText::Room(size_t bytes) {
     if (m_used + bytes > m_capacity) {
-        const size_t capacity = std::max({m_capacity * 2, m_used + bytes, kAppendBatch + kAppendBatch / 4});
+        const size_t capacity =
+            std::max({m_capacity * 2, m_used + bytes, kAppendBatch + kAppendBatch / 4});
         std::unique_ptr<char[]> grown(new char[capacity]);
         if (m_used) std::memcpy(grown.get(), m_text.get(), m_used);
         m_text = std::move(grown);
@@ -336,15 +342,18 @@ void ZebXMLElementText::EndElement() {
     m_used += 2;
 }
 
-bool ZebXMLNode::AppendElements1(const char* name, size_t count,
-                                 const std::function<void(size_t index, ZebXMLElementText& text)>& write) {
+bool ZebXMLNode::AppendElements1(
+    const char* name, size_t count,
+    const std::function<void(size_t index, ZebXMLElementText& text)>& write) {
     bool ok = true;
     const auto parse = [&](const ZebXMLElementText& batch) {
         if (batch.Size() == 0) return;
-        ok = Wrap(m_node).append_buffer(batch.Data(), batch.Size(), pugi::parse_default, pugi::encoding_utf8) && ok;
+        ok = Wrap(m_node).append_buffer(batch.Data(), batch.Size(), pugi::parse_default,
+                                        pugi::encoding_utf8) &&
+             ok;
     };
     // Writes elements [0, count) in batches, handing each full one to `full`.
-    const auto writeAll = [&](const std::function<void(ZebXMLElementText&&)>& full) {
+    const auto writeAll = [&](const std::function<void(ZebXMLElementText &&)>& full) {
         ZebXMLElementText batch(name);
         for (size_t i = 0; i < count; ++i) {
             write(i, batch);
@@ -389,7 +398,8 @@ bool ZebXMLNode::GetAttributeValue1(const char* name, std::wstring& value) const
     return true;
 }
 
-void ZebXMLNode::GetAttributeTexts1(const std::string_view* names, size_t count, const char** texts) const {
+void ZebXMLNode::GetAttributeTexts1(const std::string_view* names, size_t count,
+                                    const char** texts) const {
     std::fill(texts, texts + count, nullptr);
     // Attributes mostly come in the order asked for: the name after the last one found is tried
     // first, so a row of cells costs one comparison per attribute.
@@ -494,7 +504,8 @@ void ZebXMLNode::GetChildElementsByName1(const std::string_view* names, size_t c
         for (size_t i = 0; i < count; ++i) {
             if (IsName(name, names[i])) {
                 // Only elements have names here: no declarations or instructions are read.
-                if (c.type() == pugi::node_element) lists[i].emplace_back(m_doc, c.internal_object());
+                if (c.type() == pugi::node_element)
+                    lists[i].emplace_back(m_doc, c.internal_object());
                 break;
             }
         }

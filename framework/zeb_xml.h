@@ -76,7 +76,8 @@ public:
     // The child elements named names[i] (UTF-8, fixed in the code) appended to lists[i], for
     // every i < count, in document order and in one pass: an element with a table holds hundreds
     // of thousands of children, which every lookup by name would walk again.
-    void GetChildElementsByName1(const std::string_view* names, size_t count, std::vector<ZebXMLNode>* lists) const;
+    void GetChildElementsByName1(const std::string_view* names, size_t count,
+                                 std::vector<ZebXMLNode>* lists) const;
     // Null for the document element and for detached elements.
     ZebXMLNode* GetParentNode() const;
 

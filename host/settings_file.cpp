@@ -191,8 +191,10 @@ std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& do
             continue;
         }
         std::unique_ptr<ZebXMLNode> node((*level.children)[level.next++]);
-        if (std::strcmp(node->GetName1(), "Rule") == 0) rules.push_back(std::move(node));
-        else stack.push_back({std::unique_ptr<ZebXMLNodeList>(node->GetChildElements())});
+        if (std::strcmp(node->GetName1(), "Rule") == 0)
+            rules.push_back(std::move(node));
+        else
+            stack.push_back({std::unique_ptr<ZebXMLNodeList>(node->GetChildElements())});
     }
     return rules;
 }

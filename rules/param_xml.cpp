@@ -1,7 +1,6 @@
 #include "rules/param_xml.h"
 
 #include <charconv>
-#include <cstring>
 #include <cstdlib>
 #include <cwchar>
 #include <locale>
@@ -23,8 +22,8 @@ using ListPtr = std::unique_ptr<ZebXMLNodeList>;
 constexpr size_t kRowAttributes = 5;
 // The attribute of cell `index`.
 std::string RowAttributeName(size_t index) { return "Attribute" + std::to_string(index + 1); }
-constexpr std::string_view kRowAttributeNames[kRowAttributes] = {"Attribute1", "Attribute2", "Attribute3",
-                                                                 "Attribute4", "Attribute5"};
+constexpr std::string_view kRowAttributeNames[kRowAttributes] = {
+    "Attribute1", "Attribute2", "Attribute3", "Attribute4", "Attribute5"};
 
 // How one value of the list becomes text and back. Decode returns false when the value type
 // has no text form that can be read back (the value is then not appended).
@@ -147,8 +146,8 @@ int ChildInt(const ZebXMLNode* child) {
 // For "Operator", "ParameterType" and "ResultCriteria" the first of the name counts.
 struct ParameterChildren {
     explicit ParameterChildren(const ZebXMLNode& parameter) {
-        static constexpr std::string_view kNames[] = {"Value", "OperatorOption", "Operator", "ParameterType",
-                                                      "ResultCriteria"};
+        static constexpr std::string_view kNames[] = {"Value", "OperatorOption", "Operator",
+                                                      "ParameterType", "ResultCriteria"};
         std::vector<ZebXMLNode> lists[std::size(kNames)];
         parameter.GetChildElementsByName1(kNames, std::size(kNames), lists);
         values = std::move(lists[0]);
@@ -187,8 +186,10 @@ ZebXMLNode* WriteTyped(ZebXMLDocument* doc, ZebTypedParam<T>& p) {
                                       if (row.empty()) return;
                                       text.BeginElement();
                                       for (size_t i = 0; i < row.size(); ++i) {
-                                          if (i < kRowAttributes) text.Attribute(kRowAttributeNames[i], row[i]);
-                                          else text.Attribute(RowAttributeName(i), row[i]);
+                                          if (i < kRowAttributes)
+                                              text.Attribute(kRowAttributeNames[i], row[i]);
+                                          else
+                                              text.Attribute(RowAttributeName(i), row[i]);
                                       }
                                       text.EndElement();
                                   });
@@ -273,8 +274,10 @@ void ReadTyped(ZebXMLNode* ruleNode, ZebTypedParam<T>& p) {
     p.status = !(node->GetAttributeValue(L"Status", status) && status == L"0");
 
     if constexpr (std::is_same_v<T, ZebRow>) {
-        if (p.kind == ZebParam_Table) AddTableRows(children.values, p.values);
-        else AddDecodedValues(children.values, p.values);
+        if (p.kind == ZebParam_Table)
+            AddTableRows(children.values, p.values);
+        else
+            AddDecodedValues(children.values, p.values);
     } else {
         AddDecodedValues(children.values, p.values);
     }
@@ -328,4 +331,3 @@ ZebXMLNode* WriteParameterXML(ZebXMLDocument* doc, CZebParamStorage& param) {
 bool ReadParameterXML(ZebXMLNode* ruleNode, CZebParamStorage& param) {
     return VisitTyped(param, [&](auto& typed) { ReadTyped(ruleNode, typed); });
 }
-

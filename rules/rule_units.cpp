@@ -19,9 +19,13 @@ namespace {
 // in their way.
 class LengthCellConverter {
 public:
-    LengthCellConverter(std::initializer_list<size_t> columns, const ZebUnitScale& scale, const std::wstring& separator)
-        : m_columns(columns), m_needed(columns.size() == 0 ? 0 : std::max(columns) + 1), m_scale(scale),
-          m_number(separator), m_converted(columns.size()) {}
+    LengthCellConverter(std::initializer_list<size_t> columns, const ZebUnitScale& scale,
+                        const std::wstring& separator)
+        : m_columns(columns),
+          m_needed(columns.size() == 0 ? 0 : std::max(columns) + 1),
+          m_scale(scale),
+          m_number(separator),
+          m_converted(columns.size()) {}
 
     void Convert(ZebRow& row) {
         if (row.size() < m_needed) return;

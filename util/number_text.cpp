@@ -7,8 +7,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <cstdlib>
+#include <cstring>
 #include <cwctype>
 #include <iterator>
 
@@ -88,9 +88,10 @@ std::wstring_view NumberTextWriter::Format(double value) {
     size_t length = FixedTrimmed(value, narrow);
     std::copy(narrow, narrow + length, m_text);
     // The separator is one character in every locale but a few.
-    const bool endsWithSeparator = m_separator.size() == 1
-                                       ? length > 0 && m_text[length - 1] == m_separator[0]
-                                       : !m_separator.empty() && std::wstring_view(m_text, length).ends_with(m_separator);
+    const bool endsWithSeparator =
+        m_separator.size() == 1
+            ? length > 0 && m_text[length - 1] == m_separator[0]
+            : !m_separator.empty() && std::wstring_view(m_text, length).ends_with(m_separator);
     if (endsWithSeparator) m_text[length++] = L'0';
     return std::wstring_view(m_text, length);
 }

@@ -11,8 +11,8 @@
 // Whatever the count, every index is worked on exactly once, in ranges that never overlap, and
 // a table too small for a second thread stays on the caller's.
 TEST(ParallelRanges, EveryIndexOnceAndSmallTablesStayOnTheCallersThread) {
-    for (size_t count : {size_t{0}, size_t{1}, kMinRowsPerRange - 1, kMinRowsPerRange, 2 * kMinRowsPerRange + 1,
-                         size_t{123457}}) {
+    for (size_t count : {size_t{0}, size_t{1}, kMinRowsPerRange - 1, kMinRowsPerRange,
+                         2 * kMinRowsPerRange + 1, size_t{123457}}) {
         SCOPED_TRACE(count);
         std::vector<std::atomic<int>> seen(count);
         std::atomic<size_t> ranges{0};

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <thread>
 #include <string_view>
+#include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -201,7 +201,8 @@ TEST(ZebRow, RowsMadeOnManyThreadsLiveUntilTheyAreFreedWherever) {
     const size_t count = 4 * kMinRowsPerRange + 17;
     const auto cellsOf = [](size_t i) -> Cells {
         Cells cells{L"M" + std::to_wstring(i) + L"-ISO4017", std::to_wstring(i % 97) + L".5", L""};
-        if (i % 5000 == 3) cells.push_back(std::wstring(12000 + i % 7, static_cast<wchar_t>(L'a' + i % 26)));
+        if (i % 5000 == 3)
+            cells.push_back(std::wstring(12000 + i % 7, static_cast<wchar_t>(L'a' + i % 26)));
         return cells;
     };
     std::vector<ZebRow> rows(count);

@@ -1,6 +1,4 @@
-#include "framework/text_convert.h"
 #include "framework/zeb_xml.h"
-#include "tests/support/file_bytes.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -12,6 +10,9 @@
 #include <iterator>
 #include <memory>
 #include <stdexcept>
+
+#include "framework/text_convert.h"
+#include "tests/support/file_bytes.h"
 
 namespace {
 template <class T>
@@ -231,8 +232,15 @@ TEST(ZebXml, SaveReplacesAWholeFileOrNothing) {
 // thread (a short table) or on a thread of their own (a long one).
 TEST(ZebXml, AppendedElementsEqualElementsBuiltOneByOne) {
     const std::wstring values[] = {
-        L"a&b<c>d\"e'f", L"tab\tnl\ncr\rx", L"ctl\x01\x1f" L"end", L" lead and trail ", L"",
-        L"Mutter DIN 934 \u2013 Stahl \U0001F600", std::wstring(L"cut\0here", 8), L"&amp; stays text",
+        L"a&b<c>d\"e'f",
+        L"tab\tnl\ncr\rx",
+        L"ctl\x01\x1f"
+        L"end",
+        L" lead and trail ",
+        L"",
+        L"Mutter DIN 934 \u2013 Stahl \U0001F600",
+        std::wstring(L"cut\0here", 8),
+        L"&amp; stays text",
         // Not Unicode: written as U+FFFD, as every other conversion to UTF-8 writes it.
         std::wstring(L"x") + static_cast<wchar_t>(0x110000) + static_cast<wchar_t>(-5),
     };
@@ -248,14 +256,16 @@ TEST(ZebXml, AppendedElementsEqualElementsBuiltOneByOne) {
         for (size_t i = 0; i < count; ++i) {
             if (i % 7 == 6) continue;  // an element written as nothing is not there
             auto value = Own(builtTop->AppendNode(L"Value"));
-            for (size_t a = 0; a < 1 + i % 3; ++a) value->AddAttribute1(names[a], ToUtf8(valueOf(i, a)).c_str());
+            for (size_t a = 0; a < 1 + i % 3; ++a)
+                value->AddAttribute1(names[a], ToUtf8(valueOf(i, a)).c_str());
         }
-        EXPECT_TRUE(appendedTop->AppendElements1("Value", count, [&](size_t i, ZebXMLElementText& text) {
-            if (i % 7 == 6) return;
-            text.BeginElement();
-            for (size_t a = 0; a < 1 + i % 3; ++a) text.Attribute(names[a], valueOf(i, a));
-            text.EndElement();
-        }));
+        EXPECT_TRUE(
+            appendedTop->AppendElements1("Value", count, [&](size_t i, ZebXMLElementText& text) {
+                if (i % 7 == 6) return;
+                text.BeginElement();
+                for (size_t a = 0; a < 1 + i % 3; ++a) text.Attribute(names[a], valueOf(i, a));
+                text.EndElement();
+            }));
         Own(appendedTop->AppendNode(L"ResultCriteria"));  // after every appended element
         Own(builtTop->AppendNode(L"ResultCriteria"));
         EXPECT_EQ(appended.GetXML(), built.GetXML());
@@ -269,7 +279,8 @@ TEST(ZebXml, AppendedElementsEqualElementsBuiltOneByOne) {
         EXPECT_EQ(text, values[3]);
         EXPECT_TRUE(Own((*list)[5])->GetAttributeValue(L"Attribute2", text));
         EXPECT_EQ(text, L"cut");
-        EXPECT_TRUE(Own((*list)[7])->GetAttributeValue(L"Attribute1", text));  // element 8: 6 is not there
+        EXPECT_TRUE(
+            Own((*list)[7])->GetAttributeValue(L"Attribute1", text));  // element 8: 6 is not there
         EXPECT_EQ(text, L"x\uFFFD\uFFFD");
     }
 }

@@ -138,7 +138,8 @@ TEST_F(TextsTest, UnitAttributeOfTheParentElement) {
 TEST(NumberTexts, CellTextsAreExactlyTheGeneralConversion) {
     const auto reference = [](double value) {
         char buffer[400];
-        const char* end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 6).ptr;
+        const char* end =
+            std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 6).ptr;
         while (end != buffer && end[-1] == '0') --end;
         return std::wstring(static_cast<const char*>(buffer), end);
     };
@@ -166,10 +167,11 @@ TEST(NumberTexts, CellTextsAreExactlyTheGeneralConversion) {
         std::memcpy(&value, &bits, sizeof value);
         check(value);
     }
-    for (double value : {0.0, 1e12, std::nextafter(1e12, 0.0), 999999999999.9999995, 5e-7, 4.9999999999999998e-7,
-                         std::numeric_limits<double>::denorm_min(), std::numeric_limits<double>::min(),
-                         std::numeric_limits<double>::max(), std::numeric_limits<double>::infinity(),
-                         std::numeric_limits<double>::quiet_NaN(), 25.4, 3.5 / 25.4, 0.1 + 0.2})
+    for (double value :
+         {0.0, 1e12, std::nextafter(1e12, 0.0), 999999999999.9999995, 5e-7, 4.9999999999999998e-7,
+          std::numeric_limits<double>::denorm_min(), std::numeric_limits<double>::min(),
+          std::numeric_limits<double>::max(), std::numeric_limits<double>::infinity(),
+          std::numeric_limits<double>::quiet_NaN(), 25.4, 3.5 / 25.4, 0.1 + 0.2})
         check(value);
     EXPECT_GT(checked, 3000000u);
 }
@@ -211,15 +213,32 @@ TEST(NumberTexts, CellNumbersAreExactlyTheGeneralReading) {
         // Values as tables hold them: a few whole digits and up to eight decimals.
         const double value = static_cast<double>(random() % 100000000) / 1e6;
         char buffer[64];
-        const char* end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed,
-                                        static_cast<int>(random() % 9)).ptr;
+        const char* end = std::to_chars(buffer, buffer + sizeof buffer, value,
+                                        std::chars_format::fixed, static_cast<int>(random() % 9))
+                              .ptr;
         check(std::wstring(static_cast<const char*>(buffer), end));
     }
-    for (const wchar_t* text :
-         {L"", L".", L"..", L"5.", L".5", L"1.2.3", L"  \t2.5mm", L"9007199254740991", L"9007199254740992",
-          L"9007199254740993", L"900719925474099.3", L"0.0000000000000000000001", L"0.00000000000000000000001",
-          L"1.0000000000000000000000", L"00000000000000000000000000123.5", L"3.499993", L"0.137795",
-          L"123456789012345678901234567890", L"1e5", L"-3.5", L"+3.5"})
+    for (const wchar_t* text : {L"",
+                                L".",
+                                L"..",
+                                L"5.",
+                                L".5",
+                                L"1.2.3",
+                                L"  \t2.5mm",
+                                L"9007199254740991",
+                                L"9007199254740992",
+                                L"9007199254740993",
+                                L"900719925474099.3",
+                                L"0.0000000000000000000001",
+                                L"0.00000000000000000000001",
+                                L"1.0000000000000000000000",
+                                L"00000000000000000000000000123.5",
+                                L"3.499993",
+                                L"0.137795",
+                                L"123456789012345678901234567890",
+                                L"1e5",
+                                L"-3.5",
+                                L"+3.5"})
         check(text);
     EXPECT_GT(checked, 400000u);
 }
