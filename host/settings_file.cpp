@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <system_error>
+#include <thread>
 
 #include "framework/settings_format.h"
 #include "framework/text_convert.h"
@@ -155,9 +157,7 @@ int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
     if (!ReadSettingsFile(args.positional[0], input)) return 2;
     ModuleLoader loader;
     if (!LoadModule(loader, args)) return 1;
-    ZebXMLDocument output;
-    if (!RewriteRules(loader, input, toUnit, output)) return 1;
-    return WriteSettingsFile(output, args.output) ? 0 : 1;
+    return RewriteAndWrite(loader, input, toUnit, args.output) ? 0 : 1;
 }
 
 std::string UnconvertibleRule(const std::string& name, int from, int to) {
@@ -200,7 +200,7 @@ std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& do
 }
 
 bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::optional<int> toUnit,
-                  ZebXMLDocument& output) {
+                  ZebXMLDocument& output, std::vector<RuleHandle>* spent) {
     std::vector<std::unique_ptr<ZebXMLNode>> ruleNodes = SettingsRuleElements(input);
     // convert hands every rule the change of unit, as the framework does; resave only those
     // whose parent is in another unit than the new document.
@@ -248,7 +248,24 @@ bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::option
         std::unique_ptr<ZebXMLNode> exported((*entry.rule)->ExportToXML());
         if (exported) parent->ReplaceChild(exported.get(), entry.place.get());
         else parent->RemoveChild(entry.place.get());
-        entry.rule.reset();  // its values go before the next rule is written
+        if (spent) spent->push_back(std::move(*entry.rule));
+        entry.rule.reset();  // its values go before the next rule is written, unless handed over
     }
     return true;
+}
+
+bool RewriteAndWrite(const ModuleLoader& loader, ZebXMLDocument& input, std::optional<int> toUnit,
+                     const std::string& path) {
+    ZebXMLDocument output;
+    std::vector<RuleHandle> spent;
+    if (!RewriteRules(loader, input, toUnit, output, &spent)) return false;
+    std::optional<std::thread> release;
+    try {
+        release.emplace([&spent] { spent.clear(); });
+    } catch (const std::system_error&) {
+        spent.clear();  // no thread to be had: let go of here instead
+    }
+    const bool written = WriteSettingsFile(output, path);
+    if (release) release->join();
+    return written;
 }

@@ -74,6 +74,12 @@ std::string RuleLine(const CZebRule& rule);
 // is written, since only its own module could convert them.
 int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit);
 // The rewrite itself, from a read document into an empty one; false, after the message, when
-// nothing may be written. `input` is used up: it is empty afterwards.
+// nothing may be written. `input` is used up: it is empty afterwards. Each rule goes as soon as
+// it is written, or, with `spent`, is handed over there for the caller to let go of.
 bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::optional<int> toUnit,
-                  ZebXMLDocument& output);
+                  ZebXMLDocument& output, std::vector<RuleHandle>* spent = nullptr);
+// RewriteRules into a new document written to `path`, with the reason printed when it is not.
+// The rules' values are let go on a thread of their own while the file is written: the rows of
+// large tables take a while to free and are not needed by then.
+bool RewriteAndWrite(const ModuleLoader& loader, ZebXMLDocument& input, std::optional<int> toUnit,
+                     const std::string& path);
