@@ -11,17 +11,20 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstring>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <pugixml.hpp>
 #include <string>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 #include "framework/zeb_rule.h"
@@ -51,32 +54,50 @@ struct Sample {
     long peakKiB;
 };
 
-// Runs `phase` in a child: its wall time and how far its resident memory rose above the start.
-Sample RunInChild(const std::function<bool()>& phase) {
+// Runs `body` in a child process and hands back what it returns (a plain value), or nothing
+// when the child could not say. Memory this process freed but still holds would let a child
+// reuse resident pages that another run paid for; it goes back first, so every child starts
+// alike.
+template <class T>
+std::optional<T> InChild(const std::function<std::optional<T>()>& body) {
+    static_assert(std::is_trivially_copyable_v<T>);
     int pipeFds[2];
     if (pipe(pipeFds) != 0) std::abort();
-    // Memory this process freed but still holds would let a child reuse resident pages that
-    // another phase paid for; it goes back first, so each phase starts alike.
     malloc_trim(0);
     const pid_t child = fork();
     if (child == 0) {
         close(pipeFds[0]);
-        ResetPeak();
-        const long start = StatusKiB("VmRSS:");
-        const auto t0 = std::chrono::steady_clock::now();
-        const bool ok = phase();
-        const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
-        Sample sample{ok ? seconds : -1.0, StatusKiB("VmHWM:") - start};
-        if (write(pipeFds[1], &sample, sizeof sample) != sizeof sample) _exit(2);
+        const std::optional<T> result = body();
+        if (!result || write(pipeFds[1], &*result, sizeof(T)) != sizeof(T)) _exit(2);
         _exit(0);
     }
     close(pipeFds[1]);
-    Sample sample{-1.0, 0};
-    if (read(pipeFds[0], &sample, sizeof sample) != sizeof sample) sample.seconds = -1.0;
+    T result{};
+    const bool ok = read(pipeFds[0], &result, sizeof result) == sizeof result;
     close(pipeFds[0]);
     int status = 0;
     waitpid(child, &status, 0);
-    return sample;
+    return ok ? std::optional<T>(result) : std::nullopt;
+}
+
+// Runs `phase` in a child: its wall time and how far its resident memory rose above the start.
+std::optional<Sample> RunInChild(const std::function<bool()>& phase) {
+    return InChild<Sample>([&]() -> std::optional<Sample> {
+        ResetPeak();
+        const long start = StatusKiB("VmRSS:");
+        const auto t0 = std::chrono::steady_clock::now();
+        if (!phase()) return std::nullopt;
+        const double seconds =
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
+        return Sample{seconds, StatusKiB("VmHWM:") - start};
+    });
+}
+
+// No run starts with another's output still on the disk being written back or freed.
+void StartAlike(const fs::path& output) {
+    std::error_code ignored;
+    fs::remove(output, ignored);
+    sync();
 }
 
 struct Phase {
@@ -93,16 +114,14 @@ std::vector<Sample> Measure(const std::vector<Phase>& phases, const fs::path& ou
     std::vector<long> peaks(phases.size(), 0);
     for (int i = 0; i < kRuns; ++i) {
         for (size_t p = 0; p < phases.size(); ++p) {
-            std::error_code ignored;
-            fs::remove(output, ignored);
-            sync();
-            const Sample s = RunInChild(phases[p].run);
-            if (s.seconds < 0) {
+            StartAlike(output);
+            const std::optional<Sample> s = RunInChild(phases[p].run);
+            if (!s) {
                 std::fprintf(stderr, "settings_io_bench: %s failed\n", phases[p].name);
                 std::exit(1);
             }
-            times[p].push_back(s.seconds);
-            peaks[p] = std::max(peaks[p], s.peakKiB);
+            times[p].push_back(s->seconds);
+            peaks[p] = std::max(peaks[p], s->peakKiB);
         }
     }
     std::vector<Sample> samples;
@@ -148,67 +167,55 @@ void PrintSteps(const ModuleLoader& loader, const fs::path& input, const fs::pat
     constexpr size_t kCount = sizeof kSteps / sizeof kSteps[0];
     std::vector<std::vector<double>> times(kCount);
     for (int run = 0; run < kRuns; ++run) {
-        std::error_code ignored;
-        fs::remove(output, ignored);
-        sync();
-        int pipeFds[2];
-        if (pipe(pipeFds) != 0) std::abort();
-        malloc_trim(0);
-        const pid_t child = fork();
-        if (child == 0) {
-            close(pipeFds[0]);
-            double laps[kCount] = {};
-            size_t step = 0;
-            using Clock = std::chrono::steady_clock;
-            auto start = Clock::now();
-            const auto lap = [&] {
-                const auto now = Clock::now();
-                laps[step++] = std::chrono::duration<double>(now - start).count();
-                start = now;
-            };
-            ZebXMLDocument in, out;
-            std::string message;
-            if (!LoadSettingsFile(input.string(), in, message)) _exit(2);
-            lap();
-            std::vector<std::unique_ptr<RuleHandle>> rules;
-            loader.SetXMLDoc(&in);
-            for (const auto& node : SettingsRuleElements(in))
-                if (CZebRule* rule = RecreateRule(loader, node.get()))
-                    rules.push_back(std::make_unique<RuleHandle>(loader, rule));
-            lap();
-            in.Clear();
-            lap();
-            const UnitSetting from{0, 0}, to{3, 0};
-            for (const auto& rule : rules) (*rule)->ConvertUnits(&from, &to);
-            lap();
-            std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(out, 3));
-            loader.SetXMLDoc(&out);
-            for (const auto& rule : rules) {
-                std::unique_ptr<ZebXMLNode> exported((*rule)->ExportToXML());
-                if (exported) parent->AppendNode(exported.get());
-            }
-            lap();
-            std::thread release([&rules] { rules.clear(); });
-            if (!SaveSettingsFile(out, output.string(), message)) _exit(2);
-            release.join();
-            lap();
-            out.Clear();
-            lap();
-            loader.SetXMLDoc(nullptr);
-            if (write(pipeFds[1], laps, sizeof laps) != sizeof laps) _exit(2);
-            _exit(0);
-        }
-        close(pipeFds[1]);
-        double laps[kCount] = {};
-        const bool ok = read(pipeFds[0], laps, sizeof laps) == sizeof laps;
-        close(pipeFds[0]);
-        int status = 0;
-        waitpid(child, &status, 0);
-        if (!ok) {
+        StartAlike(output);
+        const auto laps =
+            InChild<std::array<double, kCount>>([&]() -> std::optional<std::array<double, kCount>> {
+                std::array<double, kCount> laps{};
+                size_t step = 0;
+                using Clock = std::chrono::steady_clock;
+                auto start = Clock::now();
+                const auto lap = [&] {
+                    const auto now = Clock::now();
+                    laps[step++] = std::chrono::duration<double>(now - start).count();
+                    start = now;
+                };
+                ZebXMLDocument in, out;
+                std::string message;
+                if (!LoadSettingsFile(input.string(), in, message)) return std::nullopt;
+                lap();
+                std::vector<std::unique_ptr<RuleHandle>> rules;
+                loader.SetXMLDoc(&in);
+                for (const auto& node : SettingsRuleElements(in))
+                    if (CZebRule* rule = RecreateRule(loader, node.get()))
+                        rules.push_back(std::make_unique<RuleHandle>(loader, rule));
+                lap();
+                in.Clear();
+                lap();
+                const UnitSetting from{0, 0}, to{3, 0};
+                for (const auto& rule : rules) (*rule)->ConvertUnits(&from, &to);
+                lap();
+                std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(out, 3));
+                loader.SetXMLDoc(&out);
+                for (const auto& rule : rules) {
+                    std::unique_ptr<ZebXMLNode> exported((*rule)->ExportToXML());
+                    if (exported) parent->AppendNode(exported.get());
+                }
+                lap();
+                std::thread release([&rules] { rules.clear(); });
+                const bool saved = SaveSettingsFile(out, output.string(), message);
+                release.join();
+                if (!saved) return std::nullopt;
+                lap();
+                out.Clear();
+                lap();
+                loader.SetXMLDoc(nullptr);
+                return laps;
+            });
+        if (!laps) {
             std::fprintf(stderr, "settings_io_bench: the steps failed\n");
             std::exit(1);
         }
-        for (size_t i = 0; i < kCount; ++i) times[i].push_back(laps[i]);
+        for (size_t i = 0; i < kCount; ++i) times[i].push_back((*laps)[i]);
     }
     std::printf("  steps of convert (medians):");
     for (size_t i = 0; i < kCount; ++i) {
