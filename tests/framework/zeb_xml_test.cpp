@@ -13,6 +13,7 @@
 
 #include "framework/text_convert.h"
 #include "tests/support/file_bytes.h"
+#include "tests/support/scoped_temp_dir.h"
 
 namespace {
 template <class T>
@@ -155,10 +156,8 @@ TEST(ZebXml, TextConvertsExactlyBothWays) {
 // holds exactly the document, and a write that fails partway (the file may not grow past 2 MB)
 // leaves the old file as it was and nothing else behind.
 TEST(ZebXml, ALargeDocumentIsSavedWholeOrNotAtAll) {
-    const auto dir = std::filesystem::temp_directory_path() / "zeb_xml_save_large";
-    std::filesystem::remove_all(dir);
-    std::filesystem::create_directories(dir);
-    const auto target = dir / "settings.xml";
+    const ScopedTempDir dir("zeb_xml_save_large");
+    const auto target = dir.Path() / "settings.xml";
     ZebXMLDocument doc;
     auto top = Own(doc.CreateDocumentElement(L"Parameter"));
     ASSERT_TRUE(top->AppendElements1("Value", 80000, [](size_t i, ZebXMLElementText& text) {
@@ -189,9 +188,9 @@ TEST(ZebXml, ALargeDocumentIsSavedWholeOrNotAtAll) {
     EXPECT_NE(error.find(L"cannot write"), std::wstring::npos) << ToUtf8(error);
     EXPECT_EQ(FileBytes(target), whole);
     size_t files = 0;
-    for (auto& entry : std::filesystem::directory_iterator(dir)) files += entry.is_regular_file();
+    for (auto& entry : std::filesystem::directory_iterator(dir.Path()))
+        files += entry.is_regular_file();
     EXPECT_EQ(files, 1u);
-    std::filesystem::remove_all(dir);
 }
 
 TEST(ZebXml, SaveReplacesAWholeFileOrNothing) {
