@@ -17,6 +17,7 @@
 #include <sstream>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include "framework/file_beside.h"
 #include "framework/hand_off.h"
@@ -262,11 +263,11 @@ struct AttributeEscapes {
     constexpr AttributeEscapes() {
         for (int c = 0; c < 0x20; ++c) how[c] = 2;
         how[0] = 3;
-        how['&'] = how['<'] = how['>'] = how['"'] = 1;
-        text['&'] = "&amp;";
-        text['<'] = "&lt;";
-        text['>'] = "&gt;";
-        text['"'] = "&quot;";
+        for (const auto& [c, reference] : {std::pair{'&', "&amp;"}, std::pair{'<', "&lt;"},
+                                           std::pair{'>', "&gt;"}, std::pair{'"', "&quot;"}}) {
+            how[static_cast<unsigned char>(c)] = 1;
+            text[static_cast<unsigned char>(c)] = reference;
+        }
     }
 };
 constexpr AttributeEscapes kEscapes;

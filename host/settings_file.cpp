@@ -259,13 +259,11 @@ bool RewriteAndWrite(const ModuleLoader& loader, ZebXMLDocument& input, std::opt
     ZebXMLDocument output;
     std::vector<RuleHandle> spent;
     if (!RewriteRules(loader, input, toUnit, output, &spent)) return false;
-    std::optional<std::thread> release;
+    std::optional<std::jthread> release;  // joined on every way out
     try {
         release.emplace([&spent] { spent.clear(); });
     } catch (const std::system_error&) {
         spent.clear();  // no thread to be had: let go of here instead
     }
-    const bool written = WriteSettingsFile(output, path);
-    if (release) release->join();
-    return written;
+    return WriteSettingsFile(output, path);
 }

@@ -128,7 +128,7 @@ TEST(ZebXml, ParseFailuresSayWhere) {
 // Text crosses between UTF-8 and wide text exactly: ASCII runs, names beyond ASCII after an ASCII
 // start, characters beyond the basic plane, and broken sequences as U+FFFD.
 TEST(ZebXml, TextConvertsExactlyBothWays) {
-    for (const std::wstring text : {std::wstring(L"M8X123-ISO4017"), std::wstring(L"Mutter DIN 934 \u2013 Stahl"),
+    for (const std::wstring& text : {std::wstring(L"M8X123-ISO4017"), std::wstring(L"Mutter DIN 934 \u2013 Stahl"),
                                     std::wstring(L"\u00c4u\u00dfere Scheibe"), std::wstring(L"gear \U0001F527 12"),
                                     std::wstring()})
         EXPECT_EQ(FromUtf8(ToUtf8(text)), text);
