@@ -49,6 +49,12 @@ long StatusKiB(const char* field) {
 // Starts the peak over from the memory held now.
 void ResetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
 
+// The middle of `times`, which it sorts.
+double Median(std::vector<double>& times) {
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
 struct Sample {
     double seconds;
     long peakKiB;
@@ -125,10 +131,7 @@ std::vector<Sample> Measure(const std::vector<Phase>& phases, const fs::path& ou
         }
     }
     std::vector<Sample> samples;
-    for (size_t p = 0; p < phases.size(); ++p) {
-        std::sort(times[p].begin(), times[p].end());
-        samples.push_back({times[p][times[p].size() / 2], peaks[p]});
-    }
+    for (size_t p = 0; p < phases.size(); ++p) samples.push_back({Median(times[p]), peaks[p]});
     return samples;
 }
 
@@ -218,11 +221,8 @@ void PrintSteps(const ModuleLoader& loader, const fs::path& input, const fs::pat
         for (size_t i = 0; i < kCount; ++i) times[i].push_back((*laps)[i]);
     }
     std::printf("  steps of convert (medians):");
-    for (size_t i = 0; i < kCount; ++i) {
-        std::sort(times[i].begin(), times[i].end());
-        std::printf(" %s %.4f s%s", kSteps[i], times[i][times[i].size() / 2],
-                    i + 1 < kCount ? "," : "\n");
-    }
+    for (size_t i = 0; i < kCount; ++i)
+        std::printf(" %s %.4f s%s", kSteps[i], Median(times[i]), i + 1 < kCount ? "," : "\n");
 }
 
 void Print(const char* what, const Sample& s, const Sample& floor) {

@@ -42,6 +42,9 @@ struct alignas(8) Header {
     Chunk* chunk;
 };
 
+// Blocks follow the chunk's count, each starting with its header.
+static_assert(sizeof(Chunk) % alignof(Header) == 0);
+
 void Release(Chunk* chunk) noexcept { ::munmap(chunk, kChunkBytes); }
 
 void Drop(Chunk* chunk, uint64_t count) noexcept {
@@ -70,7 +73,7 @@ struct Cutter {
         if (memory == MAP_FAILED) throw std::bad_alloc();
         Retire();
         chunk = new (memory) Chunk{{kHeld}};
-        next = static_cast<char*>(memory) + sizeof(Header) * 2;
+        next = static_cast<char*>(memory) + sizeof(Chunk);
         end = static_cast<char*>(memory) + kChunkBytes;
     }
 };

@@ -228,8 +228,6 @@ struct ZebXMLDocument::Impl {
 
 std::wstring ZebXMLNode::GetName() const { return FromUtf8(Wrap(m_node).name()); }
 
-const char* ZebXMLNode::GetName1() const { return Wrap(m_node).name(); }
-
 bool ZebXMLNode::AddAttribute(const std::wstring& name, const std::wstring& value) {
     return AddAttribute1(ToUtf8(name).c_str(), ToUtf8(value).c_str());
 }
@@ -504,7 +502,7 @@ void ZebXMLNode::GetChildElementsByName1(const std::string_view* names, size_t c
         const char* name = c.name();
         for (size_t i = 0; i < count; ++i) {
             if (IsName(name, names[i])) {
-                // Only elements have names here: no declarations or instructions are read.
+                // Declarations and processing instructions have names too; only elements count.
                 if (c.type() == pugi::node_element)
                     lists[i].emplace_back(m_doc, c.internal_object());
                 break;

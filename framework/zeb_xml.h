@@ -24,8 +24,6 @@ public:
     ZebXMLNode(ZebXMLDocument* doc, pugi::xml_node_struct* node) : m_doc(doc), m_node(node) {}
 
     std::wstring GetName() const;
-    // The UTF-8 name as the document holds it, for comparing with names fixed in the code.
-    const char* GetName1() const;
     ZebXMLDocument* GetOwnerDocument() const { return m_doc; }
 
     // Sets the attribute, appending it after the existing ones when it is new.
@@ -80,8 +78,6 @@ public:
                                  std::vector<ZebXMLNode>* lists) const;
     // Null for the document element and for detached elements.
     ZebXMLNode* GetParentNode() const;
-
-    pugi::xml_node_struct* Internal() const { return m_node; }
 
 private:
     ZebXMLDocument* m_doc;

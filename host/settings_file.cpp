@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <system_error>
 #include <thread>
@@ -174,7 +173,7 @@ std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& do
     std::vector<std::unique_ptr<ZebXMLNode>> rules;
     std::unique_ptr<ZebXMLNode> root(doc.GetDocumentElement());
     if (!root) return rules;
-    if (std::strcmp(root->GetName1(), "Rule") == 0) {
+    if (root->GetName() == L"Rule") {
         rules.push_back(std::move(root));
         return rules;
     }
@@ -191,7 +190,7 @@ std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& do
             continue;
         }
         std::unique_ptr<ZebXMLNode> node((*level.children)[level.next++]);
-        if (std::strcmp(node->GetName1(), "Rule") == 0)
+        if (node->GetName() == L"Rule")
             rules.push_back(std::move(node));
         else
             stack.push_back({std::unique_ptr<ZebXMLNodeList>(node->GetChildElements())});

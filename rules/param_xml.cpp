@@ -135,7 +135,7 @@ void ReadDeviation(ZebXMLNode& criteria, const std::wstring& name, ZebDeviationM
 }
 
 // The integer text of `child`; 0 when there is none.
-int ChildInt(const ZebXMLNode* child) {
+int ChildInt(const std::optional<ZebXMLNode>& child) {
     int value = 0;
     if (child && !child->GetNodeValueInInt(value)) value = 0;
     return value;
@@ -260,7 +260,7 @@ void ReadTyped(ZebXMLNode* ruleNode, ZebTypedParam<T>& p) {
     NodePtr node = FindParameterNode(ruleNode, p.id);
     if (!node) return;
     ParameterChildren children(*node);
-    p.op = ChildInt(children.op ? &*children.op : nullptr);
+    p.op = ChildInt(children.op);
     if (!children.options.empty()) {
         p.opOptions.RemoveAll();
         for (const ZebXMLNode& option : children.options) {
@@ -269,7 +269,7 @@ void ReadTyped(ZebXMLNode* ruleNode, ZebTypedParam<T>& p) {
             p.opOptions.Add(static_cast<int32_t>(code));
         }
     }
-    p.kind = ChildInt(children.kind ? &*children.kind : nullptr);
+    p.kind = ChildInt(children.kind);
     std::wstring status;
     p.status = !(node->GetAttributeValue(L"Status", status) && status == L"0");
 
