@@ -542,6 +542,9 @@ void CRuleSetEditor::ConfigureCurrentRule() {
     ConfigureResult result = ConfigureResult::Cancel;
     Change(tr("Configure %1").arg(m_table->item(row, kRuleColumn)->text()),
            [&] { result = m_document.Configure(static_cast<size_t>(row)); });
+    // The keyboard goes on in the list, whoever activates windows after a dialog.
+    activateWindow();
+    m_table->setFocus();
     if (result == ConfigureResult::NoDialog) ShowProblem(tr("This rule has no dialog to configure it.").toStdString());
     if (result == ConfigureResult::NotRead)
         ShowProblem(tr("No rule of this module reads this rule; it is kept as it stands.").toStdString());
