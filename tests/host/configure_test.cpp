@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLabel>
+#include <QTranslator>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -161,4 +162,27 @@ TEST_F(ConfigureTest, TheHostNamesTheDatabaseFolderTheUserDidNot) {
     std::string error;
     ASSERT_TRUE(loader.Load(VANTOR_BUILD_DIR "/lib/vantor", error)) << error;
     EXPECT_EQ(fs::path(std::getenv("VANTOR_DATABASE_DIR")), folder.Folder());
+}
+
+// configure shows a rule's dialog with Qt's buttons in the user's language, as the editor does.
+TEST_F(ConfigureTest, TheButtonsSpeakTheUsersLanguage) {
+    // The module keeps the language it started in for the process; it starts in English here,
+    // as for every other test.
+    ModuleLoader english;
+    std::string error;
+    ASSERT_TRUE(english.Load(VANTOR_BUILD_DIR "/lib/vantor", error)) << error;
+    ScopedEnv german{"LANG", "de_DE.UTF-8"};
+    QString cancel;
+    WhenModalOpen<CZEBRuleDlgBase>([&cancel](CZEBRuleDlgBase& dialog) {
+        auto* button = qobject_cast<QPushButton*>(dialog.GetDlgItem(CZEBRuleDlgBase::kIdCancel));
+        cancel = button->text();
+        button->click();
+    });
+    const int status = Configure("Fastener Clearance");
+    for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>()) {
+        QCoreApplication::removeTranslator(translator);
+        delete translator;
+    }
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(cancel.remove('&'), "Abbrechen");
 }
