@@ -9,6 +9,7 @@
 #include "framework/text_convert.h"
 #include "framework/ui/rule_dlg_base.h"
 #include "framework/zeb_rule.h"
+#include "host/host_translations.h"
 #include "host/screenshot.h"
 
 namespace {
@@ -73,6 +74,7 @@ int ConfigureSettings(const CommandArgs& args) {
     static char* argv[] = {name, nullptr};
     std::unique_ptr<QApplication> application;
     if (!QApplication::instance()) application = std::make_unique<QApplication>(argc, argv);
+    InstallEditorTranslations(*QCoreApplication::instance());
     bool pictured = false;
     if (!args.screenshot.empty()) PictureNextModalDialog(args.screenshot, pictured);
     const ConfigureResult result = ConfigureRuleElement(loader, element.get());

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "database/service/data_helper.h"
+#include "framework/folder_check.h"
 #include "framework/location_helper.h"
 #include "framework/text_convert.h"
 
@@ -16,6 +18,15 @@ bool Resolve(void* handle, const char* name, Fn& fn, std::string& error) {
     return fn != nullptr;
 }
 }  // namespace
+
+void NameDefaultDatabaseFolder() {
+    if (const char* named = std::getenv("VANTOR_DATABASE_DIR"); named && *named) return;
+    // The module adds names only to a database folder it is told of; the framework tells it of
+    // the user's own, made with its parents on a new account.
+    const std::wstring folder = zeb_db::ZEBDataHelper::GetDatabaseFolder();
+    ZebCreateFolderWithParents(folder);
+    ::setenv("VANTOR_DATABASE_DIR", ToUtf8(folder).c_str(), 1);
+}
 
 ModuleLoader::~ModuleLoader() {
     if (m_module) {
@@ -50,6 +61,7 @@ bool ModuleLoader::Load(const std::string& folder, std::string& error) {
     LaunchFastenerDatabaseDlg =
         reinterpret_cast<LaunchFastenerDatabaseDlgFn>(dlsym(m_module, "LaunchFastenerDatabaseDlg"));
 
+    NameDefaultDatabaseFolder();
     // The framework loads the database module before any rule and tells the module about it.
     const std::string databasePath = folder + "/" + kDatabaseModuleFile;
     std::list<std::wstring> databases;

@@ -47,6 +47,10 @@ private:
     std::string m_databaseError;
 };
 
+// Sets VANTOR_DATABASE_DIR to the user's database folder (creating it) when it names none, as the
+// framework does before it loads a module. Load calls it.
+void NameDefaultDatabaseFolder();
+
 // Owns a rule made by the module and gives it back through DeleteRule.
 class RuleHandle {
 public:

@@ -119,19 +119,31 @@ void AppendDefaultRules(const ModuleLoader& loader, ZebXMLNode* parent, int unit
     ZebArray<CZebRule*> rules;
     loader.GetAllRules(&rules);
     // Defaults are millimetres; a document in another unit gets them converted.
-    const UnitSetting from{0, 0};
-    const UnitSetting to{unit, 0};
     for (CZebRule* made : rules) {
         RuleHandle rule(loader, made);
-        if (unit != 0) rule->ConvertUnits(&from, &to);
+        GiveRuleUnits(*rule.get(), 0, unit);
         std::unique_ptr<ZebXMLNode> exported(rule->ExportToXML());
         if (exported) parent->AppendNode(exported.get());
     }
 }
 
+void GiveRuleUnits(CZebRule& rule, int valuesUnit, int documentUnit) {
+    // Rules that read no unit of their own would otherwise name millimetres in their summaries
+    // and dialogs whatever unit their values are in. A rule already in the document's unit is
+    // left alone: a change of unit may rebuild its summary.
+    if (valuesUnit == documentUnit && rule.CurrentUnits.LengthUnit == documentUnit) return;
+    const UnitSetting from{valuesUnit, rule.CurrentUnits.SecondUnit};
+    const UnitSetting to{documentUnit, rule.CurrentUnits.SecondUnit};
+    rule.ConvertUnits(&from, &to);
+}
+
 CZebRule* RecreateRule(const ModuleLoader& loader, ZebXMLNode* node) {
     CZebRule* made = nullptr;
     loader.GetRule(node, &made);
+    if (made) {
+        const int unit = ZebParentUnitAttribute(node);
+        GiveRuleUnits(*made, unit, unit);
+    }
     return made;
 }
 

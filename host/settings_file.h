@@ -46,6 +46,11 @@ bool WriteSettingsFile(const ZebXMLDocument& doc, const std::string& path);
 // The same, with the reason handed back instead of printed.
 bool SaveSettingsFile(const ZebXMLDocument& doc, const std::string& path, std::string& message);
 
+// What the framework does with every rule it makes: the rule learns the unit of the document,
+// its values converted from `valuesUnit` (the same unit for a rule read from the document,
+// millimetres for one at its defaults).
+void GiveRuleUnits(CZebRule& rule, int valuesUnit, int documentUnit);
+
 // Every rule of the module at its defaults, in creation order, appended to `parent` with its
 // lengths converted from millimetres to `unit`. The module's settings document must be
 // `parent`'s.
@@ -59,7 +64,8 @@ std::string UnconvertibleRule(const std::string& name, int from, int to);
 std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& doc);
 
 // The rule the module recreates from a "Rule" element (owned by the caller, returned through
-// the module's DeleteRule); null when no rule of the module has that name.
+// the module's DeleteRule), in the unit of the element's parent; null when no rule of the module
+// has that name.
 CZebRule* RecreateRule(const ModuleLoader& loader, ZebXMLNode* node);
 // The "Name" attribute of a "Rule" element, for messages.
 std::string RuleElementName(ZebXMLNode* node);

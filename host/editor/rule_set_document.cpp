@@ -1,6 +1,7 @@
 #include "host/editor/rule_set_document.h"
 
 #include <cwchar>
+#include <filesystem>
 
 #include "framework/case_fold.h"
 #include "framework/settings_format.h"
@@ -14,6 +15,23 @@ int UnitAttribute(const ZebXMLNode& element) {
     std::wstring unit;
     if (!element.GetAttributeValue(L"Unit", unit)) return 0;
     return static_cast<int>(std::wcstol(unit.c_str(), nullptr, 10));
+}
+
+// The root the host writes; a file with another root was written by something else.
+constexpr const wchar_t* kSettingsRoot = L"VantorSettings";
+
+// The rule as the module writes it, as text: what tells whether a dialog changed anything.
+std::string ExportedText(CZebRule& rule) {
+    ZebXMLDocument holder;
+    std::unique_ptr<ZebXMLNode> root(holder.CreateDocumentElement(L"Rules"));
+    std::unique_ptr<ZebXMLNode> exported(rule.ExportToXML());
+    if (exported) root->AppendNode(exported.get());
+    return holder.GetXML();
+}
+
+bool SameFile(const std::string& a, const std::string& b) {
+    std::error_code ec;
+    return a == b || std::filesystem::equivalent(a, b, ec);
 }
 }  // namespace
 
@@ -43,6 +61,7 @@ void CRuleSetDocument::Take(std::unique_ptr<ZebXMLDocument> doc, std::string pat
     }
     m_path = std::move(path);
     m_modified = false;
+    m_readOnly = false;
 }
 
 void CRuleSetDocument::New(int unit) {
@@ -53,14 +72,24 @@ void CRuleSetDocument::New(int unit) {
     Take(std::move(doc), {});
 }
 
-bool CRuleSetDocument::Open(const std::string& path, std::string& message) {
+CRuleSetDocument::OpenResult CRuleSetDocument::Open(const std::string& path, std::string& message,
+                                                    bool readOnlyIfForeign) {
     auto doc = std::make_unique<ZebXMLDocument>();
-    if (!LoadSettingsFile(path, *doc, message)) return false;
+    if (!LoadSettingsFile(path, *doc, message)) return OpenResult::Unreadable;
+    std::unique_ptr<ZebXMLNode> root(doc->GetDocumentElement());
+    const bool foreign = !root || root->GetName() != kSettingsRoot;
+    if (foreign && !readOnlyIfForeign) {
+        message = path + ": not a settings document (its root element is <" + (root ? ToUtf8(root->GetName()) : "") +
+                  ">, not <" + ToUtf8(kSettingsRoot) + ">)";
+        return OpenResult::NotSettings;
+    }
+    root.reset();
     Take(std::move(doc), path);
-    return true;
+    m_readOnly = foreign;
+    return OpenResult::Opened;
 }
 
-bool CRuleSetDocument::Save(const std::string& path, std::string& message) {
+bool CRuleSetDocument::WriteBackChangedRules(std::string& message) {
     m_module.SetXMLDoc(m_doc.get());
     for (StoredRule& stored : m_rules) {
         if (!stored.changed) continue;
@@ -73,10 +102,44 @@ bool CRuleSetDocument::Save(const std::string& path, std::string& message) {
         stored.element = std::move(exported);
         stored.changed = false;
     }
-    if (!SaveSettingsFile(*m_doc, path, message)) return false;
+    return true;
+}
+
+bool CRuleSetDocument::Save(const std::string& path, std::string& message) {
+    if (m_readOnly && SameFile(path, m_path)) {
+        message = m_path + " is not a settings document and is not written over; save the rules under another name";
+        return false;
+    }
+    if (!WriteBackChangedRules(message) || !SaveSettingsFile(*m_doc, path, message)) return false;
     m_path = path;
     m_modified = false;
+    m_readOnly = false;
     return true;
+}
+
+std::string CRuleSetDocument::Snapshot() {
+    std::string ignored;
+    WriteBackChangedRules(ignored);  // a rule that cannot be written keeps its old element
+    return m_doc->GetXML();
+}
+
+bool CRuleSetDocument::Restore(const std::string& snapshot, std::string& message) {
+    auto doc = std::make_unique<ZebXMLDocument>();
+    std::wstring error;
+    if (!doc->LoadXML(snapshot, error)) {
+        message = ToUtf8(error);
+        return false;
+    }
+    const bool modified = m_modified, readOnly = m_readOnly;
+    Take(std::move(doc), m_path);
+    m_modified = modified;
+    m_readOnly = readOnly;
+    return true;
+}
+
+const CZebRule* CRuleSetDocument::Rule(size_t row) const {
+    const StoredRule& stored = m_rules.at(row);
+    return stored.rule ? stored.rule->get() : nullptr;
 }
 
 int CRuleSetDocument::Unit() const {
@@ -105,8 +168,10 @@ ConfigureResult CRuleSetDocument::Configure(size_t row) {
     StoredRule& stored = m_rules.at(row);
     if (!stored.rule) return ConfigureResult::NotRead;
     m_module.SetXMLDoc(m_doc.get());
-    const ConfigureResult result = ConfigureRule(*stored.rule->get());
-    if (result == ConfigureResult::Ok) stored.changed = m_modified = true;
+    CZebRule& rule = *stored.rule->get();
+    const std::string before = ExportedText(rule);
+    const ConfigureResult result = ConfigureRule(rule);
+    if (result == ConfigureResult::Ok && ExportedText(rule) != before) stored.changed = m_modified = true;
     return result;
 }
 
@@ -124,12 +189,7 @@ std::unique_ptr<RuleHandle> CRuleSetDocument::DefaultRule(const std::wstring& na
         auto handle = std::make_unique<RuleHandle>(m_module, rule);
         if (!found && ZebEqualsNoCase(rule->Name, name)) found = std::move(handle);
     }
-    if (found && unit != 0) {
-        // Defaults are millimetres.
-        const UnitSetting from{0, 0};
-        const UnitSetting to{unit, 0};
-        (*found)->ConvertUnits(&from, &to);
-    }
+    if (found) GiveRuleUnits(*found->get(), 0, unit);  // defaults are millimetres
     return found;
 }
 
@@ -147,25 +207,95 @@ std::vector<std::pair<std::wstring, std::wstring>> CRuleSetDocument::MissingRule
     return missing;
 }
 
-bool CRuleSetDocument::AddRule(const std::wstring& name) {
-    std::unique_ptr<ZebXMLNode> parent = RulesParent();
-    if (!parent) {
-        // A document without a rules element gets one, in the framework's shape.
-        std::unique_ptr<ZebXMLNode> root(m_doc->GetDocumentElement());
-        if (!root) {
-            parent.reset(StartSettingsDocument(*m_doc, 0));
-        } else {
-            parent.reset(root->AppendNode(L"AssemblyRules"));
-            parent->AddAttribute(L"Unit", L"0");
-        }
-    }
-    std::unique_ptr<RuleHandle> rule = DefaultRule(name, UnitAttribute(*parent));
-    if (!rule) return false;
+std::unique_ptr<ZebXMLNode> CRuleSetDocument::RulesParentMade() {
+    if (std::unique_ptr<ZebXMLNode> parent = RulesParent()) return parent;
+    // A document without a rules element gets one, in the framework's shape.
+    std::unique_ptr<ZebXMLNode> root(m_doc->GetDocumentElement());
+    if (!root) return std::unique_ptr<ZebXMLNode>(StartSettingsDocument(*m_doc, 0));
+    std::unique_ptr<ZebXMLNode> parent(root->AppendNode(L"AssemblyRules"));
+    parent->AddAttribute(L"Unit", L"0");
+    return parent;
+}
+
+bool CRuleSetDocument::AppendRule(std::unique_ptr<RuleHandle> rule, ZebXMLNode& parent) {
     m_module.SetXMLDoc(m_doc.get());
     std::unique_ptr<ZebXMLNode> exported((*rule)->ExportToXML());
-    if (!exported || !parent->AppendNode(exported.get())) return false;
+    if (!exported || !parent.AppendNode(exported.get())) return false;
     m_rules.push_back({std::move(exported), std::move(rule), false});
     m_modified = true;
+    return true;
+}
+
+bool CRuleSetDocument::AddRule(const std::wstring& name) {
+    std::unique_ptr<ZebXMLNode> parent = RulesParentMade();
+    std::unique_ptr<RuleHandle> rule = DefaultRule(name, UnitAttribute(*parent));
+    return rule && AppendRule(std::move(rule), *parent);
+}
+
+int CRuleSetDocument::FindRule(const std::wstring& name) const {
+    for (size_t row = 0; row < m_rules.size(); ++row)
+        if (m_rules[row].rule && ZebEqualsNoCase((*m_rules[row].rule)->Name, name)) return static_cast<int>(row);
+    return -1;
+}
+
+bool CRuleSetDocument::SetSeverity(size_t row, int severity) {
+    StoredRule& stored = m_rules.at(row);
+    if (!stored.rule || severity < 1 || severity > 5) return false;
+    if ((*stored.rule)->Severity == severity) return true;
+    (*stored.rule)->Severity = severity;
+    stored.changed = m_modified = true;
+    return true;
+}
+
+bool CRuleSetDocument::RulesInFile(const std::string& path, std::vector<std::pair<std::wstring, std::wstring>>& rules,
+                                   int& unit, std::string& message) const {
+    ZebXMLDocument other;
+    if (!LoadSettingsFile(path, other, message)) return false;
+    m_module.SetXMLDoc(&other);
+    std::vector<std::unique_ptr<ZebXMLNode>> elements = SettingsRuleElements(other);
+    unit = elements.empty() ? 0 : ZebParentUnitAttribute(elements.front().get());
+    for (const std::unique_ptr<ZebXMLNode>& element : elements)
+        if (CZebRule* made = RecreateRule(m_module, element.get())) {
+            RuleHandle rule(m_module, made);
+            rules.emplace_back(rule->Name, rule->DisplayName);
+        }
+    m_module.SetXMLDoc(m_doc.get());
+    return true;
+}
+
+bool CRuleSetDocument::ImportRules(const std::string& path, const std::vector<std::wstring>& names,
+                                   std::string& message) {
+    ZebXMLDocument other;
+    if (!LoadSettingsFile(path, other, message)) return false;
+    const int unit = Unit();
+    std::vector<std::unique_ptr<RuleHandle>> read;
+    m_module.SetXMLDoc(&other);
+    for (const std::unique_ptr<ZebXMLNode>& element : SettingsRuleElements(other)) {
+        std::wstring name;
+        element->GetAttributeValue(L"Name", name);
+        bool chosen = false;
+        for (const std::wstring& wanted : names) chosen = chosen || ZebEqualsNoCase(wanted, name);
+        if (!chosen) continue;
+        if (CZebRule* made = RecreateRule(m_module, element.get())) {
+            GiveRuleUnits(*made, ZebParentUnitAttribute(element.get()), unit);
+            read.push_back(std::make_unique<RuleHandle>(m_module, made));
+        }
+    }
+    m_module.SetXMLDoc(m_doc.get());
+    std::unique_ptr<ZebXMLNode> parent = RulesParentMade();
+    for (std::unique_ptr<RuleHandle>& rule : read) {
+        const int row = FindRule((*rule)->Name);
+        if (row < 0) {
+            if (!AppendRule(std::move(rule), *parent)) {
+                message = "a rule of " + path + " could not be written";
+                return false;
+            }
+            continue;
+        }
+        StoredRule& stored = m_rules[static_cast<size_t>(row)];
+        stored.rule = std::move(rule);
+        stored.changed = m_modified = true;
+    }
     return true;
 }
 

@@ -4,23 +4,37 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLibraryInfo>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QSettings>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QTableWidget>
-#include <QTranslator>
+#include <QTemporaryDir>
+#include <QTextBrowser>
+#include <QUndoStack>
+#include <QVBoxLayout>
+#include <map>
 
+#include "app/help_topics.h"
 #include "database/service/data_helper.h"
+#include "framework/case_fold.h"
 #include "framework/location_helper.h"
 #include "framework/resource_library.h"
 #include "framework/text_convert.h"
 #include "framework/ui/ui_service.h"
 #include "framework/unit_convertor.h"
+#include "framework/zeb_rule.h"
+#include "host/param_text.h"
+#include "host/settings_diff.h"
 #include "resources/resource_file.h"
 #include "resources/string_ids.h"
 
@@ -28,6 +42,7 @@ namespace {
 constexpr int kMostRecent = 8;
 const char* const kRecentKey = "editor/recentFiles";
 const char* const kGeometryKey = "editor/geometry";
+const char* const kSplitterKey = "editor/splitter";
 enum Column { kRuleColumn, kSeverityColumn, kSummaryColumn, kColumns };
 
 QString Q(const std::wstring& text) { return QString::fromStdWString(text); }
@@ -35,18 +50,42 @@ QString Q(const std::string& text) { return QString::fromStdString(text); }
 
 QSettings EditorSettings() { return QSettings("Vantor", "vantor-rules"); }
 
+// The module's resource library of the user's language, else the English one; or the English one.
+// Looked up by folder each time, so that a change of language is seen.
+const CZebResourceLibrary* ModuleResources(bool english) {
+    static std::map<std::wstring, std::unique_ptr<CZebResourceLibrary>> loaded;
+    const std::wstring file = std::wstring(L"/") + kZebResourceFileName;
+    for (const std::wstring& folder : {english ? CLocationHelper::GetDefaultResPath() : CLocationHelper::GetLocalizedResPath(),
+                                       CLocationHelper::GetDefaultResPath()}) {
+        auto found = loaded.find(folder);
+        if (found == loaded.end())
+            found = loaded.emplace(folder, std::unique_ptr<CZebResourceLibrary>(CZebResourceLibrary::Load(folder + file))).first;
+        if (found->second) return found->second.get();
+    }
+    return nullptr;
+}
+
 // The severity names the rule dialogs show, from the module's resources in the user's language.
 QString SeverityName(int code) {
-    static const ZebStringId kIds[] = {IDS_SEVERITY_CRITICAL, IDS_SEVERITY_MAJOR,
-                                       IDS_SEVERITY_MODERATE, IDS_SEVERITY_MINOR, IDS_SEVERITY_INFO};
-    static const std::unique_ptr<CZebResourceLibrary> resources = [] {
-        const std::wstring file = std::wstring(L"/") + kZebResourceFileName;
-        CZebResourceLibrary* found = CZebResourceLibrary::Load(CLocationHelper::GetLocalizedResPath() + file);
-        if (!found) found = CZebResourceLibrary::Load(CLocationHelper::GetDefaultResPath() + file);
-        return std::unique_ptr<CZebResourceLibrary>(found);
-    }();
+    static const ZebStringId kIds[] = {IDS_SEVERITY_CRITICAL, IDS_SEVERITY_MAJOR, IDS_SEVERITY_MODERATE,
+                                       IDS_SEVERITY_MINOR, IDS_SEVERITY_INFO};
+    const CZebResourceLibrary* resources = ModuleResources(false);
     if (code < 1 || code > 5 || !resources) return {};
     return Q(resources->LoadString(kIds[code - 1]));
+}
+
+// The help section of the rule with the identity name `name`; the rule sets' section for others.
+std::wstring HelpTopic(const std::wstring& name) {
+    if (const CZebResourceLibrary* english = ModuleResources(true))
+        for (const ZebRuleHelpTopic& topic : kRuleHelpTopics)
+            if (ZebEqualsNoCase(english->LoadString(topic.nameId), name)) return topic.topic;
+    return kHelpTopicRuleSets;
+}
+
+std::wstring HelpFile() {
+    const std::wstring file = L"/vantor.html";
+    const std::wstring localized = CLocationHelper::GetLocalizedResPath() + file;
+    return QFileInfo::exists(Q(localized)) ? localized : CLocationHelper::GetDefaultResPath() + file;
 }
 
 // The menu's names of the unit codes, by code.
@@ -82,34 +121,134 @@ std::string ChooseSettingsFile(QWidget* parent, bool forSaving) {
     if (!ui || !ui->OpenFiles(parent, request, paths) || paths.empty()) return {};
     return ToUtf8(paths.front());
 }
+
+QString Escaped(const std::string& text) { return Q(text).toHtmlEscaped(); }
+
+// The rule's values as the details pane shows them: one line per parameter, a table's rows below
+// its line.
+QString DetailsHtml(const CZebRule& rule, const QString& unit) {
+    QString html = "<h3>" + Q(rule.DisplayName).toHtmlEscaped() + "</h3><p>" +
+                   CRuleSetEditor::tr("Severity: %1").arg(SeverityName(rule.Severity)).toHtmlEscaped() + "<br>" +
+                   CRuleSetEditor::tr("Lengths in %1").arg(unit).toHtmlEscaped() + "</p><p>" +
+                   Q(rule.Summary).toHtmlEscaped() + "</p><table cellspacing=\"0\" cellpadding=\"3\" border=\"1\">" +
+                   "<tr><th>" + CRuleSetEditor::tr("Parameter") + "</th><th>" + CRuleSetEditor::tr("Operator") +
+                   "</th><th>" + CRuleSetEditor::tr("Values") + "</th></tr>";
+    for (const CZebParamStorage* p : rule.ParamArray) {
+        html += "<tr><td>" + QString::number(p->GetParam()->id) + "</td><td>" + Escaped(ParamOperatorText(*p)) + "</td><td>";
+        if (const ZebTypedParam<ZebRow>* rows = p->As<ZebRow>()) {
+            html += CRuleSetEditor::tr("%n row(s)", nullptr, static_cast<int>(rows->values.GetSize()));
+            for (const ZebRow& row : rows->values) {
+                QStringList cells;
+                for (std::wstring_view cell : row) cells << QString::fromWCharArray(cell.data(), static_cast<qsizetype>(cell.size())).toHtmlEscaped();
+                html += "<br>" + cells.join(" | ");
+            }
+        } else {
+            html += Escaped(ParamValuesText(*p));
+        }
+        html += "</td></tr>";
+    }
+    return html + "</table>";
+}
+
+// Chooses rules from a list, all chosen at first; empty when cancelled.
+std::vector<std::wstring> ChooseRules(QWidget* parent, const QString& heading,
+                                      const std::vector<std::pair<std::wstring, std::wstring>>& rules) {
+    QDialog dialog(parent);
+    dialog.setWindowTitle(CRuleSetEditor::tr("Import Rules"));
+    auto* layout = new QVBoxLayout(&dialog);
+    auto* label = new QLabel(heading, &dialog);
+    label->setWordWrap(true);
+    auto* list = new QListWidget(&dialog);
+    list->setObjectName(CRuleSetEditor::kImportListName);
+    label->setBuddy(list);
+    for (const auto& [name, displayName] : rules) {
+        auto* item = new QListWidgetItem(Q(displayName), list);
+        item->setData(Qt::UserRole, Q(name));
+        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+        item->setCheckState(Qt::Checked);
+    }
+    list->setCurrentRow(0);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    layout->addWidget(label);
+    layout->addWidget(list);
+    layout->addWidget(buttons);
+    list->setFocus();
+    std::vector<std::wstring> chosen;
+    if (dialog.exec() != QDialog::Accepted) return chosen;
+    for (int i = 0; i < list->count(); ++i)
+        if (list->item(i)->checkState() == Qt::Checked) chosen.push_back(list->item(i)->data(Qt::UserRole).toString().toStdWString());
+    return chosen;
+}
 }  // namespace
 
-void InstallEditorTranslations(QCoreApplication& application) {
-    const QString language = Q(CLanguageUtil::GetVantorLang());
-    if (language == "en") return;
-    auto* own = new QTranslator(&application);
-    if (own->load("vantor_editor_" + language, Q(CLocationHelper::GetLocalizedResPath())))
-        application.installTranslator(own);
-    auto* qt = new QTranslator(&application);
-    if (qt->load("qtbase_" + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        application.installTranslator(qt);
-}
+// One change of the document, undone and redone as whole documents: every kind of change goes
+// back the same way, and a rule's values come back exactly as the module wrote them.
+class CSnapshotCommand : public QUndoCommand {
+public:
+    CSnapshotCommand(CRuleSetEditor& editor, const QString& text, std::string before, std::string after)
+        : QUndoCommand(text), m_editor(editor), m_before(std::move(before)), m_after(std::move(after)) {}
+    void undo() override { m_editor.Restore(m_before); }
+    void redo() override {
+        if (m_done) m_editor.Restore(m_after);
+        m_done = true;  // the change itself was made before the command was pushed
+    }
+
+private:
+    CRuleSetEditor& m_editor;
+    std::string m_before, m_after;
+    bool m_done = false;
+};
 
 CRuleSetEditor::CRuleSetEditor(const ModuleLoader& module, QWidget* parent)
     : QMainWindow(parent), m_module(module), m_document(module) {
     EnsureZebUiService();
+    m_undo = new QUndoStack(this);
+    connect(m_undo, &QUndoStack::cleanChanged, this, [this](bool clean) {
+        m_document.SetModified(!clean);
+        setWindowModified(!clean);
+    });
+
+    m_filter = new QLineEdit(this);
+    m_filter->setObjectName(kFilterName);
+    m_filter->setPlaceholderText(tr("Filter rules by name (Ctrl+F)"));
+    m_filter->setClearButtonEnabled(true);
+    connect(m_filter, &QLineEdit::textChanged, this, [this] { ApplyFilter(); });
+    // Down or Enter in the filter goes on to the first rule shown.
+    connect(m_filter, &QLineEdit::returnPressed, this, [this] { m_table->setFocus(); });
+
     m_table = new QTableWidget(0, kColumns, this);
     m_table->setObjectName(kTableName);
     m_table->setHorizontalHeaderLabels({tr("Rule"), tr("Severity"), tr("Summary")});
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_table->setTabKeyNavigation(false);  // Tab leaves the list for the details
     m_table->setWordWrap(false);
     m_table->verticalHeader()->hide();
     m_table->horizontalHeader()->setStretchLastSection(true);
     // Enter, and a double click, activate a row.
     connect(m_table, &QTableWidget::activated, this, [this] { ConfigureCurrentRule(); });
-    setCentralWidget(m_table);
+    connect(m_table, &QTableWidget::currentCellChanged, this, [this] { ShowDetails(); });
+
+    m_details = new QTextBrowser(this);
+    m_details->setObjectName(kDetailsName);
+    m_details->setOpenLinks(false);
+
+    auto* left = new QWidget(this);
+    auto* leftLayout = new QVBoxLayout(left);
+    leftLayout->setContentsMargins(0, 0, 0, 0);
+    leftLayout->addWidget(m_filter);
+    leftLayout->addWidget(m_table);
+    auto* splitter = new QSplitter(this);
+    splitter->addWidget(left);
+    splitter->addWidget(m_details);
+    splitter->setStretchFactor(0, 3);
+    splitter->setStretchFactor(1, 2);
+    setCentralWidget(splitter);
+    setTabOrder(m_filter, m_table);
+    setTabOrder(m_table, m_details);
 
     m_databaseLabel = new QLabel(this);
     m_unitLabel = new QLabel(this);
@@ -118,12 +257,11 @@ CRuleSetEditor::CRuleSetEditor(const ModuleLoader& module, QWidget* parent)
     BuildMenus();
 
     m_document.New(0);
-    Refresh();
-    m_table->setCurrentCell(0, 0);
-    // The keyboard works the table from the start: arrows choose a rule, Enter configures it.
-    m_table->setFocus();
-    const QByteArray geometry = EditorSettings().value(kGeometryKey).toByteArray();
-    if (geometry.isEmpty() || !restoreGeometry(geometry)) resize(960, 560);
+    Started();
+    const QSettings settings = EditorSettings();
+    const QByteArray geometry = settings.value(kGeometryKey).toByteArray();
+    if (geometry.isEmpty() || !restoreGeometry(geometry)) resize(1100, 600);
+    splitter->restoreState(settings.value(kSplitterKey).toByteArray());
 }
 
 CRuleSetEditor::~CRuleSetEditor() = default;
@@ -138,14 +276,36 @@ void CRuleSetEditor::BuildMenus() {
     file->addAction(tr("&Save"), QKeySequence::Save, this, [this] { SaveDocument(); });
     file->addAction(tr("Save &As..."), QKeySequence::SaveAs, this, [this] { SaveDocumentAs(); });
     file->addSeparator();
+    file->addAction(tr("&Import Rules from File..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I), this,
+                    [this] { ImportRulesFromFile(); });
+    file->addAction(tr("Co&mpare with File..."), QKeySequence(Qt::CTRL | Qt::Key_D), this, [this] { CompareWithFile(); });
+    file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
+
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    QAction* undo = m_undo->createUndoAction(this, tr("&Undo"));
+    undo->setShortcut(QKeySequence::Undo);
+    QAction* redo = m_undo->createRedoAction(this, tr("&Redo"));
+    redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    edit->addAction(undo);
+    edit->addAction(redo);
+    edit->addSeparator();
+    edit->addAction(tr("&Find Rule"), QKeySequence::Find, this, [this] {
+        m_filter->setFocus();
+        m_filter->selectAll();
+    });
 
     QMenu* rules = menuBar()->addMenu(tr("&Rules"));
     rules->addAction(tr("&Configure..."), QKeySequence(Qt::CTRL | Qt::Key_E), this,
                      [this] { ConfigureCurrentRule(); });
+    QMenu* severity = rules->addMenu(tr("&Severity"));
+    for (int code = 1; code <= 5; ++code)
+        severity->addAction(QString("&%1 %2").arg(code).arg(SeverityName(code)), QKeySequence(Qt::CTRL | (Qt::Key_0 + code)),
+                            this, [this, code] { SetCurrentSeverity(code); });
     m_addRuleMenu = rules->addMenu(tr("&Add Rule"));
-    rules->addAction(tr("&Remove Rule"), QKeySequence::Delete, this, [this] { RemoveCurrentRule(); });
-    rules->addAction(tr("Reset to &Defaults"), this, [this] { ResetCurrentRule(); });
+    rules->addAction(tr("&Remove Rule..."), QKeySequence::Delete, this, [this] { RemoveCurrentRule(); });
+    rules->addAction(tr("Reset to &Defaults..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R), this,
+                     [this] { ResetCurrentRule(); });
 
     QMenu* units = menuBar()->addMenu(tr("&Units"));
     m_units = new QActionGroup(this);
@@ -161,6 +321,10 @@ void CRuleSetEditor::BuildMenus() {
     QMenu* database = menuBar()->addMenu(tr("&Database"));
     QAction* fasteners = database->addAction(tr("&Fastener Database..."), this, [this] { OpenFastenerDatabase(); });
     fasteners->setEnabled(m_module.LaunchFastenerDatabaseDlg != nullptr);
+
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(tr("Help on the &Rule"), QKeySequence::HelpContents, this, [this] { ShowHelp(); });
+    help->addAction(tr("Rule &Sets"), this, [this] { ZebOpenHelp(this, HelpFile(), kHelpTopicRuleSets); });
 }
 
 void CRuleSetEditor::FillRecentMenu() {
@@ -176,11 +340,9 @@ void CRuleSetEditor::FillRecentMenu() {
 void CRuleSetEditor::FillAddRuleMenu() {
     m_addRuleMenu->clear();
     for (const auto& [name, displayName] : m_document.MissingRules())
-        m_addRuleMenu->addAction(Q(displayName), this, [this, name = name] {
-            if (m_document.AddRule(name)) {
-                Refresh();
-                m_table->setCurrentCell(m_table->rowCount() - 1, 0);
-            }
+        m_addRuleMenu->addAction(Q(displayName), this, [this, name = name, displayName = displayName] {
+            Change(tr("Add %1").arg(Q(displayName)), [&] { m_document.AddRule(name); });
+            ChooseRow(m_document.FindRule(name));
         });
     m_addRuleMenu->setEnabled(!m_addRuleMenu->isEmpty());
 }
@@ -212,6 +374,41 @@ void CRuleSetEditor::ShowRow(int row) {
     cell(kSummaryColumn, rule.known ? Q(rule.summary) : QString());
 }
 
+void CRuleSetEditor::ShowDetails() {
+    const int row = CurrentRow();
+    const CZebRule* rule = row >= 0 ? m_document.Rule(static_cast<size_t>(row)) : nullptr;
+    if (!rule) {
+        m_details->setHtml(row >= 0 ? tr("No rule of this module reads this rule; it is kept as it stands.").toHtmlEscaped()
+                                    : QString());
+        return;
+    }
+    m_details->setHtml(DetailsHtml(*rule, UnitText(rule->CurrentUnits.LengthUnit)));
+}
+
+void CRuleSetEditor::ApplyFilter() {
+    const QString wanted = m_filter->text().trimmed();
+    int firstShown = -1;
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        const RuleRow rule = m_document.Row(static_cast<size_t>(row));
+        const bool shown = wanted.isEmpty() || m_table->item(row, kRuleColumn)->text().contains(wanted, Qt::CaseInsensitive) ||
+                           Q(rule.storedName).contains(wanted, Qt::CaseInsensitive);
+        m_table->setRowHidden(row, !shown);
+        if (shown && firstShown < 0) firstShown = row;
+    }
+    if (CurrentRow() < 0) ChooseRow(firstShown);
+}
+
+int CRuleSetEditor::CurrentRow() const {
+    const int row = m_table->currentRow();
+    return row >= 0 && !m_table->isRowHidden(row) ? row : -1;
+}
+
+void CRuleSetEditor::ChooseRow(int row) {
+    if (row >= 0 && row < m_table->rowCount()) m_table->setCurrentCell(row, 0);
+    else m_table->setCurrentCell(-1, -1);
+    ShowDetails();
+}
+
 void CRuleSetEditor::Refresh() {
     const int current = m_table->currentRow();
     m_table->setRowCount(static_cast<int>(m_document.RuleCount()));
@@ -219,10 +416,13 @@ void CRuleSetEditor::Refresh() {
     m_table->resizeColumnToContents(kRuleColumn);
     m_table->resizeColumnToContents(kSeverityColumn);
     if (current >= 0 && current < m_table->rowCount()) m_table->setCurrentCell(current, 0);
+    ApplyFilter();
+    ShowDetails();
     // Filled here, not when shown: a submenu that is disabled is never shown.
     FillAddRuleMenu();
 
-    const QString name = m_document.Path().empty() ? tr("Untitled") : QFileInfo(Q(m_document.Path())).fileName();
+    QString name = m_document.Path().empty() ? tr("Untitled") : QFileInfo(Q(m_document.Path())).fileName();
+    if (m_document.IsReadOnly()) name += " " + tr("(read-only)");
     setWindowTitle(name + "[*] - " + tr("Vantor Rules"));
     setWindowModified(m_document.IsModified());
     const int unit = m_document.Unit();
@@ -233,8 +433,44 @@ void CRuleSetEditor::Refresh() {
                                       : tr("No database"));
 }
 
+void CRuleSetEditor::Started() {
+    m_undo->clear();
+    m_undo->setClean();
+    Refresh();
+    ChooseRow(0);
+    ApplyFilter();
+    // The keyboard works the table from the start: arrows choose a rule, Enter configures it.
+    m_table->setFocus();
+}
+
+void CRuleSetEditor::Change(const QString& text, const std::function<void()>& change) {
+    const std::string before = m_document.Snapshot();
+    const bool wasModified = m_document.IsModified();
+    change();
+    const std::string after = m_document.Snapshot();
+    if (after == before) {
+        m_document.SetModified(wasModified);  // nothing changed: nothing to save or undo
+    } else {
+        m_undo->push(new CSnapshotCommand(*this, text, before, after));
+        m_document.SetModified(!m_undo->isClean());
+    }
+    Refresh();
+}
+
+void CRuleSetEditor::Restore(const std::string& snapshot) {
+    const int row = m_table->currentRow();
+    std::string message;
+    if (!m_document.Restore(snapshot, message)) ShowProblem(message);
+    Refresh();
+    ChooseRow(std::min(row, m_table->rowCount() - 1));
+}
+
 void CRuleSetEditor::ShowProblem(const std::string& text) {
     Ask(this, Q(text), ZebMsgIcon::Error, ZebMsgButtons::Ok);
+}
+
+bool CRuleSetEditor::Confirm(const QString& question) {
+    return Ask(this, question, ZebMsgIcon::Question, ZebMsgButtons::YesNo) == ZebIdYes;
 }
 
 bool CRuleSetEditor::MaySetDocumentAside() {
@@ -250,21 +486,23 @@ bool CRuleSetEditor::MaySetDocumentAside() {
 
 bool CRuleSetEditor::OpenFile(const std::string& path) {
     std::string message;
-    if (!m_document.Open(path, message)) {
+    CRuleSetDocument::OpenResult result = m_document.Open(path, message);
+    if (result == CRuleSetDocument::OpenResult::NotSettings &&
+        Ask(this, Q(message) + "\n\n" + tr("Open it read-only? It will not be saved over."), ZebMsgIcon::Warning,
+            ZebMsgButtons::YesNo) == ZebIdYes)
+        result = m_document.Open(path, message, true);
+    else if (result == CRuleSetDocument::OpenResult::Unreadable)
         ShowProblem(message);
-        return false;
-    }
+    if (result != CRuleSetDocument::OpenResult::Opened) return false;
     RememberRecent(path);
-    Refresh();
-    m_table->setCurrentCell(0, 0);
+    Started();
     return true;
 }
 
 void CRuleSetEditor::NewDocument() {
     if (!MaySetDocumentAside()) return;
     m_document.New(0);
-    Refresh();
-    m_table->setCurrentCell(0, 0);
+    Started();
 }
 
 void CRuleSetEditor::OpenDocument() {
@@ -274,10 +512,11 @@ void CRuleSetEditor::OpenDocument() {
 }
 
 bool CRuleSetEditor::SaveDocument() {
-    if (m_document.Path().empty()) return SaveDocumentAs();
+    if (m_document.Path().empty() || m_document.IsReadOnly()) return SaveDocumentAs();
     std::string message;
     const bool saved = m_document.Save(m_document.Path(), message);
-    if (!saved) ShowProblem(message);
+    if (saved) m_undo->setClean();
+    else ShowProblem(message);
     Refresh();
     return saved;
 }
@@ -287,45 +526,121 @@ bool CRuleSetEditor::SaveDocumentAs() {
     if (path.empty()) return false;
     std::string message;
     const bool saved = m_document.Save(path, message);
-    if (saved) RememberRecent(path);
-    else ShowProblem(message);
+    if (saved) {
+        m_undo->setClean();
+        RememberRecent(path);
+    } else {
+        ShowProblem(message);
+    }
     Refresh();
     return saved;
 }
 
 void CRuleSetEditor::ConfigureCurrentRule() {
-    const int row = m_table->currentRow();
+    const int row = CurrentRow();
     if (row < 0) return;
-    switch (m_document.Configure(static_cast<size_t>(row))) {
-    case ConfigureResult::Ok: Refresh(); break;
-    case ConfigureResult::NoDialog: ShowProblem(tr("This rule has no dialog to configure it.").toStdString()); break;
-    case ConfigureResult::NotRead:
+    ConfigureResult result = ConfigureResult::Cancel;
+    Change(tr("Configure %1").arg(m_table->item(row, kRuleColumn)->text()),
+           [&] { result = m_document.Configure(static_cast<size_t>(row)); });
+    // The keyboard goes on in the list, whoever activates windows after a dialog.
+    activateWindow();
+    m_table->setFocus();
+    if (result == ConfigureResult::NoDialog) ShowProblem(tr("This rule has no dialog to configure it.").toStdString());
+    if (result == ConfigureResult::NotRead)
         ShowProblem(tr("No rule of this module reads this rule; it is kept as it stands.").toStdString());
-        break;
-    default:
-        // Cancel: some rules rebuild their summary whatever the answer.
-        ShowRow(row);
-        break;
-    }
 }
 
 void CRuleSetEditor::RemoveCurrentRule() {
-    const int row = m_table->currentRow();
+    const int row = CurrentRow();
     if (row < 0) return;
-    m_document.RemoveRule(static_cast<size_t>(row));
-    Refresh();
-    m_table->setCurrentCell(std::min(row, m_table->rowCount() - 1), 0);
+    const QString name = m_table->item(row, kRuleColumn)->text();
+    if (!Confirm(tr("Remove the rule \"%1\" from the rule set?").arg(name))) return;
+    Change(tr("Remove %1").arg(name), [&] { m_document.RemoveRule(static_cast<size_t>(row)); });
+    ChooseRow(std::min(row, m_table->rowCount() - 1));
 }
 
 void CRuleSetEditor::ResetCurrentRule() {
-    const int row = m_table->currentRow();
-    if (row >= 0 && m_document.ResetRule(static_cast<size_t>(row))) Refresh();
+    const int row = CurrentRow();
+    if (row < 0 || !m_document.Rule(static_cast<size_t>(row))) return;
+    const QString name = m_table->item(row, kRuleColumn)->text();
+    if (!Confirm(tr("Set every value of the rule \"%1\" back to its default?").arg(name))) return;
+    Change(tr("Reset %1").arg(name), [&] { m_document.ResetRule(static_cast<size_t>(row)); });
+}
+
+void CRuleSetEditor::SetCurrentSeverity(int severity) {
+    const int row = CurrentRow();
+    if (row < 0) return;
+    Change(tr("Severity of %1").arg(m_table->item(row, kRuleColumn)->text()),
+           [&] { m_document.SetSeverity(static_cast<size_t>(row), severity); });
 }
 
 void CRuleSetEditor::ChangeUnit(int unit) {
     std::string message;
-    if (!m_document.ConvertUnits(unit, message)) ShowProblem(message);
+    Change(tr("Unit %1").arg(UnitText(unit)), [&] { m_document.ConvertUnits(unit, message); });
+    if (!message.empty()) ShowProblem(message);
+}
+
+void CRuleSetEditor::ImportRulesFromFile() {
+    const std::string path = ChooseSettingsFile(this, false);
+    if (path.empty()) return;
+    std::vector<std::pair<std::wstring, std::wstring>> rules;
+    int unit = 0;
+    std::string message;
+    if (!m_document.RulesInFile(path, rules, unit, message)) return ShowProblem(message);
+    if (rules.empty()) return ShowProblem(tr("%1 holds no rule of this module.").arg(Q(path)).toStdString());
+    QString heading = tr("Rules in %1. Those the rule set has already are replaced.").arg(Q(path));
+    if (unit != m_document.Unit())
+        heading += " " + tr("Their values are converted from %1 to %2.").arg(UnitText(unit), UnitText(m_document.Unit()));
+    const std::vector<std::wstring> chosen = ChooseRules(this, heading, rules);
+    if (chosen.empty()) return;
+    Change(tr("Import Rules"), [&] { m_document.ImportRules(path, chosen, message); });
+    if (!message.empty()) ShowProblem(message);
+}
+
+void CRuleSetEditor::CompareWithFile() {
+    const std::string other = ChooseSettingsFile(this, false);
+    if (other.empty()) return;
+    // The rule set as it stands, unsaved changes included, compared as diff compares two files.
+    QTemporaryDir folder;
+    const std::string current = (folder.path() + "/current.xml").toStdString();
+    ZebXMLDocument snapshot;
+    std::wstring error;
+    std::string message;
+    std::vector<std::string> lines;
+    if (!folder.isValid() || !snapshot.LoadXML(m_document.Snapshot(), error) ||
+        !SaveSettingsFile(snapshot, current, message) || !DiffSettings(m_module, current, other, lines, message)) {
+        ShowProblem(message.empty() ? ToUtf8(error) : message);
+        return;
+    }
+    QString text;
+    for (const std::string& line : lines) text += Q(line) + "\n";
+    if (lines.empty()) text = tr("The rule set and %1 hold the same rules and values.").arg(Q(other));
+
+    QDialog window(this);
+    window.setWindowTitle(tr("Differences from %1").arg(QFileInfo(Q(other)).fileName()));
+    auto* layout = new QVBoxLayout(&window);
+    auto* heading = new QLabel(tr("Lines with - are the open rule set's, lines with + those of %1; values in "
+                                  "the open rule set's unit.").arg(Q(other)), &window);
+    heading->setWordWrap(true);
+    auto* shown = new QPlainTextEdit(text, &window);
+    shown->setObjectName(kDifferencesName);
+    shown->setReadOnly(true);
+    shown->setLineWrapMode(QPlainTextEdit::NoWrap);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &window);
+    connect(buttons, &QDialogButtonBox::rejected, &window, &QDialog::reject);
+    layout->addWidget(heading);
+    layout->addWidget(shown);
+    layout->addWidget(buttons);
+    window.resize(760, 420);
+    shown->setFocus();
+    window.exec();
     Refresh();
+}
+
+void CRuleSetEditor::ShowHelp() {
+    const int row = CurrentRow();
+    const CZebRule* rule = row >= 0 ? m_document.Rule(static_cast<size_t>(row)) : nullptr;
+    ZebOpenHelp(this, HelpFile(), rule ? HelpTopic(rule->Name) : std::wstring(kHelpTopicRuleSets));
 }
 
 void CRuleSetEditor::OpenFastenerDatabase() {
@@ -338,6 +653,8 @@ void CRuleSetEditor::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    EditorSettings().setValue(kGeometryKey, saveGeometry());
+    QSettings settings = EditorSettings();
+    settings.setValue(kGeometryKey, saveGeometry());
+    settings.setValue(kSplitterKey, static_cast<QSplitter*>(centralWidget())->saveState());
     event->accept();
 }

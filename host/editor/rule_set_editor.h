@@ -1,39 +1,47 @@
 #pragma once
 
 #include <QMainWindow>
+#include <functional>
 #include <memory>
 #include <string>
 
 #include "host/editor/rule_set_document.h"
+#include "host/host_translations.h"
 
 class QActionGroup;
-class QCoreApplication;
 class QLabel;
+class QLineEdit;
 class QMenu;
 class QTableWidget;
+class QTextBrowser;
+class QUndoStack;
 
-// Installs the editor's texts (vantor_editor_<lang>.qm in the language's resource folder) and
-// Qt's own (standard buttons, file chooser) in the user's language, chosen as the module chooses
-// its resources; English needs nothing.
-void InstallEditorTranslations(QCoreApplication& application);
-
-// The rule-set editor: one settings document in a window, its rules in a table, each configured
-// in its own dialog, with the unit, the rule list and the databases in the menus. Questions and
-// file choosers go through the UI service, so tests answer them.
+// The rule-set editor: one settings document in a window, its rules in a table beside a pane that
+// shows the chosen rule's values, each rule configured in its own dialog, with the unit, the rule
+// list and the databases in the menus. Every change can be undone. Questions and file choosers go
+// through the UI service, so tests answer them.
 class CRuleSetEditor : public QMainWindow {
     Q_OBJECT
 public:
-    // Objects the tests find the table and the menus' actions by.
+    // Objects the tests find the widgets by.
     static constexpr const char* kTableName = "rules";
+    static constexpr const char* kFilterName = "filter";
+    static constexpr const char* kDetailsName = "details";
+    static constexpr const char* kImportListName = "importRules";
+    static constexpr const char* kDifferencesName = "differences";
 
     // Starts with a new document in millimetres; the module must outlive the window.
     explicit CRuleSetEditor(const ModuleLoader& module, QWidget* parent = nullptr);
     ~CRuleSetEditor() override;
 
-    // Opens `path`; false, after telling the user why, when it cannot be read.
+    // Opens `path`; false, after telling the user why, when it cannot be read. A file that is not
+    // a settings document is opened read-only only when the user agrees.
     bool OpenFile(const std::string& path);
     CRuleSetDocument& Document() { return m_document; }
     QTableWidget* Table() const { return m_table; }
+    QTextBrowser* Details() const { return m_details; }
+    QLineEdit* Filter() const { return m_filter; }
+    QUndoStack* UndoStack() const { return m_undo; }
 
     // The menu commands, also reached by the tests.
     void NewDocument();
@@ -43,26 +51,47 @@ public:
     void ConfigureCurrentRule();
     void RemoveCurrentRule();
     void ResetCurrentRule();
+    void SetCurrentSeverity(int severity);
     void ChangeUnit(int unit);
+    void ImportRulesFromFile();
+    void CompareWithFile();
+    void ShowHelp();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    friend class CSnapshotCommand;
+
     void BuildMenus();
     void FillAddRuleMenu();
     void FillRecentMenu();
     void Refresh();
     void ShowRow(int row);
+    void ShowDetails();
+    void ApplyFilter();
     void RememberRecent(const std::string& path);
     // False when the user cancelled, or chose to save and saving failed.
     bool MaySetDocumentAside();
     void ShowProblem(const std::string& text);
+    bool Confirm(const QString& question);
     void OpenFastenerDatabase();
+    // Runs `change` on the document; when the document differs afterwards, the change goes on the
+    // undo stack under `text`.
+    void Change(const QString& text, const std::function<void()>& change);
+    // Makes `snapshot` the document again, keeping the chosen row.
+    void Restore(const std::string& snapshot);
+    // The chosen rule's row; -1 when none is chosen.
+    int CurrentRow() const;
+    void ChooseRow(int row);
+    void Started();
 
     const ModuleLoader& m_module;
     CRuleSetDocument m_document;
     QTableWidget* m_table = nullptr;
+    QTextBrowser* m_details = nullptr;
+    QLineEdit* m_filter = nullptr;
+    QUndoStack* m_undo = nullptr;
     QMenu* m_recentMenu = nullptr;
     QMenu* m_addRuleMenu = nullptr;
     QActionGroup* m_units = nullptr;

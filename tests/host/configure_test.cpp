@@ -5,6 +5,8 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLabel>
+#include <QTranslator>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -118,4 +120,69 @@ TEST_F(ConfigureTest, MinClearanceSummaryFollowsItsDialog) {
     const std::string element = text.substr(rule, text.find("</Rule>", rule) - rule);
     EXPECT_NE(element.find("Summary=\" Listed part pairs are checked against their own clearance.\""), std::string::npos)
         << element;
+}
+
+// The host gives every rule it reads the unit of its document, so the dialogs of rules that read
+// no unit of their own name inches, not millimetres, for an inch document.
+TEST_F(ConfigureTest, DialogsNameTheUnitOfTheDocument) {
+    const std::string made = VANTOR_BUILD_DIR "/bin/vantor-rules new --unit 3 -o " + file.string() + " 2>/dev/null";
+    ASSERT_EQ(std::system(made.c_str()), 0);
+    const std::pair<const char*, int> labels[] = {
+        {"Fastener Clearance", 6019}, {"Fastener Engagement Length", 6032}, {"Contact Material", 7059}};
+    for (const auto& [rule, labelId] : labels) {
+        QString label;
+        WhenModalOpen<CZEBRuleDlgBase>([&label, labelId = labelId](CZEBRuleDlgBase& dialog) {
+            if (auto* shown = qobject_cast<QLabel*>(dialog.GetDlgItem(labelId))) label = shown->text();
+            qobject_cast<QPushButton*>(dialog.GetDlgItem(CZEBRuleDlgBase::kIdCancel))->click();
+        });
+        EXPECT_EQ(Configure(rule), 1) << rule;
+        EXPECT_EQ(label.split(QChar(u' ')).last(), "in") << rule << ": " << label.toStdString();
+    }
+}
+
+// The host names the user's database folder for the module when the user names none, making it
+// on a new account; a folder the user names stays.
+TEST_F(ConfigureTest, TheHostNamesTheDatabaseFolderTheUserDidNot) {
+    const fs::path data = folder.Folder() / "new account" / "data";
+    ScopedEnv xdg{"XDG_DATA_HOME", data.c_str()};
+    {
+        ScopedEnv unnamed{"VANTOR_DATABASE_DIR", nullptr};
+        ModuleLoader loader;
+        std::string error;
+        ASSERT_TRUE(loader.Load(VANTOR_BUILD_DIR "/lib/vantor", error)) << error;
+        const char* named = std::getenv("VANTOR_DATABASE_DIR");
+        ASSERT_NE(named, nullptr);
+        EXPECT_EQ(fs::path(named), data / "vantor");
+        EXPECT_TRUE(fs::is_directory(data / "vantor"));
+        IDatabaseCollector* database = zeb_db::ZEBDataHelper::getInstance();
+        ASSERT_NE(database, nullptr);
+        EXPECT_EQ(fs::path(database->GetDatabasePath()).parent_path(), data / "vantor");
+    }
+    ModuleLoader loader;
+    std::string error;
+    ASSERT_TRUE(loader.Load(VANTOR_BUILD_DIR "/lib/vantor", error)) << error;
+    EXPECT_EQ(fs::path(std::getenv("VANTOR_DATABASE_DIR")), folder.Folder());
+}
+
+// configure shows a rule's dialog with Qt's buttons in the user's language, as the editor does.
+TEST_F(ConfigureTest, TheButtonsSpeakTheUsersLanguage) {
+    // The module keeps the language it started in for the process; it starts in English here,
+    // as for every other test.
+    ModuleLoader english;
+    std::string error;
+    ASSERT_TRUE(english.Load(VANTOR_BUILD_DIR "/lib/vantor", error)) << error;
+    ScopedEnv german{"LANG", "de_DE.UTF-8"};
+    QString cancel;
+    WhenModalOpen<CZEBRuleDlgBase>([&cancel](CZEBRuleDlgBase& dialog) {
+        auto* button = qobject_cast<QPushButton*>(dialog.GetDlgItem(CZEBRuleDlgBase::kIdCancel));
+        cancel = button->text();
+        button->click();
+    });
+    const int status = Configure("Fastener Clearance");
+    for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>()) {
+        QCoreApplication::removeTranslator(translator);
+        delete translator;
+    }
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(cancel.remove('&'), "Abbrechen");
 }

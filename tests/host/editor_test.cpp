@@ -5,8 +5,15 @@
 #include <signal.h>
 #include <sys/resource.h>
 
+#include <QAction>
 #include <QApplication>
+#include <QDialog>
+#include <QListWidget>
+#include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
+#include <QTextBrowser>
+#include <QUndoStack>
 #include <QMenuBar>
 #include <QTableWidget>
 #include <QTest>
@@ -15,9 +22,14 @@
 #include <fstream>
 #include <regex>
 
+#include "app/help_topics.h"
+#include "framework/text_convert.h"
 #include "framework/ui/recording_ui_service.h"
+#include "framework/zeb_rule.h"
 #include "framework/ui/rule_dlg_base.h"
 #include "host/editor/rule_set_editor.h"
+#include "host/param_text.h"
+#include "host/settings_diff.h"
 #include "tests/database/db_test_support.h"
 #include "tests/support/answer_dialog.h"
 #include "tests/support/scoped_env.h"
@@ -33,6 +45,18 @@ const std::string kUnknownRule =
     "        <Value>7.5</Value>\n"
     "      </Parameter>\n"
     "    </Rule>";
+
+// The host's German texts for one test, taken away again however it ends, so that no test sees
+// another's language.
+struct GermanTexts {
+    GermanTexts() { InstallEditorTranslations(*QCoreApplication::instance()); }
+    ~GermanTexts() {
+        for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>()) {
+            QCoreApplication::removeTranslator(translator);
+            delete translator;
+        }
+    }
+};
 
 class EditorTest : public ::testing::Test {
 protected:
@@ -51,6 +75,14 @@ protected:
         text.insert(text.rfind("  </AssemblyRules>"), "    " + kUnknownRule + "\n");
         std::ofstream(file, std::ios::binary) << text;
         original = FileBytes(file);
+    }
+
+    // The action of the editor's menus (at any depth) whose text, without its '&', is `text`.
+    static QAction* MenuAction(CRuleSetEditor& editor, const QString& text) {
+        for (QMenu* menu : editor.menuBar()->findChildren<QMenu*>())
+            for (QAction* action : menu->actions())
+                if (action->text().remove('&') == text) return action;
+        return nullptr;
     }
 
     // The table row whose first column reads `text`; -1 when none does.
@@ -122,13 +154,14 @@ TEST_F(EditorTest, UnsavedChangesAreAskedAbout) {
     CRuleSetEditor editor(module);
     ASSERT_TRUE(editor.OpenFile(file.string()));
     editor.Table()->setCurrentCell(0, 0);
+    ui.AnswerMessage(ZebIdYes);
     editor.RemoveCurrentRule();
     ASSERT_EQ(editor.Table()->rowCount(), 12);
 
     ui.AnswerMessage(ZebIdCancel);
     editor.NewDocument();
-    ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_EQ(ui.messages[0].buttons, ZebMsgButtons::SaveDiscardCancel);
+    ASSERT_EQ(ui.messages.size(), 2u);
+    EXPECT_EQ(ui.messages[1].buttons, ZebMsgButtons::SaveDiscardCancel);
     EXPECT_EQ(editor.Table()->rowCount(), 12);
     EXPECT_TRUE(editor.Document().IsModified());
     ui.AnswerMessage(ZebIdCancel);
@@ -145,7 +178,7 @@ TEST_F(EditorTest, UnsavedChangesAreAskedAbout) {
 
     // A new document is saved under the name the chooser gives.
     editor.Table()->setCurrentCell(0, 0);
-    editor.ResetCurrentRule();
+    editor.SetCurrentSeverity(5);
     const fs::path chosen = folder.Folder() / "chosen.xml";
     ui.AnswerMessage(ZebIdYes);
     ui.ChooseFiles({chosen.wstring()});
@@ -175,7 +208,7 @@ TEST_F(EditorTest, BadFilesAndFailedSavesLoseNothing) {
 
     // Files may not grow past 100 bytes while saving, so the write fails.
     editor.Table()->setCurrentCell(0, 0);
-    editor.ResetCurrentRule();
+    editor.SetCurrentSeverity(5);
     rlimit old{};
     getrlimit(RLIMIT_FSIZE, &old);
     const rlimit tiny{100, old.rlim_max};
@@ -240,7 +273,7 @@ TEST_F(EditorTest, UnitsConvertEveryRuleAndBack) {
 // Rules missing from the document can be added back; German users get the window in German.
 TEST_F(EditorTest, RulesAreAddedBackAndTheWindowSpeaksTheUsersLanguage) {
     ScopedEnv german{"LANG", "de_DE.UTF-8"};
-    InstallEditorTranslations(*QCoreApplication::instance());
+    GermanTexts texts;
     ASSERT_NE(QCoreApplication::instance()->findChild<QTranslator*>(), nullptr);
     {
         CRuleSetEditor editor(module);
@@ -251,12 +284,13 @@ TEST_F(EditorTest, RulesAreAddedBackAndTheWindowSpeaksTheUsersLanguage) {
         ASSERT_GE(clearance, 0);
         EXPECT_EQ(editor.Table()->item(clearance, 1)->text(), "Schwerwiegend");
 
-        QMenu* addRule = nullptr;
-        for (QAction* action : editor.menuBar()->actions().at(1)->menu()->actions())
-            if (action->menu()) addRule = action->menu();
+        QAction* addRuleAction = MenuAction(editor, "Regel hinzufügen");
+        ASSERT_NE(addRuleAction, nullptr);
+        QMenu* addRule = addRuleAction->menu();
         ASSERT_NE(addRule, nullptr);
         EXPECT_FALSE(addRule->isEnabled());  // every rule is there
         editor.Table()->setCurrentCell(clearance, 0);
+        ui.AnswerMessage(ZebIdYes);
         editor.RemoveCurrentRule();
         ASSERT_TRUE(addRule->isEnabled());
         ASSERT_EQ(addRule->actions().size(), 1);
@@ -268,8 +302,257 @@ TEST_F(EditorTest, RulesAreAddedBackAndTheWindowSpeaksTheUsersLanguage) {
         EXPECT_TRUE(editor.Document().MissingRules().empty());
         EXPECT_EQ(editor.Document().RuleCount(), 12u);
     }
-    for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>()) {
-        QCoreApplication::removeTranslator(translator);
-        delete translator;
+}
+
+// A file without a settings root is refused, or opened read-only when the user agrees; then it is
+// never saved over, and Save asks for another name.
+TEST_F(EditorTest, AFileWithoutASettingsRootIsNeverSavedOver) {
+    CRuleSetEditor editor(module);
+    const fs::path foreign = folder.Folder() / "project.xml";
+    const std::string foreignText = "<Project>\n  <Part Name=\"bracket\"/>\n</Project>\n";
+    std::ofstream(foreign, std::ios::binary) << foreignText;
+
+    ui.AnswerMessage(ZebIdNo);
+    EXPECT_FALSE(editor.OpenFile(foreign.string()));
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_NE(ui.messages[0].text.find(L"<Project>"), std::wstring::npos) << ui.messages[0].text;
+    EXPECT_EQ(editor.Table()->rowCount(), 12);  // the new document stays
+    EXPECT_TRUE(editor.Document().Path().empty());
+
+    ui.AnswerMessage(ZebIdYes);
+    ASSERT_TRUE(editor.OpenFile(foreign.string()));
+    EXPECT_TRUE(editor.Document().IsReadOnly());
+    EXPECT_EQ(editor.Table()->rowCount(), 0);
+    EXPECT_NE(editor.windowTitle().indexOf("project.xml"), -1);
+    std::string message;
+    EXPECT_FALSE(editor.Document().Save(foreign.string(), message));
+    EXPECT_NE(message.find("not written over"), std::string::npos) << message;
+
+    // Save goes to Save As: a cancelled chooser writes nothing, another name takes the rules.
+    ui.CancelChooser();
+    EXPECT_FALSE(editor.SaveDocument());
+    ASSERT_EQ(ui.choosers.size(), 1u);
+    EXPECT_TRUE(ui.choosers[0].forSaving);
+    EXPECT_EQ(FileBytes(foreign), foreignText);
+}
+
+// Remove and Reset ask first; OK without a change leaves the rule set unmodified; every change
+// (configure, add, remove, severity, reset, unit) is undone and redone with Ctrl+Z and
+// Ctrl+Shift+Z, back to the file's own bytes, and saving marks where nothing is unsaved.
+TEST_F(EditorTest, EveryChangeIsAskedForWhereItDestroysAndCanBeUndone) {
+    CRuleSetEditor editor(module);
+    ASSERT_TRUE(editor.OpenFile(file.string()));
+    editor.show();
+    const int clearance = RowNamed(editor, "Fastener Clearance");
+    editor.Table()->setCurrentCell(clearance, 0);
+
+    AnswerRuleDialog(CZEBRuleDlgBase::kIdOk);
+    editor.ConfigureCurrentRule();
+    EXPECT_FALSE(editor.Document().IsModified());
+    EXPECT_FALSE(editor.isWindowModified());
+    EXPECT_EQ(editor.UndoStack()->count(), 0);
+
+    ui.AnswerMessage(ZebIdNo);
+    editor.RemoveCurrentRule();
+    ui.AnswerMessage(ZebIdNo);
+    editor.ResetCurrentRule();
+    ASSERT_EQ(ui.messages.size(), 2u);
+    EXPECT_EQ(ui.messages[0].buttons, ZebMsgButtons::YesNo);
+    EXPECT_NE(ui.messages[0].text.find(L"Fastener Clearance"), std::wstring::npos);
+    EXPECT_EQ(editor.Table()->rowCount(), 13);
+    EXPECT_FALSE(editor.Document().IsModified());
+
+    const std::string opened = editor.Document().Snapshot();
+    std::vector<std::string> states{opened};
+    AnswerRuleDialog(CZEBRuleDlgBase::kIdOk, 1);
+    editor.ConfigureCurrentRule();
+    states.push_back(editor.Document().Snapshot());
+    editor.SetCurrentSeverity(4);
+    states.push_back(editor.Document().Snapshot());
+    ui.AnswerMessage(ZebIdYes);
+    editor.ResetCurrentRule();
+    states.push_back(editor.Document().Snapshot());
+    editor.ChangeUnit(3);  // refused: the rule of another module cannot change unit
+    ui.AnswerMessage(ZebIdYes);
+    editor.RemoveCurrentRule();
+    states.push_back(editor.Document().Snapshot());
+    QAction* add = nullptr;
+    for (QAction* action : MenuAction(editor, "Add Rule")->menu()->actions()) add = action;
+    ASSERT_NE(add, nullptr);
+    add->trigger();
+    states.push_back(editor.Document().Snapshot());
+    ASSERT_EQ(editor.UndoStack()->count(), 5);
+    for (size_t i = 1; i < states.size(); ++i) EXPECT_NE(states[i], states[i - 1]) << i;
+    EXPECT_TRUE(editor.isWindowModified());
+
+    editor.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
+    editor.Table()->setFocus();
+    for (size_t i = states.size() - 1; i > 0; --i) {
+        QTest::keyClick(editor.Table(), Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_TRUE(editor.Document().Snapshot() == states[i - 1]) << i;
     }
+    EXPECT_FALSE(editor.Document().IsModified());
+    EXPECT_FALSE(editor.isWindowModified());
+    EXPECT_EQ(editor.Table()->item(clearance, 1)->text(), "Major");
+    for (size_t i = 1; i < states.size(); ++i) {
+        QTest::keyClick(editor.Table(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_TRUE(editor.Document().Snapshot() == states[i]) << i;
+    }
+    EXPECT_TRUE(editor.Document().IsModified());
+
+    // Undone back to the file, then saved: nothing but the file's own bytes.
+    while (editor.UndoStack()->canUndo()) editor.UndoStack()->undo();
+    ASSERT_TRUE(editor.SaveDocument());
+    EXPECT_EQ(FileBytes(file), original);
+    // After a save, undo is a change again.
+    editor.UndoStack()->redo();
+    EXPECT_TRUE(editor.isWindowModified());
+}
+
+// The pane beside the list shows the chosen rule's values, table rows and unit; the filter keeps
+// the rules whose name holds its text and chooses the first of them.
+TEST_F(EditorTest, TheDetailPaneAndTheFilter) {
+    CRuleSetEditor editor(module);
+    ASSERT_TRUE(editor.OpenFile(file.string()));
+    editor.ChangeUnit(3);  // refused while the rule of another module is there
+    const int clearance = RowNamed(editor, "Minimum Clearance Between Parts");
+    ASSERT_GE(clearance, 0);
+    editor.Table()->setCurrentCell(clearance, 0);
+    QString details = editor.Details()->toPlainText();
+    EXPECT_TRUE(details.contains("Minimum Clearance Between Parts")) << details.toStdString();
+    EXPECT_TRUE(details.contains("Lengths in Millimetres (mm)")) << details.toStdString();
+    EXPECT_TRUE(details.contains("Severity: Critical")) << details.toStdString();
+    EXPECT_TRUE(details.contains("1 0.1")) << details.toStdString();  // the general clearance
+    EXPECT_TRUE(editor.Details()->isReadOnly());
+
+    editor.Table()->setCurrentCell(RowNamed(editor, "Wobble Check"), 0);
+    EXPECT_TRUE(editor.Details()->toPlainText().contains("kept as it stands"));
+
+    QTest::keyClicks(editor.Filter(), "ALIGN");
+    std::vector<QString> shown;
+    for (int row = 0; row < editor.Table()->rowCount(); ++row)
+        if (!editor.Table()->isRowHidden(row)) shown.push_back(editor.Table()->item(row, 0)->text());
+    EXPECT_EQ(shown, (std::vector<QString>{"Hole Alignment", "Fastener Alignment", "Slot Alignment"}));
+    EXPECT_EQ(editor.Table()->item(editor.Table()->currentRow(), 0)->text(), "Hole Alignment");
+    EXPECT_TRUE(editor.Details()->toPlainText().contains("Hole Alignment"));
+    editor.Filter()->clear();
+    for (int row = 0; row < editor.Table()->rowCount(); ++row) EXPECT_FALSE(editor.Table()->isRowHidden(row));
+}
+
+// Rules taken from another rule set are chosen in a list and converted into the open set's unit;
+// the comparison with a file shows what diff prints.
+TEST_F(EditorTest, RulesComeFromAnotherFileAndTheDifferenceIsShown) {
+    const fs::path inches = folder.Folder() / "inches.xml";
+    const std::string made = VANTOR_BUILD_DIR "/bin/vantor-rules new --unit 3 -o " + inches.string() + " 2>/dev/null";
+    ASSERT_EQ(std::system(made.c_str()), 0);
+    std::string inchText = FileBytes(inches);
+    // The inch set's hole alignment tolerance: 0.5 in, which is 12.7 mm.
+    const size_t hole = inchText.find("<Value>0.019685</Value>");
+    ASSERT_NE(hole, std::string::npos);
+    inchText.replace(hole, 23, "<Value>0.5</Value>");
+    std::ofstream(inches, std::ios::binary) << inchText;
+
+    CRuleSetEditor editor(module);
+    ASSERT_TRUE(editor.OpenFile(file.string()));
+    QStringList offered;
+    WhenModalOpen<QDialog>([&offered](QDialog& dialog) {
+        auto* list = dialog.findChild<QListWidget*>(CRuleSetEditor::kImportListName);
+        for (int i = 0; i < list->count(); ++i) {
+            offered << list->item(i)->text();
+            // Only the hole alignment, chosen with the keyboard: Space unticks the others.
+            if (list->item(i)->text() != "Hole Alignment") list->item(i)->setCheckState(Qt::Unchecked);
+        }
+        dialog.accept();
+    });
+    ui.ChooseFiles({inches.wstring()});
+    editor.ImportRulesFromFile();
+    EXPECT_EQ(offered.size(), 12);
+    EXPECT_TRUE(editor.Document().IsModified());
+    EXPECT_EQ(editor.Document().RuleCount(), 13u);
+    const CZebRule* imported = editor.Document().Rule(static_cast<size_t>(RowNamed(editor, "Hole Alignment")));
+    ASSERT_NE(imported, nullptr);
+    EXPECT_EQ(imported->CurrentUnits.LengthUnit, 0);
+    EXPECT_NE(ParamValuesText(*imported->ParamArray[0]).find("12.7"), std::string::npos);
+
+    QString differences;
+    WhenModalOpen<QDialog>([&differences](QDialog& dialog) {
+        differences = dialog.findChild<QPlainTextEdit*>(CRuleSetEditor::kDifferencesName)->toPlainText();
+        dialog.reject();
+    });
+    ui.ChooseFiles({inches.wstring()});
+    editor.CompareWithFile();
+    std::vector<std::string> lines;
+    std::string error;
+    ASSERT_TRUE(editor.SaveDocument());
+    ASSERT_TRUE(DiffSettings(module, file.string(), inches.string(), lines, error)) << error;
+    ASSERT_FALSE(lines.empty());
+    QString expected;
+    for (const std::string& line : lines) expected += QString::fromStdString(line) + "\n";
+    EXPECT_EQ(differences, expected);
+    EXPECT_FALSE(differences.contains("Hole Alignment")) << differences.toStdString();
+}
+
+// F1 opens the help file at the chosen rule's section, or at the rule sets' without one; both
+// sections are in every language's help file.
+TEST_F(EditorTest, HelpOpensAtTheChosenRule) {
+    CRuleSetEditor editor(module);
+    editor.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
+    editor.Table()->setCurrentCell(RowNamed(editor, "Slot Alignment"), 0);
+    QTest::keyClick(editor.Table(), Qt::Key_F1);
+    ASSERT_EQ(ui.opened.size(), 1u);
+    EXPECT_NE(ui.opened[0].find(L"/en/vantor.html#rule-slot-alignment"), std::wstring::npos) << ui.opened[0];
+    editor.Filter()->setText("no such rule");
+    editor.ShowHelp();
+    ASSERT_EQ(ui.opened.size(), 2u);
+    EXPECT_NE(ui.opened[1].find(L"#rule-sets"), std::wstring::npos) << ui.opened[1];
+    for (const char* language : {"en", "de"}) {
+        const std::string help = FileBytes(fs::path(VANTOR_BUILD_DIR "/share/vantor/res") / language / "vantor.html");
+        for (const ZebRuleHelpTopic& topic : kRuleHelpTopics)
+            EXPECT_NE(help.find("id=\"" + ToUtf8(topic.topic) + "\""), std::string::npos) << language;
+    }
+}
+
+// A whole configuration with keys alone: find a rule, configure it (its severity chosen in the
+// dialog), set another's severity, undo it, save.
+TEST_F(EditorTest, AWholeConfigurationFromTheKeyboard) {
+    CRuleSetEditor editor(module);
+    ASSERT_TRUE(editor.OpenFile(file.string()));
+    editor.show();
+    editor.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
+    QWidget* focus = QApplication::focusWidget();
+    ASSERT_EQ(focus, editor.Table());
+    QTest::keyClick(focus, Qt::Key_F, Qt::ControlModifier);
+    ASSERT_EQ(QApplication::focusWidget(), editor.Filter());
+    QTest::keyClicks(editor.Filter(), "clearance");
+    QTest::keyClick(editor.Filter(), Qt::Key_Return);  // on to the first rule shown
+    ASSERT_EQ(QApplication::focusWidget(), editor.Table());
+    QTest::keyClick(editor.Table(), Qt::Key_Down);
+    ASSERT_EQ(editor.Table()->item(editor.Table()->currentRow(), 0)->text(), "Fastener Clearance");
+
+    // In the dialog: the severity list takes Critical, Enter presses OK.
+    WhenModalOpen<CZEBRuleDlgBase>([](CZEBRuleDlgBase& dialog) {
+        QWidget* severity = dialog.GetDlgItem(6022);
+        severity->setFocus();
+        QTest::keyClick(severity, Qt::Key_Home);
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    QTest::keyClick(editor.Table(), Qt::Key_Return);
+    EXPECT_EQ(editor.Table()->item(editor.Table()->currentRow(), 1)->text(), "Critical");
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
+    ASSERT_EQ(QApplication::focusWidget(), editor.Table());
+    QTest::keyClick(editor.Table(), Qt::Key_Up);  // the minimum clearance, critical at first
+    QTest::keyClick(editor.Table(), Qt::Key_5, Qt::ControlModifier);
+    EXPECT_EQ(editor.Table()->item(editor.Table()->currentRow(), 1)->text(), "Info");
+    QTest::keyClick(editor.Table(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(editor.Table()->item(editor.Table()->currentRow(), 1)->text(), "Critical");
+    QTest::keyClick(editor.Table(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), editor.Details());
+    QTest::keyClick(editor.Details(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_FALSE(editor.Document().IsModified());
+    const std::string saved = FileBytes(file);
+    EXPECT_NE(saved.find("Name=\"Fastener Clearance\" Status=\"0\""), std::string::npos);
+    EXPECT_TRUE(ui.messages.empty());
 }
