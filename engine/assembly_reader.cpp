@@ -11,10 +11,12 @@
 #include <TDF_Label.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TDataStd_Name.hxx>
+#include <TDataStd_TreeNode.hxx>
 #include <TDocStd_Document.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
 #include <XCAFApp_Application.hxx>
+#include <XCAFDoc.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_MaterialTool.hxx>
@@ -46,9 +48,17 @@ bool KnownLengthUnit(const TCollection_AsciiString& name) {
     static const std::array<const char*, 11> known = {"millimetre", "metre",      "centimetre", "decimetre",
                                                       "micrometre", "nanometre", "kilometre",  "inch",
                                                       "foot",       "mile",      "yard"};
+    TCollection_AsciiString lower = name;
+    lower.LowerCase();
     for (const char* unit : known)
-        if (name.IsEqual(unit)) return true;
+        if (lower.IsEqual(unit)) return true;
     return false;
+}
+
+// The kernel names an unnamed instance after its label ("=>[0:1:1:2]"); that is no name.
+std::wstring InstanceName(const TDF_Label& label) {
+    std::wstring name = LabelName(label);
+    return name.starts_with(L"=>[") ? std::wstring() : name;
 }
 
 class TreeWalker {
@@ -117,7 +127,7 @@ private:
             AssemblyPart part;
             part.path = solids.size() == 1 ? path : path + L"/solid[" + std::to_wstring(i + 1) + L"]";
             part.product = product;
-            part.instance = top ? std::wstring() : LabelName(node.instance);
+            part.instance = top ? std::wstring() : InstanceName(node.instance);
             part.subassembly = m_subassembly.empty() ? std::wstring() : m_subassembly.back();
             part.material = Material(node);
             part.colour = Colour(node);
@@ -127,11 +137,15 @@ private:
         }
     }
 
+    // A shape's material hangs from a tree node that points at the material's own label.
     std::wstring Material(const Node& node) const {
         for (const TDF_Label& label : {node.instance, node.product}) {
+            Handle(TDataStd_TreeNode) reference;
+            if (!label.FindAttribute(XCAFDoc::MaterialRefGUID(), reference) || !reference->HasFather()) continue;
             Handle(TCollection_HAsciiString) name, description, densityName, densityType;
             Standard_Real density = 0;
-            if (m_materials->GetMaterial(label, name, description, density, densityName, densityType) &&
+            if (m_materials->GetMaterial(reference->Father()->Label(), name, description, density, densityName,
+                                         densityType) &&
                 !name.IsNull())
                 return FromUtf8(name->ToCString());
         }
@@ -162,6 +176,12 @@ private:
 bool CheckUnits(STEPCAFControl_Reader& reader, std::string& error) {
     TColStd_SequenceOfAsciiString lengths, angles, solidAngles;
     reader.ChangeReader().FileUnits(lengths, angles, solidAngles);
+    // A unit entity the kernel cannot read leaves the file without a length unit, and its shapes
+    // would silently be taken as millimetres.
+    if (lengths.IsEmpty()) {
+        error = "the file names no length unit the kernel knows";
+        return false;
+    }
     for (const TCollection_AsciiString& unit : lengths)
         if (!KnownLengthUnit(unit)) {
             error = std::string("length unit '") + unit.ToCString() + "' is not one the kernel knows";
@@ -188,7 +208,7 @@ bool ReadStepAssembly(const std::string& path, Assembly& assembly, std::string& 
         reader.SetColorMode(true);
         reader.SetMatMode(true);
         reader.SetLayerMode(false);
-        reader.SetPropsMode(false);
+        reader.SetPropsMode(true);
         if (reader.ReadFile(path.c_str()) != IFSelect_RetDone) {
             error = path + ": not a readable STEP file";
             app->Close(doc);

@@ -12,6 +12,8 @@
 #include "framework/case_fold.h"
 
 namespace {
+constexpr double kLimitTolerance = 0.000001;
+
 std::wstring Number(double value) {
     wchar_t text[64];
     std::swprintf(text, 64, L"%.6g", std::fabs(value) < 5e-13 ? 0.0 : value);
@@ -134,8 +136,9 @@ bool CheckInterference(const Assembly& assembly, const InterferenceOptions& opti
         const bool overlaps = outcome.volume > 1e-6;
         if (!overlaps && !options.touchingInterferes) continue;
         if (overlaps && options.ignoreVolume) {
+            // Limits compare with the same tolerance as the dialogs' checks.
             const double limit = *options.ignoreVolume * cube;
-            if (volume < limit || (options.ignoreInclusive && volume <= limit)) continue;
+            if (options.ignoreInclusive ? volume <= limit + kLimitTolerance : volume < limit - kLimitTolerance) continue;
         }
         ZebFinding finding = Finding(context, {a.path, b.path},
                                      overlaps ? a.path + L" and " + b.path + L" interfere by " + Number(volume) + L" " +
