@@ -22,7 +22,13 @@
 #include <XCAFDoc_MaterialTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <array>
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <map>
@@ -191,7 +197,43 @@ bool CheckUnits(STEPCAFControl_Reader& reader, std::string& error) {
 }
 }  // namespace
 
+namespace {
+bool ReadInProcess(const std::string& path, Assembly& assembly, std::string& error);
+
+// The kernel's STEP reader can be brought down by a damaged file, so a child process reads it
+// first, under a processor-time limit; only a file the child read to the end is read here.
+bool ChildReadsWhole(const std::string& path, std::string& error) {
+    const pid_t child = fork();
+    if (child < 0) return true;  // no child to spare: read as before
+    if (child == 0) {
+        const rlimit cpu{60, 60};
+        setrlimit(RLIMIT_CPU, &cpu);
+        Assembly assembly;
+        std::string ignored;
+        _exit(ReadInProcess(path, assembly, ignored) ? 0 : 1);
+    }
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {}
+    if (WIFSIGNALED(status)) {
+        error = path + (WTERMSIG(status) == SIGXCPU ? ": the STEP reader took too long on this file"
+                                                   : ": damaged STEP file (the STEP reader stopped on it)");
+        return false;
+    }
+    return true;
+}
+}  // namespace
+
 bool ReadStepAssembly(const std::string& path, Assembly& assembly, std::string& error) {
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(path, ec)) {
+        error = path + ": no such file";
+        return false;
+    }
+    return ChildReadsWhole(path, error) && ReadInProcess(path, assembly, error);
+}
+
+namespace {
+bool ReadInProcess(const std::string& path, Assembly& assembly, std::string& error) {
     std::error_code ec;
     if (!std::filesystem::is_regular_file(path, ec)) {
         error = path + ": no such file";
@@ -236,6 +278,7 @@ bool ReadStepAssembly(const std::string& path, Assembly& assembly, std::string& 
     }
     return true;
 }
+}  // namespace
 
 namespace {
 std::wstring WithoutExtension(const std::wstring& name) {

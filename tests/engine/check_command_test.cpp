@@ -96,6 +96,8 @@ TEST_F(CheckCommandTest, BadAssembliesGetAMessageAndStatus2) {
         {File("unit.stp", unknownUnit), "length unit 'FURLONG'"},
         {Boxes("one.stp", {gp_Pnt(0, 0, 0)}), "one part"},
         {(dir.Path() / "missing.stp").string(), "no such file"},
+        // A file on which the kernel's reader dereferences a null point.
+        {VANTOR_SOURCE_DIR "/tests/data/engine/reader_stops.stp", "the STEP reader stopped on it"},
     };
     for (const auto& c : cases) {
         const HostRun run = Run("check " + settings + " " + c.path);
