@@ -1,0 +1,107 @@
+// vantor-rules check as a user runs it: exit statuses, reports, and bad input.
+#include <gtest/gtest.h>
+
+#include <BRepPrimAPI_MakeBox.hxx>
+
+#include <fstream>
+
+#include "engine/step_writer.h"
+#include "tests/engine/shared_assembly.h"
+#include "tests/support/file_bytes.h"
+#include "tests/support/host_run.h"
+#include "tests/support/scoped_temp_dir.h"
+
+namespace {
+
+class CheckCommandTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        settings = (dir.Path() / "s.xml").string();
+        ASSERT_EQ(Run("new -o " + settings).status, 0);
+    }
+    HostRun Run(const std::string& args) {
+        return RunHost(args, dir.Path() / "err.txt", "VANTOR_DATABASE_DIR=" + dir.Path().string());
+    }
+    std::string File(const char* name, const std::string& bytes) {
+        const std::string path = (dir.Path() / name).string();
+        std::ofstream(path, std::ios::binary) << bytes;
+        return path;
+    }
+    std::string Boxes(const char* name, std::vector<gp_Pnt> corners) {
+        std::vector<SolidToWrite> solids;
+        for (size_t i = 0; i < corners.size(); ++i)
+            solids.push_back({L"box" + std::to_wstring(i), BRepPrimAPI_MakeBox(corners[i], 10, 10, 10).Shape(), L"", L""});
+        const std::string path = (dir.Path() / name).string();
+        std::string error;
+        EXPECT_TRUE(WriteStepAssembly(path, L"top", solids, "MM", error)) << error;
+        return path;
+    }
+
+    ScopedTempDir dir{"check_command"};
+    std::string settings;
+};
+}  // namespace
+
+TEST_F(CheckCommandTest, ExitStatusAndReports) {
+    const std::string clean = Boxes("clean.stp", {gp_Pnt(0, 0, 0), gp_Pnt(20, 0, 0)});
+    HostRun run = Run("check " + settings + " " + clean);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, "");
+    EXPECT_NE(run.err.find("2 parts, 0 findings"), std::string::npos) << run.err;
+
+    const std::string overlapping = Boxes("overlap.stp", {gp_Pnt(0, 0, 0), gp_Pnt(5, 0, 0)});
+    run = Run("check " + settings + " " + overlapping + " --rule 'interference detection' --format json");
+    EXPECT_EQ(run.status, 1) << run.err;
+    EXPECT_NE(run.out.find("\"parts\": 2"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("\"parts\": [\"top/box0\", \"top/box1\"], \"value\": 500, \"limit\": null"), std::string::npos)
+        << run.out;
+
+    const std::string html = (dir.Path() / "r.html").string();
+    run = Run("check " + settings + " " + overlapping + " --format html -o " + html);
+    EXPECT_EQ(run.status, 1);
+    const std::string page = FileBytes(html);
+    EXPECT_NE(page.find("<h2>Interference Detection &mdash; Critical (1)</h2>"), std::string::npos) << page;
+    EXPECT_EQ(page.find("<script"), std::string::npos);
+
+    run = Run("check " + settings + " " + overlapping + " --rule nosuchrule");
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.err.find("no rule 'nosuchrule'"), std::string::npos) << run.err;
+    EXPECT_EQ(Run("check " + settings + " " + overlapping + " --format xml").status, 2);
+}
+
+TEST_F(CheckCommandTest, BadAssembliesGetAMessageAndStatus2) {
+    if (SharedAssembly().empty()) GTEST_SKIP() << "no shared assembly beside the repository";
+    const std::string shared = FileBytes(SharedAssembly());
+    ASSERT_GT(shared.size(), 1000u);
+    // Lengths in furlongs, a unit the reader has no size for.
+    std::string unknownUnit;
+    const std::string millimetre = "( LENGTH_UNIT() NAMED_UNIT(*) SI_UNIT(.MILLI.,.METRE.) )";
+    const std::string furlong = "( CONVERSION_BASED_UNIT('FURLONG',#99001) LENGTH_UNIT() NAMED_UNIT(#99002) )";
+    size_t from = 0;
+    for (size_t at; (at = shared.find(millimetre, from)) != std::string::npos; from = at + millimetre.size())
+        unknownUnit += shared.substr(from, at - from) + furlong;
+    unknownUnit += shared.substr(from);
+    const size_t end = unknownUnit.rfind("ENDSEC;");
+    ASSERT_NE(end, std::string::npos);
+    unknownUnit.insert(end, "#99001 = LENGTH_MEASURE_WITH_UNIT(LENGTH_MEASURE(201.168),#99003);\n"
+                            "#99002 = DIMENSIONAL_EXPONENTS(1.,0.,0.,0.,0.,0.,0.);\n"
+                            "#99003 = ( LENGTH_UNIT() NAMED_UNIT(*) SI_UNIT($,.METRE.) );\n");
+    const struct {
+        std::string path;
+        const char* says;
+    } cases[] = {
+        {File("text.stp", "just some words\n"), "not a readable STEP file"},
+        {File("half.stp", shared.substr(0, shared.size() / 2)), "STEP"},
+        {File("empty.stp", ""), "not a readable STEP file"},
+        {File("unit.stp", unknownUnit), "length unit 'FURLONG'"},
+        {Boxes("one.stp", {gp_Pnt(0, 0, 0)}), "one part"},
+        {(dir.Path() / "missing.stp").string(), "no such file"},
+        // A file on which the kernel's reader dereferences a null point.
+        {VANTOR_SOURCE_DIR "/tests/data/engine/reader_stops.stp", "the STEP reader stopped on it"},
+    };
+    for (const auto& c : cases) {
+        const HostRun run = Run("check " + settings + " " + c.path);
+        EXPECT_EQ(run.status, 2) << c.path << ": " << run.err;
+        EXPECT_NE(run.err.find(c.says), std::string::npos) << c.path << ": " << run.err;
+    }
+}
