@@ -13,10 +13,11 @@
 #include "dialogs/common/severity_list.h"
 #include "framework/ui/control_id.h"
 #include "rules/rule_record.h"
+#include "util/rule_params.h"
 #include "util/string_table.h"
 
 namespace {
-constexpr long kTableText = 7002;
+constexpr long kTableText = PrefCompParams::kTable.id;
 constexpr int kTableWidth = 1000;
 constexpr int kLastColumn = 4;
 
