@@ -22,7 +22,7 @@ constexpr int kFirst = 1;
 constexpr int kSecond = 2;
 
 // Columns "A" and "B" into the two component columns; an empty name ends the import.
-const ComponentImportLayout kImportLayout{.columns = {{L"A"}, {L"B"}},
+const ComponentImportLayout kImportLayout{.columns = SheetColumnsOf(InterferenceParams::kComponents.columns),
                                           .leastRows = ZEBASMInterfDetCheckCompDlg::kSpareRows,
                                           .rowsBelow = 1,
                                           .stopAtEmptyName = true};

@@ -32,7 +32,7 @@ constexpr int kClearance = 3;
 
 // Columns "A", "B" and "C" (a number) into parts and clearance; every row emptied first.
 const ComponentImportLayout kImportLayout{
-    .columns = {{L"A"}, {L"B"}, {L"C", kSpreadsheetDecimalColumn}},
+    .columns = SheetColumnsOf(MinClearanceParams::kPairs.columns),
     .rowsBelow = CZEBAssemblyMinClearanceBetPartsDlg::kSpareRows,
     .emptyEveryRow = true};
 

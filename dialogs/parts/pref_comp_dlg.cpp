@@ -22,7 +22,7 @@ constexpr int kTableWidth = 1000;
 constexpr int kLastColumn = 4;
 
 // Columns "A" to "D" into the table's four columns, read by rows; every row emptied first.
-const ComponentImportLayout kImportLayout{.columns = {{L"A"}, {L"B"}, {L"C"}, {L"D"}},
+const ComponentImportLayout kImportLayout{.columns = SheetColumnsOf(PrefCompParams::kTable.columns),
                                           .rowsBelow = CZEBAssemblyCheckPrefCompDlg::kSpareRows,
                                           .emptyEveryRow = true,
                                           .readByRows = true};
