@@ -21,6 +21,7 @@
 #include "framework/ui/recording_ui_service.h"
 #include "rules/fastener_clearance_rule.h"
 #include "rules/rule_record.h"
+#include "util/rule_params.h"
 #include "util/spreadsheet.h"
 
 namespace fs = std::filesystem;
@@ -56,13 +57,13 @@ void Fill(CZebRule& rule, long id, int rows) {
 double OpenOkAndClose(int rows) {
     CZEBAssemblyFastenerClearanceRule rule;
     return BestSeconds([&] {
-        Fill(rule, 2052, rows);
-        Fill(rule, 9450, rows);
+        Fill(rule, FastenerClearanceParams::kConditionA.id, rows);
+        Fill(rule, FastenerClearanceParams::kConditionB.id, rows);
         CZEBAssemblyFastenerClearanceDlg dialog(&rule, L"mm");
         dialog.show();
         if (dialog.GetGrid()->GetRowCount() != 2 * rows + 260) std::fprintf(stderr, "rows not loaded\n");
         dialog.OnOK();
-        if (FindTyped<ZebRow>(rule, 2052)->values.GetSize() < rows) std::fprintf(stderr, "rows lost\n");
+        if (FindTyped<ZebRow>(rule, FastenerClearanceParams::kConditionA.id)->values.GetSize() < rows) std::fprintf(stderr, "rows lost\n");
     });
 }
 

@@ -31,6 +31,7 @@
 #include "framework/zeb_xml.h"
 #include "host/module_loader.h"
 #include "host/settings_file.h"
+#include "util/rule_params.h"
 
 namespace fs = std::filesystem;
 
@@ -136,7 +137,7 @@ std::vector<Sample> Measure(const std::vector<Phase>& phases, const fs::path& ou
 }
 
 // Every rule at its defaults, with `rows` rows like "M8X123-ISO4017 | 3.5 | 5.25" in each of the
-// fastener clearance tables 2052 and 9450.
+// fastener clearance tables of conditions A and B.
 bool WriteDocument(const ModuleLoader& loader, const fs::path& path, int rows) {
     ZebXMLDocument doc;
     std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(doc, 0));
@@ -150,7 +151,9 @@ bool WriteDocument(const ModuleLoader& loader, const fs::path& path, int rows) {
     for (const pugi::xpath_node& found : xml.select_nodes("//Rule[@Name='Fastener Clearance']/Parameter")) {
         pugi::xml_node rule = found.node();
         const std::string type = rule.attribute("Type").value();
-        if (type != "2052" && type != "9450") continue;
+        if (type != std::to_string(FastenerClearanceParams::kConditionA.id) &&
+            type != std::to_string(FastenerClearanceParams::kConditionB.id))
+            continue;
         pugi::xml_node before = rule.child("ResultCriteria");
         for (int i = 0; i < rows; ++i) {
             pugi::xml_node value = before ? rule.insert_child_before("Value", before) : rule.append_child("Value");

@@ -7,9 +7,10 @@
 #include "controls/zeb_asm_recomm_thread_conn_list_ctrl.h"
 #include "framework/ui/ui_service.h"
 #include "framework/zeb_rule.h"
+#include "util/rule_params.h"
 
 namespace {
-constexpr long kThreadSizes = 9148;
+constexpr long kThreadSizes = RecommThreadParams::kThreadSizes.id;
 
 ZebTypedParam<ZebRow>* ThreadSizes(CZebRule* rule) {
     CZebParamStorage* stored = rule ? rule->FindParameterInArray(kThreadSizes) : nullptr;

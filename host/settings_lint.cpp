@@ -412,7 +412,9 @@ private:
             if (!valueNodes.empty())
                 AddValue(rule, type, param,
                     std::to_string(valueNodes.size()) + " values are never read" +
-                        (valueType == ZebType_Row ? " (table rows need \"ParameterType\" 24)" : "") +
+                        (valueType == ZebType_Row
+                             ? " (table rows need \"ParameterType\" " + std::to_string(ZebParam_Table) + ")"
+                             : "") +
                         " and are dropped on the next save");
         } else {
             for (pugi::xml_node value : valueNodes)

@@ -5,11 +5,11 @@
 #include "rules/rule_record.h"
 
 namespace {
-constexpr long kSameHead = 9024;
-constexpr long kSameMaterial = 9025;
-constexpr long kLengthStep = 9026;
-constexpr long kDiameterStep = 9027;
-constexpr long kExtraSwitch = 9603;
+using P = BoltScrewParams;
+constexpr long kSameHead = P::kSameHead.id;
+constexpr long kSameMaterial = P::kSameMaterial.id;
+constexpr long kLengthStep = P::kLengthStep.id;
+constexpr long kDiameterStep = P::kDiameterStep.id;
 }  // namespace
 
 CZEBAssemblyBoltScrewRationalizationRule::CZEBAssemblyBoltScrewRationalizationRule() {
@@ -23,17 +23,7 @@ CZEBAssemblyBoltScrewRationalizationRule::CZEBAssemblyBoltScrewRationalizationRu
 }
 
 void CZEBAssemblyBoltScrewRationalizationRule::InitParameters() {
-    AddParameter(*this, ZebType_Bool, kSameHead, ZebOp_Equal, ZebParam_Value, true);
-    AddParameter(*this, ZebType_Bool, kSameMaterial, ZebOp_Equal, ZebParam_Value, true);
-    AddParameter(*this, ZebType_Double, kLengthStep, ZebOp_GreaterEqual, ZebParam_Value, true);
-    AddParameter(*this, ZebType_Double, kDiameterStep, ZebOp_GreaterEqual, ZebParam_Value, true);
-    AddParameter(*this, ZebType_Bool, kExtraSwitch, ZebOp_Equal, ZebParam_Value, true);
-    auto* lengthStep = FindTyped<double>(*this, kLengthStep);
-    lengthStep->values.Add(4.0);
-    lengthStep->criteriaStatus = true;
-    auto* diameterStep = FindTyped<double>(*this, kDiameterStep);
-    diameterStep->values.Add(2.0);
-    diameterStep->criteriaStatus = true;
+    AddParameters(*this, P::kAll);
     IsPopulated = true;
 }
 

@@ -2,7 +2,7 @@
 
 #include "framework/zeb_rule.h"
 
-// Which properties bolts and screws are grouped by (9024 to 9027, 9603).
+// Which properties bolts and screws are grouped by; parameters in BoltScrewParams.
 class CZEBAssemblyBoltScrewRationalizationRule : public CZebRule {
 public:
     CZEBAssemblyBoltScrewRationalizationRule();

@@ -6,8 +6,8 @@
 #include "rules/rule_units.h"
 
 namespace {
-constexpr long kMaterialPairs = 7065;
-constexpr long kDistance = 7051;
+constexpr long kMaterialPairs = ContactMaterialParams::kPairs.id;
+constexpr long kDistance = ContactMaterialParams::kDistance.id;
 }  // namespace
 
 CZEBAssemblyCheckContactMaterialRule::CZEBAssemblyCheckContactMaterialRule() {
@@ -21,11 +21,7 @@ CZEBAssemblyCheckContactMaterialRule::CZEBAssemblyCheckContactMaterialRule() {
 
 // The rule counts as populated only once settings or the dialog have filled it.
 void CZEBAssemblyCheckContactMaterialRule::InitParameters() {
-    AddParameter(*this, ZebType_Row, kMaterialPairs, ZebOp_Equal, ZebParam_Table, true);
-    AddParameter(*this, ZebType_Double, kDistance, ZebOp_Less, ZebParam_Value, true);
-    auto* distance = FindTyped<double>(*this, kDistance);
-    distance->values.Add(0.1);
-    distance->criteriaStatus = false;
+    AddParameters(*this, ContactMaterialParams::kAll);
 }
 
 void CZEBAssemblyCheckContactMaterialRule::ImportFromXML(ZebXMLNode* node) {

@@ -2,7 +2,8 @@
 
 #include "framework/zeb_rule.h"
 
-// Material pairs that must not touch (7065) and the contact distance (7051).
+// Material pairs that must not touch and the contact distance; parameters in
+// ContactMaterialParams.
 class CZEBAssemblyCheckContactMaterialRule : public CZebRule {
 public:
     CZEBAssemblyCheckContactMaterialRule();

@@ -5,9 +5,7 @@
 #include "rules/rule_record.h"
 
 namespace {
-constexpr long kToolClearance = 6080;
-constexpr long kSecondClearance = 6092;
-constexpr long kToolSwitch = 6093;
+using P = FastenerAccessibilityParams;
 }  // namespace
 
 CZEBAssemblyFastenerAccessibilityRule::CZEBAssemblyFastenerAccessibilityRule() {
@@ -20,19 +18,12 @@ CZEBAssemblyFastenerAccessibilityRule::CZEBAssemblyFastenerAccessibilityRule() {
 }
 
 void CZEBAssemblyFastenerAccessibilityRule::InitParameters() {
-    AddParameter(*this, ZebType_Double, kToolClearance, ZebOp_GreaterEqual, ZebParam_Value, true);
-    AddParameter(*this, ZebType_Double, kSecondClearance, ZebOp_GreaterEqual, ZebParam_Value, true);
-    AddParameter(*this, ZebType_Double, kToolSwitch, ZebOp_Equal, ZebParam_Value, true);
-    FindTyped<double>(*this, kToolClearance)->values.Add(1.2);
-    FindTyped<double>(*this, kSecondClearance)->values.Add(2.5);
-    FindTyped<double>(*this, kToolSwitch)->values.Add(0.0);
+    AddParameters(*this, P::kAll);
 }
 
 void CZEBAssemblyFastenerAccessibilityRule::ImportFromXML(ZebXMLNode* node) {
     CZebResourceScope scope;
-    RemoveFirstValue(*this, kToolClearance);
-    RemoveFirstValue(*this, kSecondClearance);
-    RemoveFirstValue(*this, kToolSwitch);
+    for (const ParamSpec& p : P::kAll) RemoveFirstValue(*this, p.id);
     ImportRuleXML(this, node);
 }
 

@@ -2,7 +2,7 @@
 
 #include "framework/zeb_rule.h"
 
-// Free space around each fastener for its tool (6080, 6092, 6093).
+// Free space around each fastener for its tool; parameters in FastenerAccessibilityParams.
 class CZEBAssemblyFastenerAccessibilityRule : public CZebRule {
 public:
     CZEBAssemblyFastenerAccessibilityRule();

@@ -8,8 +8,7 @@
 #include "util/texts.h"
 
 namespace {
-constexpr long kOffset = 8019;
-constexpr long kSwitch = 8076;
+constexpr long kOffset = FastenerAlignmentParams::kOffset.id;
 constexpr long kOperatorHolder = 8011;
 constexpr long kSummarySwitch = 8021;
 }  // namespace
@@ -24,10 +23,7 @@ CZEBAssemblyFastenerAlignmentRule::CZEBAssemblyFastenerAlignmentRule() {
 }
 
 void CZEBAssemblyFastenerAlignmentRule::InitParameters() {
-    AddParameter(*this, ZebType_Double, kOffset, ZebOp_Equal, ZebParam_Value, true);
-    AddParameter(*this, ZebType_Bool, kSwitch, ZebOp_Equal, ZebParam_Value, true);
-    FindTyped<double>(*this, kOffset)->values.Add(0.0);
-    FindParameterInArray(kSwitch)->GetParam()->status = false;
+    AddParameters(*this, FastenerAlignmentParams::kAll);
     IsPopulated = true;
     UpdateSummary();
 }

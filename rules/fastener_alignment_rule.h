@@ -2,7 +2,7 @@
 
 #include "framework/zeb_rule.h"
 
-// Allowed offset between a fastener and its hole axis (8019).
+// Allowed offset between a fastener and its hole axis; parameters in FastenerAlignmentParams.
 class CZEBAssemblyFastenerAlignmentRule : public CZebRule {
 public:
     CZEBAssemblyFastenerAlignmentRule();
@@ -12,6 +12,6 @@ public:
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
     // The dialog, then the summary, whatever the dialog's answer.
     void Configure() override;
-    // Rebuilds the summary from 8011, 8019 and 8021 when the rule holds all three.
+    // Rebuilds the summary from 8011, the offset and 8021 when the rule holds all three.
     void UpdateSummary();
 };

@@ -6,10 +6,11 @@
 #include "rules/rule_units.h"
 
 namespace {
-constexpr long kClearances = 2052;
-constexpr long kAlternative = 9450;
+using P = FastenerClearanceParams;
+constexpr long kClearances = P::kConditionA.id;
+constexpr long kAlternative = P::kConditionB.id;
 
-// Settings of older versions kept (name, A, B) in 2052 only; B moves to a 9450 row.
+// Settings of older versions kept (name, A, B) in condition A only; B moves to a condition B row.
 void MigrateOldLayout(ZebTypedParam<ZebRow>& clearances, ZebTypedParam<ZebRow>& alternative) {
     if (clearances.values.IsEmpty() || !alternative.values.IsEmpty()) return;
     for (ZebRow& row : clearances.values) {
@@ -36,8 +37,7 @@ CZEBAssemblyFastenerClearanceRule::CZEBAssemblyFastenerClearanceRule() {
 }
 
 void CZEBAssemblyFastenerClearanceRule::InitParameters() {
-    AddParameter(*this, ZebType_Row, kClearances, ZebOp_GreaterEqual, ZebParam_Table, true);
-    AddParameter(*this, ZebType_Row, kAlternative, ZebOp_GreaterEqual, ZebParam_Table, true);
+    AddParameters(*this, P::kAll);
 }
 
 void CZEBAssemblyFastenerClearanceRule::ImportFromXML(ZebXMLNode* node) {
@@ -60,8 +60,10 @@ ZebXMLNode* CZEBAssemblyFastenerClearanceRule::ExportToXML() {
 void CZEBAssemblyFastenerClearanceRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
     if (!to) return;
     if (LengthUnitsDiffer(from, to)) {
-        ConvertLengthCells(FindTyped<ZebRow>(*this, kClearances), {1, 2}, from->LengthUnit, to->LengthUnit);
-        ConvertLengthCells(FindTyped<ZebRow>(*this, kAlternative), {1, 2}, from->LengthUnit, to->LengthUnit);
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kClearances), P::kConditionA, from->LengthUnit,
+                           to->LengthUnit);
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kAlternative), P::kConditionB, from->LengthUnit,
+                           to->LengthUnit);
     }
     CurrentUnits = *to;
 }

@@ -2,8 +2,8 @@
 
 #include "framework/zeb_rule.h"
 
-// Clearance limits per fastener name: 2052 holds (name, clearance A, clearance B) rows, 9450
-// the alternative (name, value, value) rows.
+// Clearance limits per fastener name, for condition A and condition B; parameters in
+// FastenerClearanceParams.
 class CZEBAssemblyFastenerClearanceRule : public CZebRule {
 public:
     CZEBAssemblyFastenerClearanceRule();

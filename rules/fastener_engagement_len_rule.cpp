@@ -6,7 +6,8 @@
 #include "rules/rule_units.h"
 
 namespace {
-constexpr long kLengths = 2053;
+using P = FastenerEngagementParams;
+constexpr long kLengths = P::kLengths.id;
 }
 
 CZEBAssemblyFastenerEngagementLenRule::CZEBAssemblyFastenerEngagementLenRule() {
@@ -19,7 +20,7 @@ CZEBAssemblyFastenerEngagementLenRule::CZEBAssemblyFastenerEngagementLenRule() {
 }
 
 void CZEBAssemblyFastenerEngagementLenRule::InitParameters() {
-    AddParameter(*this, ZebType_Row, kLengths, ZebOp_Equal, ZebParam_Table, true);
+    AddParameters(*this, P::kAll);
 }
 
 void CZEBAssemblyFastenerEngagementLenRule::ImportFromXML(ZebXMLNode* node) {
@@ -36,7 +37,7 @@ ZebXMLNode* CZEBAssemblyFastenerEngagementLenRule::ExportToXML() {
 void CZEBAssemblyFastenerEngagementLenRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
     if (!to) return;
     if (LengthUnitsDiffer(from, to))
-        ConvertLengthCells(FindTyped<ZebRow>(*this, kLengths), {1}, from->LengthUnit, to->LengthUnit);
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kLengths), P::kLengths, from->LengthUnit, to->LengthUnit);
     CurrentUnits = *to;
 }
 

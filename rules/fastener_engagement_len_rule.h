@@ -2,7 +2,7 @@
 
 #include "framework/zeb_rule.h"
 
-// Thread engagement length per fastener name: 2053 rows of (name, length, ...).
+// Thread engagement length per fastener name; parameters in FastenerEngagementParams.
 class CZEBAssemblyFastenerEngagementLenRule : public CZebRule {
 public:
     CZEBAssemblyFastenerEngagementLenRule();

@@ -11,13 +11,14 @@
 #include "util/texts.h"
 
 namespace {
-constexpr long kOffset = 7800;
-constexpr long kSecond = 7092;
-constexpr long kThird = 7094;
-constexpr long kTolerance = 9084;
-constexpr double kDefaultOffset = 0.5;
-constexpr double kDefaultTolerance = 0.1;
-// Settings older than this lack the criteria defaults of 7800, 7092 and 7094.
+using P = HoleAlignmentParams;
+constexpr long kOffset = P::kOffset.id;
+constexpr long kSecond = P::kThroughHoles.id;
+constexpr long kThird = P::kBlindHoles.id;
+constexpr long kTolerance = P::kTolerance.id;
+constexpr double kDefaultOffset = P::kOffset.defaults.values[0];
+constexpr double kDefaultTolerance = P::kTolerance.defaults.values[0];
+// Settings older than this lack the criteria defaults of the offset and the two hole kinds.
 constexpr double kCriteriaVersion = 3.3;
 
 double HoleSettingsVersion(ZebXMLNode* node) {
@@ -35,14 +36,7 @@ CZEBASMHoleAlignmentCheckRule::CZEBASMHoleAlignmentCheckRule() {
 }
 
 void CZEBASMHoleAlignmentCheckRule::InitParameters() {
-    for (long id : {kOffset, kSecond, kThird, kTolerance})
-        AddParameter(*this, ZebType_Double, id, ZebOp_LessEqual, ZebParam_Value, true);
-    auto* offset = FindTyped<double>(*this, kOffset);
-    offset->values.Add(kDefaultOffset);
-    offset->criteriaStatus = true;
-    FindTyped<double>(*this, kSecond)->criteriaStatus = false;
-    FindTyped<double>(*this, kThird)->criteriaStatus = false;
-    FindTyped<double>(*this, kTolerance)->values.Add(kDefaultTolerance);
+    AddParameters(*this, P::kAll);
     IsPopulated = true;
     RebuildSummary();
 }

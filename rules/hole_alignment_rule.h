@@ -2,7 +2,8 @@
 
 #include "framework/zeb_rule.h"
 
-// Allowed axis offset between aligned holes (7800) and its companions 7092, 7094, 9084.
+// Allowed axis offset between aligned holes, which holes are checked and the diameter
+// tolerance; parameters in HoleAlignmentParams.
 class CZEBASMHoleAlignmentCheckRule : public CZebRule {
 public:
     CZEBASMHoleAlignmentCheckRule();

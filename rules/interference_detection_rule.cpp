@@ -6,9 +6,10 @@
 #include "rules/rule_record.h"
 
 namespace {
-constexpr long kSwitches[] = {6067, 6069, 8073, 6070};
-constexpr long kVolumeLimit = 8978;
-constexpr long kComponentPairs = 6068;
+using P = InterferenceParams;
+constexpr long kSwitches[] = {P::kCheckAll.id, P::kFirstOption.id, P::kGroups.id, P::kSecondOption.id};
+constexpr long kVolumeLimit = P::kVolumeLimit.id;
+constexpr long kComponentPairs = P::kComponents.id;
 }  // namespace
 
 CZEBAssemblyInterferenceDetectionRule::CZEBAssemblyInterferenceDetectionRule() {
@@ -20,11 +21,7 @@ CZEBAssemblyInterferenceDetectionRule::CZEBAssemblyInterferenceDetectionRule() {
 }
 
 void CZEBAssemblyInterferenceDetectionRule::InitParameters() {
-    const bool defaults[] = {true, true, false, false};
-    for (long id : kSwitches) AddParameter(*this, ZebType_Bool, id, ZebOp_Equal, ZebParam_Switch, true);
-    AddParameter(*this, ZebType_Double, kVolumeLimit, ZebOp_LessEqual, ZebParam_Value, false);
-    AddParameter(*this, ZebType_Row, kComponentPairs, ZebOp_Equal, ZebParam_Table, true);
-    for (size_t i = 0; i < std::size(kSwitches); ++i) FindTyped<bool>(*this, kSwitches[i])->values.Add(defaults[i]);
+    AddParameters(*this, P::kAll);
     IsPopulated = true;
 }
 

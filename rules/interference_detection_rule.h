@@ -2,7 +2,8 @@
 
 #include "framework/zeb_rule.h"
 
-// Interference between components: switches, a volume limit (8978) and component pairs (6068).
+// Interference between components: switches, a volume limit and component pairs; parameters in
+// InterferenceParams.
 class CZEBAssemblyInterferenceDetectionRule : public CZebRule {
 public:
     CZEBAssemblyInterferenceDetectionRule();

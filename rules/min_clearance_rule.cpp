@@ -8,17 +8,12 @@
 #include "util/texts.h"
 
 namespace {
-// 2062 holds (switch, general clearance); 2049 switches the part-pair list 2048.
-constexpr long kGeneral = 2062;
-constexpr long kPairSwitch = 2049;
-constexpr long kPairs = 2048;
-// The dialog's option pair (1.0 first option, 0.0 second) and its check box; the two switches
-// after them are stored but not shown.
-constexpr long kOptionChoice = 2063;
-constexpr long kOptionSwitch = 6072;
-constexpr long kNotShownSwitchA = 6073;
-constexpr long kNotShownSwitchB = 8095;
-constexpr long kOthers[] = {kOptionChoice, kOptionSwitch, kNotShownSwitchA, kNotShownSwitchB};
+using P = MinClearanceParams;
+// The general clearance holds (switch, clearance); the pairs switch turns the part-pair list on.
+constexpr long kGeneral = P::kGeneral.id;
+constexpr long kPairSwitch = P::kPairsSwitch.id;
+constexpr long kPairs = P::kPairs.id;
+constexpr long kOthers[] = {P::kSameSubassembly.id, P::kTouching.id, P::kHiddenSwitchA.id, P::kHiddenSwitchB.id};
 
 double ValueAt(const ZebTypedParam<double>* p, int32_t index) {
     return p && p->values.GetSize() > index ? p->values[index] : 0.0;
@@ -35,20 +30,7 @@ CZEBAssemblyMinClearanceBetPartsRule::CZEBAssemblyMinClearanceBetPartsRule() {
 }
 
 void CZEBAssemblyMinClearanceBetPartsRule::InitParameters() {
-    AddParameter(*this, ZebType_Double, kGeneral, ZebOp_GreaterEqual, ZebParam_Value, true);
-    AddParameter(*this, ZebType_Double, kPairSwitch, ZebOp_Equal, ZebParam_Value, true);
-    AddParameter(*this, ZebType_Row, kPairs, ZebOp_Equal, ZebParam_Table, true);
-    AddParameter(*this, ZebType_Double, kOptionChoice, ZebOp_GreaterEqual, ZebParam_Value, true);
-    for (long id : {kOptionSwitch, kNotShownSwitchA, kNotShownSwitchB})
-        AddParameter(*this, ZebType_Bool, id, ZebOp_Equal, ZebParam_Switch, true);
-    auto* general = FindTyped<double>(*this, kGeneral);
-    general->values.Add(1.0);
-    general->values.Add(0.1);
-    FindTyped<double>(*this, kPairSwitch)->values.Add(0.0);
-    FindTyped<double>(*this, kOptionChoice)->values.Add(1.0);
-    FindTyped<bool>(*this, kOptionSwitch)->values.Add(false);
-    FindTyped<bool>(*this, kNotShownSwitchA)->values.Add(true);
-    FindTyped<bool>(*this, kNotShownSwitchB)->values.Add(false);
+    AddParameters(*this, P::kAll);
     IsPopulated = true;
     Summary = GeneralClearanceSummary();
 }
@@ -92,7 +74,7 @@ void CZEBAssemblyMinClearanceBetPartsRule::ConvertUnits(const UnitSetting* from,
             general->values[1] = ConvertLength(general->values[1], from->LengthUnit, to->LengthUnit);
         auto* pairs = FindTyped<ZebRow>(*this, kPairs);
         if (!pairs) return;
-        ConvertLengthCells(pairs, {2}, from->LengthUnit, to->LengthUnit);
+        ConvertLengthCells(pairs, P::kPairs, from->LengthUnit, to->LengthUnit);
     }
     CurrentUnits = *to;
     CZebResourceScope scope;

@@ -2,7 +2,8 @@
 
 #include "framework/zeb_rule.h"
 
-// Minimum clearance between parts: general clearance (2062), per-pair clearances (2048).
+// Minimum clearance between parts: a general clearance and per-pair clearances; parameters in
+// MinClearanceParams.
 class CZEBAssemblyMinClearanceBetPartsRule : public CZebRule {
 public:
     CZEBAssemblyMinClearanceBetPartsRule();

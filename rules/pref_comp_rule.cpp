@@ -5,7 +5,7 @@
 #include "rules/rule_record.h"
 
 namespace {
-constexpr long kTable = 7002;
+constexpr long kTable = PrefCompParams::kTable.id;
 }
 
 CZEBAssemblyCheckPrefCompRule::CZEBAssemblyCheckPrefCompRule() {
@@ -18,8 +18,7 @@ CZEBAssemblyCheckPrefCompRule::CZEBAssemblyCheckPrefCompRule() {
 }
 
 void CZEBAssemblyCheckPrefCompRule::InitParameters() {
-    AddParameter(*this, ZebType_String, kTable, ZebOp_GreaterEqual, ZebParam_Value, true);
-    FindTyped<std::wstring>(*this, kTable)->values.Add(std::wstring());
+    AddParameters(*this, PrefCompParams::kAll);
     IsPopulated = true;
 }
 

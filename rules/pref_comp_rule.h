@@ -2,7 +2,7 @@
 
 #include "framework/zeb_rule.h"
 
-// Preferred components, kept as one encoded table text (7002).
+// Preferred components, kept as one encoded table text; parameters in PrefCompParams.
 class CZEBAssemblyCheckPrefCompRule : public CZebRule {
 public:
     CZEBAssemblyCheckPrefCompRule();

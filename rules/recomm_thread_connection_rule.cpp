@@ -5,8 +5,7 @@
 #include "rules/rule_record.h"
 
 namespace {
-constexpr long kThreadPairs = 7072;
-constexpr long kThreadSizes = 9148;
+constexpr long kThreadPairs = RecommThreadParams::kThreadPairs.id;
 }  // namespace
 
 CZEBAssemblyRecommThreadConnectionRule::CZEBAssemblyRecommThreadConnectionRule() {
@@ -19,9 +18,7 @@ CZEBAssemblyRecommThreadConnectionRule::CZEBAssemblyRecommThreadConnectionRule()
 }
 
 void CZEBAssemblyRecommThreadConnectionRule::InitParameters() {
-    AddParameter(*this, ZebType_Row, kThreadPairs, ZebOp_Equal, ZebParam_Table, true);
-    AddParameter(*this, ZebType_Row, kThreadSizes, ZebOp_Equal, ZebParam_Table, true);
-    FindParameterInArray(kThreadSizes)->GetParam()->criteriaStatus = false;
+    AddParameters(*this, RecommThreadParams::kAll);
 }
 
 // The thread sizes are not cleared first: stored rows are added to the ones held.

@@ -2,7 +2,7 @@
 
 #include "framework/zeb_rule.h"
 
-// Recommended thread type pairs (7072) and thread sizes (9148).
+// Recommended thread type pairs and thread sizes; parameters in RecommThreadParams.
 class CZEBAssemblyRecommThreadConnectionRule : public CZebRule {
 public:
     CZEBAssemblyRecommThreadConnectionRule();

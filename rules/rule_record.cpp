@@ -1,6 +1,7 @@
 #include "rules/rule_record.h"
 
 #include <memory>
+#include <type_traits>
 
 #include "app/assembly_rules_app.h"
 #include "app/settings_document.h"
@@ -47,6 +48,25 @@ CZebParamStorage* AddParameter(CZebRule& rule, Type_e type, long id, ZebOperator
     CZebParamStorage* p = rule.CreateParamStorageObject(type, id, op, kind, enabled, false);
     rule.ParamArray.Add(p);
     return p;
+}
+
+namespace {
+template <class T>
+T DefaultValue(double value) {
+    if constexpr (std::is_same_v<T, bool>) return value != 0.0;
+    else if constexpr (std::is_arithmetic_v<T>) return static_cast<T>(value);
+    else return T{};  // texts start empty
+}
+}  // namespace
+
+void AddParameters(CZebRule& rule, std::span<const ParamSpec> specs) {
+    for (const ParamSpec& spec : specs) {
+        CZebParamStorage* p = AddParameter(rule, spec.type, spec.id, spec.op, spec.kind, spec.enabled);
+        p->GetParam()->criteriaStatus = spec.criteria;
+        VisitTyped(*p, [&spec]<class T>(ZebTypedParam<T>& typed) {
+            for (double value : spec.defaults.View()) typed.values.Add(DefaultValue<T>(value));
+        });
+    }
 }
 
 void RemoveFirstValue(CZebRule& rule, long id) {

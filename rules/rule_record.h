@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cmath>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "framework/zeb_rule.h"
 #include "resources/string_ids.h"
+#include "util/rule_params.h"
 
 class ZebXMLNode;
 
@@ -30,6 +32,9 @@ void FillRuleRecord(CZebRule& rule, const RuleIdentity& identity);
 // Creates a parameter and appends it to the rule's list.
 CZebParamStorage* AddParameter(CZebRule& rule, Type_e type, long id, ZebOperator_e op,
                                ZebParamType_e kind, bool enabled);
+
+// Creates the parameters of a rule's table in its order, each holding its defaults.
+void AddParameters(CZebRule& rule, std::span<const ParamSpec> specs);
 
 // The typed record of parameter `id`; null when the rule lacks it or it holds other values.
 template <class T>

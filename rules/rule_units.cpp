@@ -19,10 +19,10 @@ namespace {
 // in their way.
 class LengthCellConverter {
 public:
-    LengthCellConverter(std::initializer_list<size_t> columns, const ZebUnitScale& scale,
+    LengthCellConverter(const std::vector<size_t>& columns, const ZebUnitScale& scale,
                         const std::wstring& separator)
         : m_columns(columns),
-          m_needed(columns.size() == 0 ? 0 : std::max(columns) + 1),
+          m_needed(columns.empty() ? 0 : *std::max_element(columns.begin(), columns.end()) + 1),
           m_scale(scale),
           m_number(separator),
           m_converted(columns.size()) {}
@@ -56,9 +56,11 @@ private:
 };
 }  // namespace
 
-void ConvertLengthCells(ZebTypedParam<ZebRow>* table, std::initializer_list<size_t> columns,
-                        int32_t from, int32_t to) {
+void ConvertLengthCells(ZebTypedParam<ZebRow>* table, const ParamSpec& spec, int32_t from, int32_t to) {
     if (!table) return;
+    std::vector<size_t> columns;
+    for (size_t c = 0; c < spec.columns.count; ++c)
+        if (spec.columns.cells[c] == ParamCell::Length) columns.push_back(c);
     // The separator and the factor are worked out once: tables reach hundreds of thousands of
     // rows, which are converted in ranges at once.
     const std::wstring separator = UserDecimalSeparator();

@@ -8,10 +8,11 @@
 #include "util/texts.h"
 
 namespace {
-constexpr long kOffset = 8004;
-constexpr long kSecondOffset = 9503;
-constexpr long kFirstSwitch = 9606;
-constexpr long kSecondSwitch = 9608;
+using P = SlotAlignmentParams;
+constexpr long kOffset = P::kOffset.id;
+constexpr long kSecondOffset = P::kSecondOffset.id;
+constexpr long kFirstSwitch = P::kDirection.id;
+constexpr long kSecondSwitch = P::kWidth.id;
 // Settings older than this lack the two switches.
 constexpr double kSwitchVersion = 3.5;
 }  // namespace
@@ -27,16 +28,7 @@ CZEBASMSlotAlignmentCheckRule::CZEBASMSlotAlignmentCheckRule(ZebStringId nameId,
 }
 
 void CZEBASMSlotAlignmentCheckRule::InitParameters() {
-    AddParameter(*this, ZebType_Double, kOffset, ZebOp_LessEqual, ZebParam_Value, true);
-    AddParameter(*this, ZebType_Double, kSecondOffset, ZebOp_LessEqual, ZebParam_Value, true);
-    AddParameter(*this, ZebType_Bool, kFirstSwitch, ZebOp_Equal, ZebParam_Plain, true);
-    AddParameter(*this, ZebType_Bool, kSecondSwitch, ZebOp_Equal, ZebParam_Plain, true);
-    FindTyped<double>(*this, kOffset)->values.Add(0.5);
-    auto* second = FindTyped<double>(*this, kSecondOffset);
-    second->values.Add(0.5);
-    second->criteriaStatus = false;
-    FindTyped<bool>(*this, kFirstSwitch)->values.Add(false);
-    FindTyped<bool>(*this, kSecondSwitch)->values.Add(false);
+    AddParameters(*this, P::kAll);
     IsPopulated = true;
 }
 

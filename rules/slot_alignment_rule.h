@@ -3,7 +3,8 @@
 #include "framework/zeb_rule.h"
 #include "resources/string_ids.h"
 
-// Allowed offset between slots of mating parts (8004, 9503) and the switches 9606, 9608.
+// Allowed offset between slots of mating parts, the offset between slot ends and two switches;
+// parameters in SlotAlignmentParams.
 class CZEBASMSlotAlignmentCheckRule : public CZebRule {
 public:
     CZEBASMSlotAlignmentCheckRule(ZebStringId nameId, ZebStringId summaryId, int32_t dialogImageId);
@@ -13,6 +14,6 @@ public:
     long Evaluate(void* a, void* b, void* c) override;
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override;
     void Configure() override;
-    // Summary from 8004 when the rule holds it; otherwise left as it is.
+    // Summary from the slot offset when the rule holds it; otherwise left as it is.
     void RebuildSummary();
 };

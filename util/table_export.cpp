@@ -14,16 +14,17 @@
 #include "framework/text_convert.h"
 #include "framework/zeb_rule.h"
 #include "util/number_text.h"
+#include "util/rule_params.h"
 #include "util/string_table.h"
 
 namespace {
-constexpr long kPartPairs = 2048;
-constexpr long kComponentsToCheck = 6068;
-constexpr long kComponentGroups = 8073;
-constexpr long kPreferredTable = 7002;
-constexpr long kClearanceA = 2052;
-constexpr long kClearanceB = 9450;
-constexpr long kEngagementLengths = 2053;
+constexpr long kPartPairs = MinClearanceParams::kPairs.id;
+constexpr long kComponentsToCheck = InterferenceParams::kComponents.id;
+constexpr long kComponentGroups = InterferenceParams::kGroups.id;
+constexpr long kPreferredTable = PrefCompParams::kTable.id;
+constexpr long kClearanceA = FastenerClearanceParams::kConditionA.id;
+constexpr long kClearanceB = FastenerClearanceParams::kConditionB.id;
+constexpr long kEngagementLengths = FastenerEngagementParams::kLengths.id;
 
 // The heading rows the fastener import matches its layouts by; the clearance one is the layout
 // that carries both conditions with their Max.
@@ -77,9 +78,9 @@ RowFate FateOf(TableSheetKind kind, const std::vector<std::wstring>& row, size_t
 
 size_t WidthOf(TableSheetKind kind) {
     switch (kind) {
-    case TableSheetKind::PartPairs: return 3;
-    case TableSheetKind::ComponentsToCheck: return 2;
-    case TableSheetKind::PreferredComponents: return 4;
+    case TableSheetKind::PartPairs: return MinClearanceParams::kPairs.columns.count;
+    case TableSheetKind::ComponentsToCheck: return InterferenceParams::kComponents.columns.count;
+    case TableSheetKind::PreferredComponents: return PrefCompParams::kTable.columns.count;
     case TableSheetKind::FastenerClearance: return kClearanceHeadings.size();
     case TableSheetKind::FastenerEngagement: return kEngagementHeadings.size();
     }
@@ -124,14 +125,17 @@ TextRows StoredTableRows(CZebRule& rule, TableSheetKind kind) {
     case TableSheetKind::PartPairs:
         if (const auto* pairs = Typed<ZebRow>(rule, kPartPairs))
             for (const ZebRow& row : pairs->values)
-                if (row.size() >= 3 && !row[0].empty() && !row[1].empty()) rows.push_back({row.Cell(0), row.Cell(1), row.Cell(2)});
+                if (row.size() >= MinClearanceParams::kPairs.columns.count && !row[0].empty() && !row[1].empty())
+                    rows.push_back({row.Cell(0), row.Cell(1), row.Cell(2)});
         break;
     case TableSheetKind::ComponentsToCheck:
         if (const auto* components = Typed<ZebRow>(rule, kComponentsToCheck)) {
             const auto* groups = Typed<bool>(rule, kComponentGroups);
             const bool asGroups = groups && !groups->values.IsEmpty() && groups->values[0];
             for (const ZebRow& row : components->values) {
-                if (row.size() < 2 || (!asGroups && (row[0].empty() || row[1].empty()))) continue;
+                if (row.size() < InterferenceParams::kComponents.columns.count ||
+                    (!asGroups && (row[0].empty() || row[1].empty())))
+                    continue;
                 rows.push_back({row.Cell(0), row.Cell(1)});
             }
         }
@@ -150,7 +154,8 @@ TextRows StoredTableRows(CZebRule& rule, TableSheetKind kind) {
         for (int32_t i = 0; i < a->values.GetSize() && i < b->values.GetSize(); ++i) {
             const ZebRow& first = a->values[i];
             const ZebRow& second = b->values[i];
-            if (first.size() < 3 || second.size() < 3 || first[0].empty()) continue;
+            const size_t cells = FastenerClearanceParams::kConditionA.columns.count;
+            if (first.size() < cells || second.size() < cells || first[0].empty()) continue;
             rows.push_back({first.Cell(0), first.Cell(1), first.Cell(2), second.Cell(1), second.Cell(2)});
         }
         break;
@@ -158,7 +163,8 @@ TextRows StoredTableRows(CZebRule& rule, TableSheetKind kind) {
     case TableSheetKind::FastenerEngagement:
         if (const auto* lengths = Typed<ZebRow>(rule, kEngagementLengths))
             for (const ZebRow& row : lengths->values)
-                if (row.size() >= 2 && !row[0].empty()) rows.push_back({row.Cell(0), row.Cell(1)});
+                if (row.size() >= FastenerEngagementParams::kLengths.columns.count && !row[0].empty())
+                    rows.push_back({row.Cell(0), row.Cell(1)});
         break;
     }
     return rows;

@@ -19,14 +19,15 @@
 #include "framework/ui/picture_control.h"
 #include "framework/ui/ui_service.h"
 #include "rules/rule_record.h"
+#include "util/rule_params.h"
 #include "util/texts.h"
 
 namespace {
-constexpr long kSameHead = 9024;
-constexpr long kSameMaterial = 9025;
-constexpr long kLengthStep = 9026;
-constexpr long kDiameterStep = 9027;
-constexpr long kTogether = 9603;
+constexpr long kSameHead = BoltScrewParams::kSameHead.id;
+constexpr long kSameMaterial = BoltScrewParams::kSameMaterial.id;
+constexpr long kLengthStep = BoltScrewParams::kLengthStep.id;
+constexpr long kDiameterStep = BoltScrewParams::kDiameterStep.id;
+constexpr long kTogether = BoltScrewParams::kTogether.id;
 constexpr unsigned kPictureBitmap = 9014;
 // A step below this is no step.
 constexpr double kSmallest = 0.000001;

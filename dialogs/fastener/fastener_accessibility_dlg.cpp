@@ -17,11 +17,12 @@
 #include "framework/ui/control_id.h"
 #include "framework/ui/picture_control.h"
 #include "rules/rule_record.h"
+#include "util/rule_params.h"
 
 namespace {
-constexpr long kFirstValue = 6080;
-constexpr long kSecondValue = 6092;
-constexpr long kSecondSwitch = 6093;
+constexpr long kFirstValue = FastenerAccessibilityParams::kToolClearance.id;
+constexpr long kSecondValue = FastenerAccessibilityParams::kSecondClearance.id;
+constexpr long kSecondSwitch = FastenerAccessibilityParams::kSecondSwitch.id;
 constexpr unsigned kPictureBitmap = 6018;
 // A clearance below this is no clearance.
 constexpr double kSmallest = 0.000001;

@@ -17,11 +17,12 @@
 #include "framework/ui/control_id.h"
 #include "framework/ui/picture_control.h"
 #include "rules/rule_record.h"
+#include "util/rule_params.h"
 #include "util/texts.h"
 
 namespace {
-constexpr long kLimit = 8019;
-constexpr long kSwitch = 8076;
+constexpr long kLimit = FastenerAlignmentParams::kOffset.id;
+constexpr long kSwitch = FastenerAlignmentParams::kSwitch.id;
 // A limit closer to 0 than this cannot be told from 0.
 constexpr double kSmallest = 0.000001;
 constexpr unsigned kPictureBitmap = 8032;

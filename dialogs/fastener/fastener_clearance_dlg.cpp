@@ -14,10 +14,11 @@
 #include "framework/zeb_rule.h"
 #include "rules/rule_record.h"
 #include "util/number_text.h"
+#include "util/rule_params.h"
 
 namespace {
-constexpr long kConditionA = 2052;
-constexpr long kConditionB = 9450;
+constexpr long kConditionA = FastenerClearanceParams::kConditionA.id;
+constexpr long kConditionB = FastenerClearanceParams::kConditionB.id;
 constexpr double kTolerance = 0.000001;
 constexpr int kNameWidth = 150, kConditionWidth = 142;
 

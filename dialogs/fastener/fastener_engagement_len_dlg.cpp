@@ -14,9 +14,10 @@
 #include "framework/zeb_rule.h"
 #include "rules/rule_record.h"
 #include "util/number_text.h"
+#include "util/rule_params.h"
 
 namespace {
-constexpr long kLengths = 2053;
+constexpr long kLengths = FastenerEngagementParams::kLengths.id;
 constexpr int kNameWidth = 170, kLengthWidth = 300;
 
 constexpr auto Cell = &CZebGridModel::CellOf;

@@ -14,10 +14,11 @@
 #include "dialogs/common/severity_list.h"
 #include "framework/ui/control_id.h"
 #include "rules/rule_record.h"
+#include "util/rule_params.h"
 
 namespace {
-constexpr long kPairs = 7072;
-constexpr long kThreadSizes = 9148;
+constexpr long kPairs = RecommThreadParams::kThreadPairs.id;
+constexpr long kThreadSizes = RecommThreadParams::kThreadSizes.id;
 }  // namespace
 
 CZEBAssemblyRecommThreadTypesInConnectionDlg::CZEBAssemblyRecommThreadTypesInConnectionDlg(

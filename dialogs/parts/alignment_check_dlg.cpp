@@ -15,6 +15,7 @@
 #include "framework/ui/picture_control.h"
 #include "rules/rule_record.h"
 #include "util/number_text.h"
+#include "util/rule_params.h"
 #include "util/texts.h"
 
 CZEBAlignmentCheckDlg::CZEBAlignmentCheckDlg(CZebRule* rule, const std::wstring& unitText,
@@ -119,10 +120,13 @@ CZEBSMHoleAlignmentCheckDlg::CZEBSMHoleAlignmentCheckDlg(CZebRule* rule, const s
            .severityId = kSeverityId,
            .pictureId = 0,
            .pictureBitmap = 7095,
-           .rows = {{7800, kOffsetOperatorId, kOffsetValueId, kOffsetUnitId, IDS_HOLE_OFFSET_LABEL},
-                    {9084, kSecondOperatorId, kSecondValueId, kSecondUnitId, IDS_HOLE_SECOND_TOLERANCE_LABEL}},
-           .options = {{kThroughHolesId, 7092, IDS_HOLE_CHECK_THROUGH, false},
-                       {kBlindHolesId, 7094, IDS_HOLE_CHECK_BLIND, false}},
+           .rows = {{HoleAlignmentParams::kOffset.id, kOffsetOperatorId, kOffsetValueId, kOffsetUnitId,
+                     IDS_HOLE_OFFSET_LABEL},
+                    {HoleAlignmentParams::kTolerance.id, kSecondOperatorId, kSecondValueId, kSecondUnitId,
+                     IDS_HOLE_SECOND_TOLERANCE_LABEL}},
+           .options = {{kThroughHolesId, HoleAlignmentParams::kThroughHoles.id, IDS_HOLE_CHECK_THROUGH,
+                        false},
+                       {kBlindHolesId, HoleAlignmentParams::kBlindHoles.id, IDS_HOLE_CHECK_BLIND, false}},
            .titleIsRuleName = false,
            .title = IDS_RULE_HOLE_ALIGNMENT,
            .firstValueRequired = std::nullopt,
@@ -136,10 +140,13 @@ CZEBASMSlotAlignmentCheckDlg::CZEBASMSlotAlignmentCheckDlg(CZebRule* rule, const
            .severityId = kSeverityId,
            .pictureId = kPictureId,
            .pictureBitmap = 8150,
-           .rows = {{8004, kOffsetOperatorId, kOffsetValueId, kOffsetUnitId, IDS_SLOT_OFFSET_LABEL},
-                    {9503, kSecondOperatorId, kSecondValueId, kSecondUnitId, IDS_SLOT_SECOND_OFFSET_CHECK,
+           .rows = {{SlotAlignmentParams::kOffset.id, kOffsetOperatorId, kOffsetValueId, kOffsetUnitId,
+                     IDS_SLOT_OFFSET_LABEL},
+                    {SlotAlignmentParams::kSecondOffset.id, kSecondOperatorId, kSecondValueId, kSecondUnitId,
+                     IDS_SLOT_SECOND_OFFSET_CHECK,
                      kSecondSwitchId}},
-           .options = {{kWidthId, 9608, IDS_SLOT_CHECK_WIDTH, true}, {kDirectionId, 9606, IDS_SLOT_CHECK_DIRECTION, true}},
+           .options = {{kWidthId, SlotAlignmentParams::kWidth.id, IDS_SLOT_CHECK_WIDTH, true},
+                       {kDirectionId, SlotAlignmentParams::kDirection.id, IDS_SLOT_CHECK_DIRECTION, true}},
            .titleIsRuleName = true,
            .title = IDS_RULE_SLOT_ALIGNMENT,
            .firstValueRequired = IDS_SLOT_OFFSET_REQUIRED,

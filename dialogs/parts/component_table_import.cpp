@@ -8,6 +8,14 @@
 #include "framework/resource_library.h"
 #include "framework/ui/ui_service.h"
 
+std::vector<SpreadsheetColumn> SheetColumnsOf(const ParamColumns& cells) {
+    std::vector<SpreadsheetColumn> columns;
+    for (size_t c = 0; c < cells.count; ++c)
+        columns.push_back({std::wstring(1, static_cast<wchar_t>(L'A' + c)),
+                           cells.cells[c] == ParamCell::Length ? kSpreadsheetDecimalColumn : 0});
+    return columns;
+}
+
 std::vector<CZebGridModel::Row> PlaceImportedColumns(std::vector<CZebGridModel::Row> rows,
                                                      const SpreadsheetTable& imported,
                                                      const ComponentImportLayout& layout,

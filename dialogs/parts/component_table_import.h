@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "controls/grid_model.h"
+#include "util/rule_params.h"
 #include "util/sheet_table.h"
 
 class CZEBListCtrl;
@@ -25,6 +26,9 @@ struct ComponentImportLayout {
     // Read by rows (the first column's count gives the others'), not with the column "A" rule.
     bool readByRows = false;
 };
+
+// The spreadsheet columns of a table's cells, from "A" on; length cells are read as numbers.
+std::vector<SpreadsheetColumn> SheetColumnsOf(const ParamColumns& cells);
 
 // What a dialog keeps of its last import.
 struct SheetImportState {

@@ -18,10 +18,11 @@
 #include "framework/ui/control_id.h"
 #include "rules/rule_record.h"
 #include "util/number_text.h"
+#include "util/rule_params.h"
 
 namespace {
-constexpr long kPairs = 7065;
-constexpr long kDistance = 7051;
+constexpr long kPairs = ContactMaterialParams::kPairs.id;
+constexpr long kDistance = ContactMaterialParams::kDistance.id;
 constexpr int kSide1 = 1;
 constexpr int kSide2 = 2;
 constexpr int kMarkWidth = 30;

@@ -11,17 +11,18 @@
 #include "dialogs/common/parameter_controls.h"
 #include "framework/ui/control_id.h"
 #include "rules/rule_record.h"
+#include "util/rule_params.h"
 
 namespace {
-constexpr long kCheckAll = 6067;
-constexpr long kGroups = 8073;
-constexpr long kComponents = 6068;
+constexpr long kCheckAll = InterferenceParams::kCheckAll.id;
+constexpr long kGroups = InterferenceParams::kGroups.id;
+constexpr long kComponents = InterferenceParams::kComponents.id;
 constexpr int kTableWidth = 560;
 constexpr int kFirst = 1;
 constexpr int kSecond = 2;
 
 // Columns "A" and "B" into the two component columns; an empty name ends the import.
-const ComponentImportLayout kImportLayout{.columns = {{L"A"}, {L"B"}},
+const ComponentImportLayout kImportLayout{.columns = SheetColumnsOf(InterferenceParams::kComponents.columns),
                                           .leastRows = ZEBASMInterfDetCheckCompDlg::kSpareRows,
                                           .rowsBelow = 1,
                                           .stopAtEmptyName = true};

@@ -19,13 +19,14 @@
 #include "dialogs/parts/zeb_asm_interf_ignore_comp_list_ctrl.h"
 #include "framework/ui/control_id.h"
 #include "rules/rule_record.h"
+#include "util/rule_params.h"
 #include "util/texts.h"
 
 namespace {
-constexpr long kCheckAll = 6067;
-constexpr long kFirstOption = 6069;
-constexpr long kSecondOption = 6070;
-constexpr long kVolumeLimit = 8978;
+constexpr long kCheckAll = InterferenceParams::kCheckAll.id;
+constexpr long kFirstOption = InterferenceParams::kFirstOption.id;
+constexpr long kSecondOption = InterferenceParams::kSecondOption.id;
+constexpr long kVolumeLimit = InterferenceParams::kVolumeLimit.id;
 // A volume limit this close to 0 limits nothing.
 constexpr double kSmallest = 0.000001;
 }  // namespace

@@ -17,13 +17,14 @@
 #include "framework/ui/control_id.h"
 #include "rules/rule_record.h"
 #include "util/number_text.h"
+#include "util/rule_params.h"
 
 namespace {
-constexpr long kGeneralClearance = 2062;
-constexpr long kPairsSwitch = 2049;
-constexpr long kPairs = 2048;
-constexpr long kSameSubassembly = 2063;
-constexpr long kTouching = 6072;
+constexpr long kGeneralClearance = MinClearanceParams::kGeneral.id;
+constexpr long kPairsSwitch = MinClearanceParams::kPairsSwitch.id;
+constexpr long kPairs = MinClearanceParams::kPairs.id;
+constexpr long kSameSubassembly = MinClearanceParams::kSameSubassembly.id;
+constexpr long kTouching = MinClearanceParams::kTouching.id;
 constexpr int kTableWidth = 600;
 constexpr int kFirst = 1;
 constexpr int kSecond = 2;
@@ -31,7 +32,7 @@ constexpr int kClearance = 3;
 
 // Columns "A", "B" and "C" (a number) into parts and clearance; every row emptied first.
 const ComponentImportLayout kImportLayout{
-    .columns = {{L"A"}, {L"B"}, {L"C", kSpreadsheetDecimalColumn}},
+    .columns = SheetColumnsOf(MinClearanceParams::kPairs.columns),
     .rowsBelow = CZEBAssemblyMinClearanceBetPartsDlg::kSpareRows,
     .emptyEveryRow = true};
 
@@ -111,7 +112,8 @@ void CZEBAssemblyMinClearanceBetPartsDlg::LoadTable(CZebRule& rule) {
     std::vector<CZebGridModel::Row> rows(static_cast<size_t>(stored + kSpareRows));
     for (int i = 0; i < stored; ++i) {
         const ZebRow& row = pairs->values[i];
-        if (row.size() >= 3 && !row[0].empty() && !row[1].empty()) rows[static_cast<size_t>(i)] = {L"", row.Cell(0), row.Cell(1), row.Cell(2)};
+        if (row.size() >= MinClearanceParams::kPairs.columns.count && !row[0].empty() && !row[1].empty())
+            rows[static_cast<size_t>(i)] = {L"", row.Cell(0), row.Cell(1), row.Cell(2)};
     }
     m_table->SetRows(std::move(rows));
 }

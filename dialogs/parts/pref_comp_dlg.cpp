@@ -13,15 +13,16 @@
 #include "dialogs/common/severity_list.h"
 #include "framework/ui/control_id.h"
 #include "rules/rule_record.h"
+#include "util/rule_params.h"
 #include "util/string_table.h"
 
 namespace {
-constexpr long kTableText = 7002;
+constexpr long kTableText = PrefCompParams::kTable.id;
 constexpr int kTableWidth = 1000;
 constexpr int kLastColumn = 4;
 
 // Columns "A" to "D" into the table's four columns, read by rows; every row emptied first.
-const ComponentImportLayout kImportLayout{.columns = {{L"A"}, {L"B"}, {L"C"}, {L"D"}},
+const ComponentImportLayout kImportLayout{.columns = SheetColumnsOf(PrefCompParams::kTable.columns),
                                           .rowsBelow = CZEBAssemblyCheckPrefCompDlg::kSpareRows,
                                           .emptyEveryRow = true,
                                           .readByRows = true};

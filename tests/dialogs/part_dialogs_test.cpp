@@ -140,6 +140,13 @@ TEST(ComponentImport, EachTableEmptiesAndGrowsAsItsLayoutSays) {
     ASSERT_EQ(rows.size(), 300u);
     EXPECT_EQ(rows[1], (CZebGridModel::Row{L"", L"q", L"", L"2.0"}));  // empty cells are placed too
     EXPECT_TRUE(rows[299].empty());
+
+    // A table's cells are the columns read from "A" on; a length is read as a number.
+    const std::vector<SpreadsheetColumn> read = SheetColumnsOf({ParamCell::Text, ParamCell::Text, ParamCell::Length});
+    ASSERT_EQ(read.size(), 3u);
+    EXPECT_EQ(read[0].letter + read[1].letter + read[2].letter, L"ABC");
+    EXPECT_EQ(read[1].kind, 0);
+    EXPECT_EQ(read[2].kind, kSpreadsheetDecimalColumn);
 }
 
 // Checking all components locks the list; a rule that lists nobody opens on all components with

@@ -19,6 +19,7 @@ const UnitSetting kInch{3, 0};
 TEST_F(FastenerRulesTest, Defaults) {
     CZEBAssemblyFastenerClearanceRule clearance;
     ExpectShape(clearance, {{2052, 8, 7, 24, true}, {9450, 8, 7, 24, true}}, IDS_RULE_FASTENER_CLEARANCE, 2, 13040);
+    ExpectTable(clearance, FastenerClearanceParams::kAll);
     EXPECT_TRUE(Values<ZebRow>(clearance, 2052).empty());
     EXPECT_FALSE(clearance.IsPopulated);
     EXPECT_EQ(clearance.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_FASTENER_CLEARANCE), {L"", L"", L""}));
@@ -26,14 +27,17 @@ TEST_F(FastenerRulesTest, Defaults) {
 
     CZEBAssemblyFastenerEngagementLenRule engagement;
     ExpectShape(engagement, {{2053, 8, 3, 24, true}}, IDS_RULE_FASTENER_ENGAGEMENT_LENGTH, 2, 13030);
+    ExpectTable(engagement, FastenerEngagementParams::kAll);
     EXPECT_NE(engagement.Summary.find(L">="), std::wstring::npos);
 
     CZEBAssemblyRecommThreadConnectionRule thread;
     ExpectShape(thread, {{7072, 8, 3, 24, true}, {9148, 8, 3, 24, true}}, IDS_RULE_RECOMM_THREAD_TYPES, 2, 13120);
+    ExpectTable(thread, RecommThreadParams::kAll);
     EXPECT_FALSE(Param<ZebRow>(thread, 9148).criteriaStatus);
 
     CZEBAssemblyFastenerAlignmentRule alignment;
     ExpectShape(alignment, {{8019, 4, 3, 1, true}, {8076, 3, 3, 1, false}}, IDS_RULE_FASTENER_ALIGNMENT, 2, 13150);
+    ExpectTable(alignment, FastenerAlignmentParams::kAll);
     EXPECT_EQ(Values<double>(alignment, 8019), std::vector<double>{0.0});
     EXPECT_TRUE(Values<bool>(alignment, 8076).empty());
     EXPECT_TRUE(alignment.IsPopulated);
@@ -41,6 +45,7 @@ TEST_F(FastenerRulesTest, Defaults) {
 
     CZEBAssemblyFastenerAccessibilityRule accessibility;
     ExpectShape(accessibility, {{6080, 4, 7, 1, true}, {6092, 4, 7, 1, true}, {6093, 4, 3, 1, true}}, IDS_RULE_FASTENER_ACCESSIBILITY, 2, 13060);
+    ExpectTable(accessibility, FastenerAccessibilityParams::kAll);
     EXPECT_EQ(Values<double>(accessibility, 6080), std::vector<double>{1.2});
     EXPECT_EQ(Values<double>(accessibility, 6092), std::vector<double>{2.5});
     EXPECT_EQ(Values<double>(accessibility, 6093), std::vector<double>{0.0});
@@ -49,6 +54,7 @@ TEST_F(FastenerRulesTest, Defaults) {
     ExpectShape(bolt, {{9024, 3, 3, 1, true}, {9025, 3, 3, 1, true}, {9026, 4, 7, 1, true}, {9027, 4, 7, 1, true},
                        {9603, 3, 3, 1, true}},
 IDS_RULE_BOLT_SCREW_RATIONALIZATION, 2, 13180);
+    ExpectTable(bolt, BoltScrewParams::kAll);
     EXPECT_EQ(Values<double>(bolt, 9026), std::vector<double>{4.0});
     EXPECT_EQ(Values<double>(bolt, 9027), std::vector<double>{2.0});
     EXPECT_TRUE(Param<double>(bolt, 9026).criteriaStatus);

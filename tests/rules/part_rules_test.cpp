@@ -29,6 +29,7 @@ TEST_F(PartRulesTest, Defaults) {
     CZEBASMHoleAlignmentCheckRule hole;
     ExpectShape(hole, {{7800, 4, 8, 1, true}, {7092, 4, 8, 1, true}, {7094, 4, 8, 1, true}, {9084, 4, 8, 1, true}},
 IDS_RULE_HOLE_ALIGNMENT, 1, 13010);
+    ExpectTable(hole, HoleAlignmentParams::kAll);
     EXPECT_EQ(Values<double>(hole, 7800), std::vector<double>{0.5});
     EXPECT_TRUE(Param<double>(hole, 7800).criteriaStatus);
     EXPECT_TRUE(Values<double>(hole, 7092).empty());
@@ -40,6 +41,7 @@ IDS_RULE_HOLE_ALIGNMENT, 1, 13010);
     auto slot = MakeSlot();
     ExpectShape(slot, {{8004, 4, 8, 1, true}, {9503, 4, 8, 1, true}, {9606, 3, 3, 0, true}, {9608, 3, 3, 0, true}},
 IDS_RULE_SLOT_ALIGNMENT, 1, 13090);
+    ExpectTable(slot, SlotAlignmentParams::kAll);
     EXPECT_EQ(Values<double>(slot, 9503), std::vector<double>{0.5});
     EXPECT_EQ(Values<bool>(slot, 9608), std::vector<bool>{false});
     EXPECT_EQ(slot.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_SLOT_ALIGNMENT), {L"", L"", L""}));
@@ -49,6 +51,7 @@ IDS_RULE_SLOT_ALIGNMENT, 1, 13090);
     ExpectShape(interference, {{6067, 3, 3, 22, true}, {6069, 3, 3, 22, true}, {8073, 3, 3, 22, true},
                                {6070, 3, 3, 22, true}, {8978, 4, 8, 1, false}, {6068, 8, 3, 24, true}},
 IDS_RULE_INTERFERENCE_DETECTION, 1, 13050);
+    ExpectTable(interference, InterferenceParams::kAll);
     EXPECT_EQ(Values<bool>(interference, 6069), std::vector<bool>{true});
     EXPECT_EQ(Values<bool>(interference, 6070), std::vector<bool>{false});
     EXPECT_TRUE(Values<double>(interference, 8978).empty());
@@ -59,18 +62,21 @@ IDS_RULE_INTERFERENCE_DETECTION, 1, 13050);
                             {2063, 4, 7, 1, true}, {6072, 3, 3, 22, true}, {6073, 3, 3, 22, true},
                             {8095, 3, 3, 22, true}},
 IDS_RULE_MIN_CLEARANCE, 1, 13020);
+    ExpectTable(clearance, MinClearanceParams::kAll);
     EXPECT_EQ(Values<double>(clearance, 2062), (std::vector<double>{1.0, 0.1}));
     EXPECT_EQ(Values<bool>(clearance, 6073), std::vector<bool>{true});
     EXPECT_EQ(clearance.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", L"0.1", GetUnitText(0)}));
 
     CZEBAssemblyCheckContactMaterialRule contact;
     ExpectShape(contact, {{7065, 8, 3, 24, true}, {7051, 4, 5, 1, true}}, IDS_RULE_CONTACT_MATERIAL, 2, 13100);
+    ExpectTable(contact, ContactMaterialParams::kAll);
     EXPECT_EQ(Values<double>(contact, 7051), std::vector<double>{0.1});
     EXPECT_FALSE(contact.IsPopulated);
     EXPECT_EQ(contact.Import(nullptr, nullptr, nullptr), 0);
 
     CZEBAssemblyCheckPrefCompRule preferred;
     ExpectShape(preferred, {{7002, 5, 7, 1, true}}, IDS_RULE_PREFERRED_COMPONENTS, 2, 13070);
+    ExpectTable(preferred, PrefCompParams::kAll);
     EXPECT_EQ(Values<std::wstring>(preferred, 7002), std::vector<std::wstring>{L""});
     EXPECT_TRUE(preferred.IsPopulated);
 }
