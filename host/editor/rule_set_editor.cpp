@@ -128,11 +128,13 @@ QString Escaped(const std::string& text) { return Q(text).toHtmlEscaped(); }
 
 QString OffText() { return CRuleSetEditor::tr("(off)"); }
 
-// What the rule's switch means, for the list's tooltip and the details pane; empty without one.
+// What the rule's switch means, or why it has none, for the list's tooltip and the details pane.
 QString SwitchText(const CZebRule& rule) {
-    if (!RuleHasSwitch(rule)) return {};
-    return RuleInUse(rule) ? CRuleSetEditor::tr("In use: an assembly check checks it.")
-                           : CRuleSetEditor::tr("Switched off: kept with its values, but not checked.");
+    if (!RuleHasSwitch(rule))
+        return CRuleSetEditor::tr("The settings hold no status for \"%1\": it is always checked and cannot be "
+                                  "switched off.").arg(Q(rule.DisplayName));
+    return RuleInUse(rule) ? CRuleSetEditor::tr("In use: checked by an assembly check.")
+                           : CRuleSetEditor::tr("Switched off: kept with its values, but not checked by an assembly check.");
 }
 
 // The rule's values as the details pane shows them: one line per parameter, a table's rows below
@@ -141,7 +143,7 @@ QString DetailsHtml(const CZebRule& rule, const QString& unit, const QColor& off
     const bool off = !RuleInUse(rule);
     QString html = "<h3>" + (Q(rule.DisplayName) + (off ? " " + OffText() : QString())).toHtmlEscaped() + "</h3><p>" +
                    CRuleSetEditor::tr("Severity: %1").arg(SeverityName(rule.Severity)).toHtmlEscaped() + "<br>" +
-                   (RuleHasSwitch(rule) ? SwitchText(rule).toHtmlEscaped() + "<br>" : QString()) +
+                   SwitchText(rule).toHtmlEscaped() + "<br>" +
                    CRuleSetEditor::tr("Lengths in %1").arg(unit).toHtmlEscaped() + "</p><p>" +
                    Q(rule.Summary).toHtmlEscaped() + "</p><table cellspacing=\"0\" cellpadding=\"3\" border=\"1\">" +
                    "<tr><th>" + CRuleSetEditor::tr("Parameter") + "</th><th>" + CRuleSetEditor::tr("Operator") +
@@ -617,8 +619,8 @@ void CRuleSetEditor::SwitchCurrentRule() {
     if (row < 0) return;
     const RuleRow rule = m_document.Row(static_cast<size_t>(row));
     if (rule.hasSwitch) return SwitchRuleAsChecked(row, !rule.inUse);
-    statusBar()->showMessage(rule.known ? tr("The settings hold no status for \"%1\": it cannot be switched off and is checked.").arg(RuleName(row))
-                                        : tr("No rule of this module reads this rule; it is kept as it stands."),
+    const CZebRule* read = m_document.Rule(static_cast<size_t>(row));
+    statusBar()->showMessage(read ? SwitchText(*read) : tr("No rule of this module reads this rule; it is kept as it stands."),
                              8000);
 }
 
