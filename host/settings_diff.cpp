@@ -217,7 +217,8 @@ private:
         for (const char* h : {"Severity", "Status", "LifeStatus"}) {
             const std::string& from = a.header.at(h);
             const std::string& to = b.header.at(h);
-            if (from != to) m_lines.push_back(prefix + ": " + Lower(h) + " " + HeaderText(h, from) + " -> " + HeaderText(h, to));
+            if (from != to)
+                m_lines.push_back(prefix + ": " + Lower(h) + " " + HeaderText(h, from) + " -> " + HeaderText(h, to));
         }
         auto key = [](const ParamData& p) { return p.id; };
         const auto oldKeys = OccurrenceKeys(a.params, key);

@@ -137,6 +137,11 @@ QString SwitchText(const CZebRule& rule) {
                            : CRuleSetEditor::tr("Switched off: kept with its values, but not checked by an assembly check.");
 }
 
+// The same for any row: a rule of another module is kept as it stands.
+QString RowStateText(const CZebRule* rule) {
+    return rule ? SwitchText(*rule) : CRuleSetEditor::tr("No rule of this module reads this rule; it is kept as it stands.");
+}
+
 // The rule's values as the details pane shows them: one line per parameter, a table's rows below
 // its line. A rule switched off is shown in `offColor`.
 QString DetailsHtml(const CZebRule& rule, const QString& unit, const QColor& offColor) {
@@ -396,8 +401,7 @@ void CRuleSetEditor::ShowRow(int row) {
         }
         // Kept in the document as it stands, or switched off: there, but not checked.
         if (!rule.known || !rule.inUse) item->setForeground(m_table->palette().color(QPalette::Disabled, QPalette::Text));
-        if (!rule.known) item->setToolTip(tr("No rule of this module reads this rule; it is kept as it stands."));
-        else if (read) item->setToolTip(SwitchText(*read));
+        item->setToolTip(RowStateText(read));
         m_table->setItem(row, column, item);
     };
     cell(kRuleColumn, RuleName(row) + (rule.inUse ? QString() : " " + OffText()));
@@ -414,8 +418,7 @@ void CRuleSetEditor::ShowDetails() {
     const int row = CurrentRow();
     const CZebRule* rule = row >= 0 ? m_document.Rule(static_cast<size_t>(row)) : nullptr;
     if (!rule) {
-        m_details->setHtml(row >= 0 ? tr("No rule of this module reads this rule; it is kept as it stands.").toHtmlEscaped()
-                                    : QString());
+        m_details->setHtml(row >= 0 ? RowStateText(nullptr).toHtmlEscaped() : QString());
         return;
     }
     m_details->setHtml(DetailsHtml(*rule, UnitText(rule->CurrentUnits.LengthUnit),
@@ -619,9 +622,7 @@ void CRuleSetEditor::SwitchCurrentRule() {
     if (row < 0) return;
     const RuleRow rule = m_document.Row(static_cast<size_t>(row));
     if (rule.hasSwitch) return SwitchRuleAsChecked(row, !rule.inUse);
-    const CZebRule* read = m_document.Rule(static_cast<size_t>(row));
-    statusBar()->showMessage(read ? SwitchText(*read) : tr("No rule of this module reads this rule; it is kept as it stands."),
-                             8000);
+    statusBar()->showMessage(RowStateText(m_document.Rule(static_cast<size_t>(row))), 8000);
 }
 
 void CRuleSetEditor::SwitchRuleAsChecked(int row, bool inUse) {

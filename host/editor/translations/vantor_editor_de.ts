@@ -178,7 +178,7 @@
         <translation>Ausgeschaltet: bleibt mit ihren Werten erhalten, wird aber von der Baugruppenprüfung nicht geprüft.</translation>
     </message>
     <message>
-        <location filename="../rule_set_editor.cpp" line="331"/>
+        <location filename="../rule_set_editor.cpp" line="336"/>
         <source>S&amp;witch On/Off</source>
         <translation>Ein-/&amp;Ausschalten</translation>
     </message>
@@ -188,12 +188,12 @@
         <translation>Die Einstellungen enthalten keinen Status für „%1“: die Regel wird immer geprüft und kann nicht ausgeschaltet werden.</translation>
     </message>
     <message>
-        <location filename="../rule_set_editor.cpp" line="631"/>
+        <location filename="../rule_set_editor.cpp" line="632"/>
         <source>Switch On %1</source>
         <translation>%1 einschalten</translation>
     </message>
     <message>
-        <location filename="../rule_set_editor.cpp" line="631"/>
+        <location filename="../rule_set_editor.cpp" line="632"/>
         <source>Switch Off %1</source>
         <translation>%1 ausschalten</translation>
     </message>
