@@ -217,7 +217,8 @@ private:
         for (const char* h : {"Severity", "Status", "LifeStatus"}) {
             const std::string& from = a.header.at(h);
             const std::string& to = b.header.at(h);
-            if (from != to) m_lines.push_back(prefix + ": " + Lower(h) + " " + from + " -> " + to);
+            if (from != to)
+                m_lines.push_back(prefix + ": " + Lower(h) + " " + HeaderText(h, from) + " -> " + HeaderText(h, to));
         }
         auto key = [](const ParamData& p) { return p.id; };
         const auto oldKeys = OccurrenceKeys(a.params, key);
@@ -233,6 +234,13 @@ private:
         }
         for (size_t q = 0; q < newKeys.size(); ++q)
             if (Find(oldKeys, newKeys[q]) < 0) m_lines.push_back(prefix + ": + parameter " + b.params[q].id);
+    }
+
+    static std::string HeaderText(const std::string& header, const std::string& value) {
+        if (header != "LifeStatus") return value;
+        if (value == std::to_string(kLifeStatusInUse)) return "in use";
+        if (value == std::to_string(kLifeStatusSwitchedOff)) return "switched off";
+        return value;
     }
 
     static std::string Lower(std::string text) {

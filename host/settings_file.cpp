@@ -153,6 +153,12 @@ std::string RuleElementName(ZebXMLNode* node) {
     return ToUtf8(name);
 }
 
+bool RuleHasSwitch(const CZebRule& rule) {
+    return rule.LifeStatus == kLifeStatusInUse || rule.LifeStatus == kLifeStatusSwitchedOff;
+}
+
+bool RuleInUse(const CZebRule& rule) { return rule.LifeStatus != kLifeStatusSwitchedOff; }
+
 std::string RuleLine(const CZebRule& rule) {
     return ToUtf8(rule.Name) + "\t" + ToUtf8(rule.DisplayName) + "\t" + std::to_string(rule.Severity) + "\t" +
            ToUtf8(rule.Summary);

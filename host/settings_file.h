@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -69,6 +70,16 @@ std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& do
 CZebRule* RecreateRule(const ModuleLoader& loader, ZebXMLNode* node);
 // The "Name" attribute of a "Rule" element, for messages.
 std::string RuleElementName(ZebXMLNode* node);
+
+// A rule's "LifeStatus" as this host, standing in for the framework, gives it meaning: 0 the rule
+// is in use, 1 it is switched off (kept with its settings, but not checked). Any other value,
+// and -1 for an element without one (settings written before the switch), is no switch: the
+// rule is in use and its value is kept as it is.
+constexpr int32_t kLifeStatusInUse = 0;
+constexpr int32_t kLifeStatusSwitchedOff = 1;
+bool RuleHasSwitch(const CZebRule& rule);
+// False only for a rule switched off: what an assembly check skips.
+bool RuleInUse(const CZebRule& rule);
 
 // One line: identity name, display name, severity and summary, separated by tabs.
 std::string RuleLine(const CZebRule& rule);

@@ -160,6 +160,8 @@ RuleRow CRuleSetDocument::Row(size_t row) const {
         out.displayName = rule.DisplayName;
         out.severity = rule.Severity;
         out.summary = rule.Summary;
+        out.hasSwitch = RuleHasSwitch(rule);
+        out.inUse = RuleInUse(rule);
     }
     return out;
 }
@@ -247,6 +249,16 @@ bool CRuleSetDocument::SetSeverity(size_t row, int severity) {
     return true;
 }
 
+bool CRuleSetDocument::SetInUse(size_t row, bool inUse) {
+    StoredRule& stored = m_rules.at(row);
+    if (!stored.rule || !RuleHasSwitch(*stored.rule->get())) return false;
+    const int32_t status = inUse ? kLifeStatusInUse : kLifeStatusSwitchedOff;
+    if ((*stored.rule)->LifeStatus == status) return true;
+    (*stored.rule)->LifeStatus = status;
+    stored.changed = m_modified = true;
+    return true;
+}
+
 bool CRuleSetDocument::RulesInFile(const std::string& path, std::vector<std::pair<std::wstring, std::wstring>>& rules,
                                    int& unit, std::string& message) const {
     ZebXMLDocument other;
@@ -313,6 +325,8 @@ bool CRuleSetDocument::ResetRule(size_t row) {
     std::unique_ptr<RuleHandle> fresh =
         DefaultRule((*stored.rule)->Name, ZebParentUnitAttribute(stored.element.get()));
     if (!fresh) return false;
+    // Its values go back to their defaults; whether it is in use is the user's, as it was.
+    (*fresh)->LifeStatus = (*stored.rule)->LifeStatus;
     stored.rule = std::move(fresh);
     stored.changed = m_modified = true;
     return true;

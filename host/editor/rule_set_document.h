@@ -16,6 +16,8 @@ struct RuleRow {
     std::wstring displayName;  // the rule's, when known
     int severity = 0;
     std::wstring summary;
+    bool hasSwitch = false;  // the settings hold a status the user may switch
+    bool inUse = true;
 };
 
 // A settings document held for a person, as the host framework holds one: every rule the module
@@ -76,6 +78,9 @@ public:
     bool ResetRule(size_t row);
     // The rule's severity (1 to 5); false for a rule the module does not read.
     bool SetSeverity(size_t row, int severity);
+
+    // Switches the rule on (in use) or off (kept, not checked); false for a rule without a switch.
+    bool SetInUse(size_t row, bool inUse);
 
     // The rules of the module in the settings file at `path`: identity and display name, in file
     // order, and the unit their values are in. False with `message` when the file cannot be read.

@@ -15,6 +15,7 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QSettings>
+#include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTableWidget>
@@ -35,6 +36,7 @@
 #include "framework/zeb_rule.h"
 #include "host/param_text.h"
 #include "host/settings_diff.h"
+#include "host/settings_file.h"
 #include "resources/resource_file.h"
 #include "resources/string_ids.h"
 
@@ -124,11 +126,29 @@ std::string ChooseSettingsFile(QWidget* parent, bool forSaving) {
 
 QString Escaped(const std::string& text) { return Q(text).toHtmlEscaped(); }
 
+QString OffText() { return CRuleSetEditor::tr("(off)"); }
+
+// What the rule's switch means, or why it has none, for the list's tooltip and the details pane.
+QString SwitchText(const CZebRule& rule) {
+    if (!RuleHasSwitch(rule))
+        return CRuleSetEditor::tr("The settings hold no status for \"%1\": it is always checked and cannot be "
+                                  "switched off.").arg(Q(rule.DisplayName));
+    return RuleInUse(rule) ? CRuleSetEditor::tr("In use: checked by an assembly check.")
+                           : CRuleSetEditor::tr("Switched off: kept with its values, but not checked by an assembly check.");
+}
+
+// The same for any row: a rule of another module is kept as it stands.
+QString RowStateText(const CZebRule* rule) {
+    return rule ? SwitchText(*rule) : CRuleSetEditor::tr("No rule of this module reads this rule; it is kept as it stands.");
+}
+
 // The rule's values as the details pane shows them: one line per parameter, a table's rows below
-// its line.
-QString DetailsHtml(const CZebRule& rule, const QString& unit) {
-    QString html = "<h3>" + Q(rule.DisplayName).toHtmlEscaped() + "</h3><p>" +
+// its line. A rule switched off is shown in `offColor`.
+QString DetailsHtml(const CZebRule& rule, const QString& unit, const QColor& offColor) {
+    const bool off = !RuleInUse(rule);
+    QString html = "<h3>" + (Q(rule.DisplayName) + (off ? " " + OffText() : QString())).toHtmlEscaped() + "</h3><p>" +
                    CRuleSetEditor::tr("Severity: %1").arg(SeverityName(rule.Severity)).toHtmlEscaped() + "<br>" +
+                   SwitchText(rule).toHtmlEscaped() + "<br>" +
                    CRuleSetEditor::tr("Lengths in %1").arg(unit).toHtmlEscaped() + "</p><p>" +
                    Q(rule.Summary).toHtmlEscaped() + "</p><table cellspacing=\"0\" cellpadding=\"3\" border=\"1\">" +
                    "<tr><th>" + CRuleSetEditor::tr("Parameter") + "</th><th>" + CRuleSetEditor::tr("Operator") +
@@ -147,7 +167,8 @@ QString DetailsHtml(const CZebRule& rule, const QString& unit) {
         }
         html += "</td></tr>";
     }
-    return html + "</table>";
+    html += "</table>";
+    return off ? "<div style=\"color:" + offColor.name() + "\">" + html + "</div>" : html;
 }
 
 // Chooses rules from a list, all chosen at first; empty when cancelled.
@@ -231,6 +252,16 @@ CRuleSetEditor::CRuleSetEditor(const ModuleLoader& module, QWidget* parent)
     // Enter, and a double click, activate a row.
     connect(m_table, &QTableWidget::activated, this, [this] { ConfigureCurrentRule(); });
     connect(m_table, &QTableWidget::currentCellChanged, this, [this] { ShowDetails(); });
+    // A click on a check box (the list is filled with signals blocked); the change waits for the
+    // click to end, since it fills the list anew.
+    connect(m_table, &QTableWidget::itemChanged, this, [this](QTableWidgetItem* item) {
+        if (item->column() != kRuleColumn || !item->data(Qt::CheckStateRole).isValid()) return;
+        const int row = item->row();
+        const bool inUse = item->checkState() == Qt::Checked;
+        QMetaObject::invokeMethod(this, [this, row, inUse] { SwitchRuleAsChecked(row, inUse); }, Qt::QueuedConnection);
+    });
+    auto* space = new QShortcut(QKeySequence(Qt::Key_Space), m_table, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(space, &QShortcut::activated, this, [this] { SwitchCurrentRule(); });
 
     m_details = new QTextBrowser(this);
     m_details->setObjectName(kDetailsName);
@@ -302,6 +333,7 @@ void CRuleSetEditor::BuildMenus() {
     for (int code = 1; code <= 5; ++code)
         severity->addAction(QString("&%1 %2").arg(code).arg(SeverityName(code)), QKeySequence(Qt::CTRL | (Qt::Key_0 + code)),
                             this, [this, code] { SetCurrentSeverity(code); });
+    rules->addAction(tr("S&witch On/Off"), QKeySequence(Qt::CTRL | Qt::Key_T), this, [this] { SwitchCurrentRule(); });
     m_addRuleMenu = rules->addMenu(tr("&Add Rule"));
     rules->addAction(tr("&Remove Rule..."), QKeySequence::Delete, this, [this] { RemoveCurrentRule(); });
     rules->addAction(tr("Reset to &Defaults..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R), this,
@@ -360,29 +392,37 @@ void CRuleSetEditor::RememberRecent(const std::string& path) {
 
 void CRuleSetEditor::ShowRow(int row) {
     const RuleRow rule = m_document.Row(static_cast<size_t>(row));
+    const CZebRule* read = m_document.Rule(static_cast<size_t>(row));
     auto cell = [&](int column, const QString& text) {
         auto* item = new QTableWidgetItem(text);
-        if (!rule.known) {
-            // Kept in the document as it stands; nothing of this module can open it.
-            item->setForeground(m_table->palette().color(QPalette::Disabled, QPalette::Text));
-            item->setToolTip(tr("No rule of this module reads this rule; it is kept as it stands."));
+        if (column == kRuleColumn && rule.hasSwitch) {
+            item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+            item->setCheckState(rule.inUse ? Qt::Checked : Qt::Unchecked);
         }
+        // Kept in the document as it stands, or switched off: there, but not checked.
+        if (!rule.known || !rule.inUse) item->setForeground(m_table->palette().color(QPalette::Disabled, QPalette::Text));
+        item->setToolTip(RowStateText(read));
         m_table->setItem(row, column, item);
     };
-    cell(kRuleColumn, rule.known ? Q(rule.displayName) : Q(rule.storedName));
+    cell(kRuleColumn, RuleName(row) + (rule.inUse ? QString() : " " + OffText()));
     cell(kSeverityColumn, rule.known ? SeverityName(rule.severity) : QString());
     cell(kSummaryColumn, rule.known ? Q(rule.summary) : QString());
+}
+
+QString CRuleSetEditor::RuleName(int row) const {
+    const RuleRow rule = m_document.Row(static_cast<size_t>(row));
+    return rule.known ? Q(rule.displayName) : Q(rule.storedName);
 }
 
 void CRuleSetEditor::ShowDetails() {
     const int row = CurrentRow();
     const CZebRule* rule = row >= 0 ? m_document.Rule(static_cast<size_t>(row)) : nullptr;
     if (!rule) {
-        m_details->setHtml(row >= 0 ? tr("No rule of this module reads this rule; it is kept as it stands.").toHtmlEscaped()
-                                    : QString());
+        m_details->setHtml(row >= 0 ? RowStateText(nullptr).toHtmlEscaped() : QString());
         return;
     }
-    m_details->setHtml(DetailsHtml(*rule, UnitText(rule->CurrentUnits.LengthUnit)));
+    m_details->setHtml(DetailsHtml(*rule, UnitText(rule->CurrentUnits.LengthUnit),
+                                   m_details->palette().color(QPalette::Disabled, QPalette::Text)));
 }
 
 void CRuleSetEditor::ApplyFilter() {
@@ -390,7 +430,7 @@ void CRuleSetEditor::ApplyFilter() {
     int firstShown = -1;
     for (int row = 0; row < m_table->rowCount(); ++row) {
         const RuleRow rule = m_document.Row(static_cast<size_t>(row));
-        const bool shown = wanted.isEmpty() || m_table->item(row, kRuleColumn)->text().contains(wanted, Qt::CaseInsensitive) ||
+        const bool shown = wanted.isEmpty() || RuleName(row).contains(wanted, Qt::CaseInsensitive) ||
                            Q(rule.storedName).contains(wanted, Qt::CaseInsensitive);
         m_table->setRowHidden(row, !shown);
         if (shown && firstShown < 0) firstShown = row;
@@ -412,7 +452,10 @@ void CRuleSetEditor::ChooseRow(int row) {
 void CRuleSetEditor::Refresh() {
     const int current = m_table->currentRow();
     m_table->setRowCount(static_cast<int>(m_document.RuleCount()));
-    for (int row = 0; row < m_table->rowCount(); ++row) ShowRow(row);
+    {
+        const QSignalBlocker filling(m_table);
+        for (int row = 0; row < m_table->rowCount(); ++row) ShowRow(row);
+    }
     m_table->resizeColumnToContents(kRuleColumn);
     m_table->resizeColumnToContents(kSeverityColumn);
     if (current >= 0 && current < m_table->rowCount()) m_table->setCurrentCell(current, 0);
@@ -540,7 +583,7 @@ void CRuleSetEditor::ConfigureCurrentRule() {
     const int row = CurrentRow();
     if (row < 0) return;
     ConfigureResult result = ConfigureResult::Cancel;
-    Change(tr("Configure %1").arg(m_table->item(row, kRuleColumn)->text()),
+    Change(tr("Configure %1").arg(RuleName(row)),
            [&] { result = m_document.Configure(static_cast<size_t>(row)); });
     // The keyboard goes on in the list, whoever activates windows after a dialog.
     activateWindow();
@@ -553,7 +596,7 @@ void CRuleSetEditor::ConfigureCurrentRule() {
 void CRuleSetEditor::RemoveCurrentRule() {
     const int row = CurrentRow();
     if (row < 0) return;
-    const QString name = m_table->item(row, kRuleColumn)->text();
+    const QString name = RuleName(row);
     if (!Confirm(tr("Remove the rule \"%1\" from the rule set?").arg(name))) return;
     Change(tr("Remove %1").arg(name), [&] { m_document.RemoveRule(static_cast<size_t>(row)); });
     ChooseRow(std::min(row, m_table->rowCount() - 1));
@@ -562,7 +605,7 @@ void CRuleSetEditor::RemoveCurrentRule() {
 void CRuleSetEditor::ResetCurrentRule() {
     const int row = CurrentRow();
     if (row < 0 || !m_document.Rule(static_cast<size_t>(row))) return;
-    const QString name = m_table->item(row, kRuleColumn)->text();
+    const QString name = RuleName(row);
     if (!Confirm(tr("Set every value of the rule \"%1\" back to its default?").arg(name))) return;
     Change(tr("Reset %1").arg(name), [&] { m_document.ResetRule(static_cast<size_t>(row)); });
 }
@@ -570,8 +613,24 @@ void CRuleSetEditor::ResetCurrentRule() {
 void CRuleSetEditor::SetCurrentSeverity(int severity) {
     const int row = CurrentRow();
     if (row < 0) return;
-    Change(tr("Severity of %1").arg(m_table->item(row, kRuleColumn)->text()),
+    Change(tr("Severity of %1").arg(RuleName(row)),
            [&] { m_document.SetSeverity(static_cast<size_t>(row), severity); });
+}
+
+void CRuleSetEditor::SwitchCurrentRule() {
+    const int row = CurrentRow();
+    if (row < 0) return;
+    const RuleRow rule = m_document.Row(static_cast<size_t>(row));
+    if (rule.hasSwitch) return SwitchRuleAsChecked(row, !rule.inUse);
+    statusBar()->showMessage(RowStateText(m_document.Rule(static_cast<size_t>(row))), 8000);
+}
+
+void CRuleSetEditor::SwitchRuleAsChecked(int row, bool inUse) {
+    if (row < 0 || row >= static_cast<int>(m_document.RuleCount())) return;
+    const RuleRow rule = m_document.Row(static_cast<size_t>(row));
+    if (!rule.hasSwitch || rule.inUse == inUse) return;
+    Change((inUse ? tr("Switch On %1") : tr("Switch Off %1")).arg(RuleName(row)),
+           [&] { m_document.SetInUse(static_cast<size_t>(row), inUse); });
 }
 
 void CRuleSetEditor::ChangeUnit(int unit) {

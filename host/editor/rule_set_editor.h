@@ -52,6 +52,9 @@ public:
     void RemoveCurrentRule();
     void ResetCurrentRule();
     void SetCurrentSeverity(int severity);
+    // Switches the chosen rule off when it is in use, else on; a rule without a switch stays as
+    // it is and the status bar says why.
+    void SwitchCurrentRule();
     void ChangeUnit(int unit);
     void ImportRulesFromFile();
     void CompareWithFile();
@@ -83,6 +86,10 @@ private:
     void Restore(const std::string& snapshot);
     // The chosen rule's row; -1 when none is chosen.
     int CurrentRow() const;
+    // The rule's name as the list shows it, without its "(off)".
+    QString RuleName(int row) const;
+    // After a click on a row's check box: the rule in use or not, as the box now says.
+    void SwitchRuleAsChecked(int row, bool inUse);
     void ChooseRow(int row);
     void Started();
 

@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QStatusBar>
 #include <QTextBrowser>
 #include <QUndoStack>
 #include <QMenuBar>
@@ -30,6 +31,7 @@
 #include "host/editor/rule_set_editor.h"
 #include "host/param_text.h"
 #include "host/settings_diff.h"
+#include "host/settings_file.h"
 #include "tests/database/db_test_support.h"
 #include "tests/support/answer_dialog.h"
 #include "tests/support/scoped_env.h"
@@ -555,4 +557,136 @@ TEST_F(EditorTest, AWholeConfigurationFromTheKeyboard) {
     const std::string saved = FileBytes(file);
     EXPECT_NE(saved.find("Name=\"Fastener Clearance\" Status=\"0\""), std::string::npos);
     EXPECT_TRUE(ui.messages.empty());
+}
+
+// Space, the menu and a click on the box switch a rule off and on, each one change to undo; the
+// rule switched off is greyed with "(off)" in the list and the pane, and is saved with nothing
+// else changed, read back switched off, and named so by diff.
+TEST_F(EditorTest, ARuleIsSwitchedOffAndOnFromTheList) {
+    CRuleSetEditor editor(module);
+    ASSERT_TRUE(editor.OpenFile(file.string()));
+    editor.show();
+    editor.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
+    const int row = RowNamed(editor, "Fastener Clearance");
+    ASSERT_GE(row, 0);
+    QTableWidget* table = editor.Table();
+    table->setCurrentCell(row, 2);  // Space works wherever in the row the cursor is
+    table->setFocus();
+    const auto item = [&] { return table->item(row, 0); };
+    const auto rule = [&] { return editor.Document().Rule(static_cast<size_t>(row)); };
+    const QColor normal = table->item(row + 1, 0)->foreground().color();
+    EXPECT_EQ(item()->checkState(), Qt::Checked);
+    EXPECT_TRUE(RuleInUse(*rule()));
+
+    QTest::keyClick(table, Qt::Key_Space);
+    EXPECT_EQ(rule()->LifeStatus, kLifeStatusSwitchedOff);
+    EXPECT_FALSE(RuleInUse(*rule()));
+    EXPECT_EQ(item()->text(), "Fastener Clearance (off)");
+    EXPECT_EQ(item()->checkState(), Qt::Unchecked);
+    EXPECT_NE(item()->foreground().color(), normal);
+    EXPECT_EQ(table->item(row, 1)->foreground().color(), item()->foreground().color());
+    EXPECT_TRUE(editor.Details()->toPlainText().contains("Fastener Clearance (off)"));
+    EXPECT_TRUE(editor.Details()->toPlainText().contains("Switched off")) << editor.Details()->toPlainText().toStdString();
+    EXPECT_TRUE(editor.isWindowModified());
+    EXPECT_EQ(editor.UndoStack()->undoText(), "Switch Off Fastener Clearance");
+    const std::string off = editor.Document().Snapshot();
+
+    QAction* menu = MenuAction(editor, "Switch On/Off");
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_T));
+    menu->trigger();
+    EXPECT_EQ(rule()->LifeStatus, kLifeStatusInUse);
+    EXPECT_EQ(item()->text(), "Fastener Clearance");
+    EXPECT_EQ(item()->foreground().color(), normal);
+
+    // A click on the box sets the state the model is given, once the click has ended.
+    table->model()->setData(table->model()->index(row, 0), Qt::Unchecked, Qt::CheckStateRole);
+    QTRY_COMPARE(editor.UndoStack()->count(), 3);
+    EXPECT_EQ(rule()->LifeStatus, kLifeStatusSwitchedOff);
+    EXPECT_TRUE(editor.Document().Snapshot() == off);
+
+    QTest::keyClick(table, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(item()->checkState(), Qt::Checked);
+    QTest::keyClick(table, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(item()->text(), "Fastener Clearance (off)");
+    QTest::keyClick(table, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(editor.Document().IsModified());
+    EXPECT_EQ(item()->checkState(), Qt::Checked);
+    QTest::keyClick(table, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(editor.Document().Snapshot() == off);
+    EXPECT_EQ(editor.UndoStack()->count(), 3);  // filling the list again switched nothing
+
+    ASSERT_TRUE(editor.SaveDocument());
+    std::string expected = original;
+    const size_t at = expected.find("<Rule Name=\"Fastener Clearance\" Status=\"0\" LifeStatus=\"0\"");
+    ASSERT_NE(at, std::string::npos);
+    expected.replace(expected.find("LifeStatus=\"0\"", at), 14, "LifeStatus=\"1\"");
+    EXPECT_EQ(FileBytes(file), expected);
+
+    CRuleSetEditor reopened(module);
+    ASSERT_TRUE(reopened.OpenFile(file.string()));
+    EXPECT_EQ(reopened.Table()->item(row, 0)->checkState(), Qt::Unchecked);
+    EXPECT_FALSE(RuleInUse(*reopened.Document().Rule(static_cast<size_t>(row))));
+    // Reset brings back the rule's values, not the rule into use.
+    reopened.Table()->setCurrentCell(row, 0);
+    ui.AnswerMessage(ZebIdYes);
+    reopened.ResetCurrentRule();
+    EXPECT_FALSE(RuleInUse(*reopened.Document().Rule(static_cast<size_t>(row))));
+
+    const fs::path before = folder.Folder() / "before.xml";
+    std::ofstream(before, std::ios::binary) << original;
+    std::vector<std::string> lines;
+    std::string error;
+    ASSERT_TRUE(DiffSettings(module, before.string(), file.string(), lines, error)) << error;
+    EXPECT_EQ(lines, std::vector<std::string>{"rule \"Fastener Clearance\": life status in use -> switched off"});
+}
+
+// A rule whose element holds no status (settings older than the switch) has no box; Space and
+// the menu leave it as it is and say why, and a save keeps its element as it was read.
+TEST_F(EditorTest, ARuleWithoutAStatusHasNoSwitch) {
+    std::string text = original;
+    const std::string header = "<Rule Name=\"Fastener Alignment\" Status=\"0\" LifeStatus=\"0\"";
+    const size_t at = text.find(header);
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, header.size(), "<Rule Name=\"Fastener Alignment\" Status=\"0\"");
+    std::ofstream(file, std::ios::binary) << text;
+
+    CRuleSetEditor editor(module);
+    ASSERT_TRUE(editor.OpenFile(file.string()));
+    editor.show();
+    editor.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&editor));
+    const int row = RowNamed(editor, "Fastener Alignment");
+    ASSERT_GE(row, 0);
+    const CZebRule* rule = editor.Document().Rule(static_cast<size_t>(row));
+    EXPECT_EQ(rule->LifeStatus, -1);
+    EXPECT_FALSE(RuleHasSwitch(*rule));
+    EXPECT_TRUE(RuleInUse(*rule));
+    EXPECT_FALSE(editor.Table()->item(row, 0)->data(Qt::CheckStateRole).isValid());
+    editor.Table()->setCurrentCell(row, 0);
+    EXPECT_TRUE(editor.Details()->toPlainText().contains("no status")) << editor.Details()->toPlainText().toStdString();
+    EXPECT_TRUE(editor.Table()->item(row, 0)->toolTip().contains("no status"));
+
+    editor.Table()->setFocus();
+    QTest::keyClick(editor.Table(), Qt::Key_Space);
+    MenuAction(editor, "Switch On/Off")->trigger();
+    EXPECT_FALSE(editor.Document().SetInUse(static_cast<size_t>(row), false));
+    EXPECT_EQ(editor.UndoStack()->count(), 0);
+    EXPECT_FALSE(editor.Document().IsModified());
+    EXPECT_TRUE(editor.statusBar()->currentMessage().contains("no status")) << editor.statusBar()->currentMessage().toStdString();
+    // The rule of another module has no box either.
+    const int unknown = RowNamed(editor, "Wobble Check");
+    EXPECT_FALSE(editor.Table()->item(unknown, 0)->data(Qt::CheckStateRole).isValid());
+    EXPECT_FALSE(editor.Document().SetInUse(static_cast<size_t>(unknown), false));
+
+    // Another rule switched off and saved: the rule without a status is written as it was read.
+    editor.Table()->setCurrentCell(row + 1, 0);
+    QTest::keyClick(editor.Table(), Qt::Key_Space);
+    ASSERT_EQ(editor.UndoStack()->count(), 1);
+    ASSERT_TRUE(editor.SaveDocument());
+    const std::vector<std::string> read = RuleElements(text), saved = RuleElements(FileBytes(file));
+    ASSERT_EQ(saved.size(), read.size());
+    EXPECT_EQ(saved[static_cast<size_t>(row)], read[static_cast<size_t>(row)]);
+    EXPECT_NE(saved[static_cast<size_t>(row) + 1], read[static_cast<size_t>(row) + 1]);
 }

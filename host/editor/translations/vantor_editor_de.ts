@@ -163,6 +163,41 @@
         <translation>Auf &amp;Standardwerte zurücksetzen...</translation>
     </message>
     <message>
+        <location filename="../rule_set_editor.cpp" line="129"/>
+        <source>(off)</source>
+        <translation>(aus)</translation>
+    </message>
+    <message>
+        <location filename="../rule_set_editor.cpp" line="136"/>
+        <source>In use: checked by an assembly check.</source>
+        <translation>In Gebrauch: wird von der Baugruppenprüfung geprüft.</translation>
+    </message>
+    <message>
+        <location filename="../rule_set_editor.cpp" line="137"/>
+        <source>Switched off: kept with its values, but not checked by an assembly check.</source>
+        <translation>Ausgeschaltet: bleibt mit ihren Werten erhalten, wird aber von der Baugruppenprüfung nicht geprüft.</translation>
+    </message>
+    <message>
+        <location filename="../rule_set_editor.cpp" line="336"/>
+        <source>S&amp;witch On/Off</source>
+        <translation>Ein-/&amp;Ausschalten</translation>
+    </message>
+    <message>
+        <location filename="../rule_set_editor.cpp" line="134"/>
+        <source>The settings hold no status for &quot;%1&quot;: it is always checked and cannot be switched off.</source>
+        <translation>Die Einstellungen enthalten keinen Status für „%1“: die Regel wird immer geprüft und kann nicht ausgeschaltet werden.</translation>
+    </message>
+    <message>
+        <location filename="../rule_set_editor.cpp" line="632"/>
+        <source>Switch On %1</source>
+        <translation>%1 einschalten</translation>
+    </message>
+    <message>
+        <location filename="../rule_set_editor.cpp" line="632"/>
+        <source>Switch Off %1</source>
+        <translation>%1 ausschalten</translation>
+    </message>
+    <message>
         <location filename="../rule_set_editor.cpp" line="557"/>
         <source>Remove the rule &quot;%1&quot; from the rule set?</source>
         <translation>Die Regel „%1“ aus dem Regelsatz entfernen?</translation>
