@@ -3,6 +3,7 @@
 #include <Bnd_Box.hxx>
 #include <TopoDS_Shape.hxx>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -31,7 +32,32 @@ struct Assembly {
 // shapes stay in the kernel's millimetres whatever unit the file uses. False with `error` set when
 // the file cannot be read, is no STEP file, uses a length unit the kernel does not know, or holds
 // no solid.
+// The file is read first by the reader program (kStepReaderProgram, beside the engine), so that a
+// file the kernel's reader stops on ends that program, not the caller.
 bool ReadStepAssembly(const std::string& path, Assembly& assembly, std::string& error);
+// The same read in this process, without the reader program: what that program runs.
+bool ReadStepAssemblyHere(const std::string& path, Assembly& assembly, std::string& error);
+
+constexpr const char* kStepReaderProgram = "vantor-step-reader";
+// Overrides where the reader program is looked for.
+constexpr const char* kStepReaderEnvironment = "VANTOR_STEP_READER";
+// The reader program's exit status when it refused the file; the reason is on its standard output.
+constexpr int kStepReaderRefused = 1;
+// Address space of the reader program: the kernel's model of a large assembly takes a few hundred
+// megabytes. AddressSanitizer maps terabytes of shadow memory at start, so a checking build leaves
+// it open (0).
+#if defined(__SANITIZE_ADDRESS__)
+#define VANTOR_STEP_READER_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define VANTOR_STEP_READER_SANITIZED 1
+#endif
+#endif
+#ifdef VANTOR_STEP_READER_SANITIZED
+constexpr uint64_t kStepReaderAddressSpace = 0;
+#else
+constexpr uint64_t kStepReaderAddressSpace = uint64_t(8) << 30;
+#endif
 
 // True when a part's product or instance name is `component`, without regard to letter case and
 // with or without a file extension (".prt", ".asm", ".stp", ".step") on either side.

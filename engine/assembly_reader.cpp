@@ -22,7 +22,6 @@
 #include <XCAFDoc_MaterialTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -30,11 +29,14 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 
 #include "framework/case_fold.h"
+#include "framework/location_helper.h"
 #include "framework/text_convert.h"
+#include "util/child_program.h"
 
 namespace {
 std::wstring Wide(const TCollection_ExtendedString& text) {
@@ -198,28 +200,46 @@ bool CheckUnits(STEPCAFControl_Reader& reader, std::string& error) {
 }  // namespace
 
 namespace {
-bool ReadInProcess(const std::string& path, Assembly& assembly, std::string& error);
+// What the reader program may spend on one file: the shared assembly reads in about a second.
+constexpr ChildLimits kReaderLimits{kStepReaderAddressSpace, 60};
 
-// The kernel's STEP reader can be brought down by a damaged file, so a child process reads it
-// first, under a processor-time limit; only a file the child read to the end is read here.
-bool ChildReadsWhole(const std::string& path, std::string& error) {
-    const pid_t child = fork();
-    if (child < 0) return true;  // no child to spare: read as before
-    if (child == 0) {
-        const rlimit cpu{60, 60};
-        setrlimit(RLIMIT_CPU, &cpu);
-        Assembly assembly;
-        std::string ignored;
-        _exit(ReadInProcess(path, assembly, ignored) ? 0 : 1);
-    }
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {}
-    if (WIFSIGNALED(status)) {
-        error = path + (WTERMSIG(status) == SIGXCPU ? ": the STEP reader took too long on this file"
-                                                   : ": damaged STEP file (the STEP reader stopped on it)");
+std::string ReaderProgramPath() {
+    if (const char* path = std::getenv(kStepReaderEnvironment); path && *path) return path;
+    return ToUtf8(CLocationHelper::GetLibraryFolder()) + "/" + kStepReaderProgram;
+}
+
+// The kernel's STEP reader can be brought down by a damaged file, so the reader program reads it
+// first, under limits; only a file it read to the end is read here. Its standard output carries
+// the reason when it refused the file.
+bool ReaderProgramReadsWhole(const std::string& path, std::string& error) {
+    const std::string program = ReaderProgramPath();
+    int answer = -1;
+    const pid_t child = access(program.c_str(), X_OK) == 0 ? StartChildProgram({program, path}, kReaderLimits, answer) : -1;
+    if (child < 0) {
+        error = path + ": the STEP reader program " + program + " cannot be started";
         return false;
     }
-    return true;
+    std::string said;
+    char buffer[4096];
+    for (ssize_t n; (n = read(answer, buffer, sizeof buffer)) != 0;) {
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) break;
+        if (said.size() < 4096) said.append(buffer, static_cast<size_t>(n));
+    }
+    close(answer);
+    const int status = WaitForChildProgram(child);
+    if (status >= 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0) return true;
+    if (status >= 0 && WIFEXITED(status) && WEXITSTATUS(status) == kStepReaderRefused && !said.empty()) {
+        error = said;
+        return false;
+    }
+    if (status >= 0 && WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU)
+        error = path + ": the STEP reader took too long on this file";
+    else if (status >= 0 && WIFEXITED(status) && WEXITSTATUS(status) == 127)
+        error = path + ": the STEP reader program " + program + " cannot be started";
+    else
+        error = path + ": damaged STEP file (the STEP reader stopped on it)";
+    return false;
 }
 }  // namespace
 
@@ -229,11 +249,10 @@ bool ReadStepAssembly(const std::string& path, Assembly& assembly, std::string& 
         error = path + ": no such file";
         return false;
     }
-    return ChildReadsWhole(path, error) && ReadInProcess(path, assembly, error);
+    return ReaderProgramReadsWhole(path, error) && ReadStepAssemblyHere(path, assembly, error);
 }
 
-namespace {
-bool ReadInProcess(const std::string& path, Assembly& assembly, std::string& error) {
+bool ReadStepAssemblyHere(const std::string& path, Assembly& assembly, std::string& error) {
     std::error_code ec;
     if (!std::filesystem::is_regular_file(path, ec)) {
         error = path + ": no such file";
@@ -278,7 +297,6 @@ bool ReadInProcess(const std::string& path, Assembly& assembly, std::string& err
     }
     return true;
 }
-}  // namespace
 
 namespace {
 std::wstring WithoutExtension(const std::wstring& name) {

@@ -1,5 +1,6 @@
 // ZEBAssemblyEngine.so: reads a STEP assembly and evaluates the part-relation rules of a settings
 // document, which it gets from the module through the module's own entry points.
+#include <algorithm>
 #include <memory>
 
 #include "database/service/data_helper.h"
@@ -168,10 +169,15 @@ bool Wanted(const CZebRule& rule, const std::vector<std::wstring>& only) {
     return false;
 }
 
+// The rule set's switch: a rule whose life status is this is kept in the settings but not checked.
+constexpr int32_t kRuleSwitchedOff = 1;
+
 bool CollectRules(const ZebCheckRequest& request, std::vector<PendingRule>& rules, std::string& error) {
     request.setXMLDoc(request.settings);
     std::unique_ptr<ZebXMLNodeList> nodes(request.settings->GetElementsByTagName(L"Rule"));
-    std::vector<bool> named(request.onlyRules.size(), false);
+    // Per name asked for: 0 not found, 1 found switched off, 2 found and checked.
+    std::vector<int> named(request.onlyRules.size(), 0);
+    size_t switchedOff = 0;
     for (long i = 0; i < nodes->GetSize(); ++i) {
         std::unique_ptr<ZebXMLNode> node((*nodes)[i]);
         CZebRule* made = nullptr;
@@ -180,19 +186,26 @@ bool CollectRules(const ZebCheckRequest& request, std::vector<PendingRule>& rule
         if (!rule) continue;
         const RuleKind kind = KindOf(*rule);
         if (kind == RuleKind::None || !Wanted(*rule, request.onlyRules)) continue;
+        const bool off = rule->LifeStatus == kRuleSwitchedOff;
         for (size_t k = 0; k < named.size(); ++k)
-            named[k] = named[k] || ZebEqualsNoCase(request.onlyRules[k], rule->Name) ||
-                       ZebEqualsNoCase(request.onlyRules[k], rule->DisplayName);
+            if (ZebEqualsNoCase(request.onlyRules[k], rule->Name) || ZebEqualsNoCase(request.onlyRules[k], rule->DisplayName))
+                named[k] = std::max(named[k], off ? 1 : 2);
+        if (off) {
+            ++switchedOff;
+            continue;
+        }
         rules.push_back({std::move(rule), kind, ZebParentUnitAttribute(node.get())});
     }
     for (size_t k = 0; k < named.size(); ++k)
-        if (!named[k]) {
-            error = "the settings hold no rule '" + ToUtf8(request.onlyRules[k]) + "' that the engine checks";
+        if (named[k] != 2) {
+            error = "the settings hold no rule '" + ToUtf8(request.onlyRules[k]) + "' that the engine checks" +
+                    (named[k] == 1 ? " switched on" : "");
             return false;
         }
     if (rules.empty()) {
         error = "the settings hold none of the rules the engine checks (interference detection, minimum clearance, "
                 "contact material, preferred components)";
+        if (switchedOff > 0) error += " switched on";
         return false;
     }
     return true;

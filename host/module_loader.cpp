@@ -58,6 +58,7 @@ bool ModuleLoader::Load(const std::string& folder, std::string& error) {
         !Resolve(m_module, "GetModuleSummary", GetModuleSummary, error) ||
         !Resolve(m_module, "SetDBModuleList", SetDBModuleList, error))
         return false;
+    m_folder = folder;
     LaunchFastenerDatabaseDlg =
         reinterpret_cast<LaunchFastenerDatabaseDlgFn>(dlsym(m_module, "LaunchFastenerDatabaseDlg"));
 

@@ -39,12 +39,15 @@ public:
     const std::string& DatabaseModulePath() const { return m_databasePath; }
     // Why a database module that is present could not be loaded; empty otherwise.
     const std::string& DatabaseModuleError() const { return m_databaseError; }
+    // The folder the module was loaded from, where the engine sits beside it.
+    const std::string& Folder() const { return m_folder; }
 
 private:
     void* m_module = nullptr;
     void* m_database = nullptr;
     std::string m_databasePath;
     std::string m_databaseError;
+    std::string m_folder;
 };
 
 // Sets VANTOR_DATABASE_DIR to the user's database folder (creating it) when it names none, as the

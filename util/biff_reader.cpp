@@ -1,8 +1,6 @@
 #include "util/biff_reader.h"
 
-#include <fcntl.h>
 #include <signal.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,6 +12,7 @@
 
 #include "framework/location_helper.h"
 #include "framework/text_convert.h"
+#include "util/child_program.h"
 
 bool LooksLikeCompoundFile(const std::string& path) {
     static const unsigned char kSignature[8] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
@@ -27,7 +26,7 @@ bool LooksLikeCompoundFile(const std::string& path) {
 
 namespace {
 // Processor time of one read: the 60,000-row benchmark workbook needs well under a second.
-constexpr rlim_t kReaderSeconds = 10;
+constexpr uint64_t kReaderSeconds = 10;
 
 std::string ReaderProgramPath() {
     if (const char* path = std::getenv(kBiffReaderEnvironment); path && *path) return path;
@@ -121,10 +120,8 @@ bool TakeAnswer(AnswerReader& answer, const SheetRequest& request, CSheetCellSin
 
 // Reaps the reader program; its exit status, or -1 when it did not exit by itself.
 int Reap(pid_t pid) {
-    int status = 0;
-    while (waitpid(pid, &status, 0) < 0)
-        if (errno != EINTR) return -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    const int status = WaitForChildProgram(pid);
+    return status >= 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 }  // namespace
 
@@ -138,57 +135,20 @@ SheetReadStatus ReadBiffSheet(const std::string& path, const SheetRequest& reque
         if (!columns.empty()) columns += ',';
         columns += std::to_string(column);
     }
-    // Everything the child needs is made before fork: between fork and exec a threaded process
-    // may only make async-signal-safe calls.
-    const char* argv[] = {program.c_str(), path.c_str(), columns.c_str(), nullptr};
-    const rlimit addressSpace{kBiffReaderAddressSpace, kBiffReaderAddressSpace};
-    const rlimit seconds{kReaderSeconds, kReaderSeconds + 1};
-    const rlimit noCore{0, 0};
-    struct sigaction defaultAction {};
-    defaultAction.sa_handler = SIG_DFL;
-    int pipeEnds[2];
-    if (pipe2(pipeEnds, O_CLOEXEC) != 0) return SheetReadStatus::CannotStart;
-    // A larger pipe lets the reader run ahead of the import with fewer switches; the default
-    // serves when the system refuses.
-    fcntl(pipeEnds[0], F_SETPIPE_SZ, 1 << 20);
-    const pid_t pid = fork();
-    if (pid == 0) {
-        // Moved above the standard descriptors first, so that dup2 always makes a copy without
-        // close-on-exec even when the parent had one of them closed.
-        const int answer = fcntl(pipeEnds[1], F_DUPFD_CLOEXEC, 3);
-        const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
-        const int moved = nothing < 0 ? -1 : fcntl(nothing, F_DUPFD_CLOEXEC, 3);
-        if (answer < 0 || moved < 0 || dup2(moved, 0) < 0 || dup2(answer, 1) < 0 ||
-            dup2(moved, 2) < 0)
-            _exit(127);
-        if (close_range(3, ~0u, 0) != 0)
-            for (int fd = 3; fd < 65536; ++fd) close(fd);
-        sigset_t none;
-        sigemptyset(&none);
-        sigprocmask(SIG_SETMASK, &none, nullptr);
-        sigaction(SIGPIPE, &defaultAction, nullptr);
-        if ((kBiffReaderAddressSpace != 0 && setrlimit(RLIMIT_AS, &addressSpace) != 0) ||
-            setrlimit(RLIMIT_CPU, &seconds) != 0 ||
-            setrlimit(RLIMIT_CORE, &noCore) != 0)
-            _exit(127);
-        execv(argv[0], const_cast<char* const*>(argv));
-        _exit(127);
-    }
-    close(pipeEnds[1]);
-    if (pid < 0) {
-        close(pipeEnds[0]);
-        return SheetReadStatus::CannotStart;
-    }
+    int answerFd = -1;
+    const pid_t pid = StartChildProgram({program, path, columns},
+                                        {kBiffReaderAddressSpace, kReaderSeconds}, answerFd);
+    if (pid < 0) return SheetReadStatus::CannotStart;
     // The parent only reads, so a reader that dies cannot raise SIGPIPE here; one that stops
     // answering properly is killed rather than waited for.
     SheetReadStatus status = SheetReadStatus::NotReadable;
     bool complete = false;
     {
-        AnswerReader answer(pipeEnds[0]);
+        AnswerReader answer(answerFd);
         complete = TakeAnswer(answer, request, sink, status, extent);
     }
     if (!complete) kill(pid, SIGKILL);
-    close(pipeEnds[0]);
+    close(answerFd);
     const int exitStatus = Reap(pid);
     if (!complete || exitStatus != 0) {
         extent = {};

@@ -34,6 +34,7 @@
 #include "framework/ui/ui_service.h"
 #include "framework/unit_convertor.h"
 #include "framework/zeb_rule.h"
+#include "host/editor/check_assembly.h"
 #include "host/param_text.h"
 #include "host/settings_diff.h"
 #include "host/settings_file.h"
@@ -285,6 +286,16 @@ CRuleSetEditor::CRuleSetEditor(const ModuleLoader& module, QWidget* parent)
     m_unitLabel = new QLabel(this);
     statusBar()->addWidget(m_databaseLabel, 1);
     statusBar()->addPermanentWidget(m_unitLabel);
+    m_check = new CAssemblyCheck(*this, module, {[this](const std::wstring& name) {
+        const int row = m_document.FindRule(name);
+        return row >= 0 ? Q(m_document.Row(static_cast<size_t>(row)).displayName) : Q(name);
+    }, &SeverityName});
+    connect(m_check, &CAssemblyCheck::ruleChosen, this, [this](const QString& name) {
+        const int row = m_document.FindRule(name.toStdWString());
+        if (row >= 0 && m_table->isRowHidden(row)) m_filter->clear();
+        ChooseRow(row);
+        m_table->setFocus();
+    });
     BuildMenus();
 
     m_document.New(0);
@@ -310,6 +321,7 @@ void CRuleSetEditor::BuildMenus() {
     file->addAction(tr("&Import Rules from File..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I), this,
                     [this] { ImportRulesFromFile(); });
     file->addAction(tr("Co&mpare with File..."), QKeySequence(Qt::CTRL | Qt::Key_D), this, [this] { CompareWithFile(); });
+    file->addAction(tr("Check &Assembly..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A), this, [this] { CheckAssembly(); });
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
 
@@ -700,6 +712,10 @@ void CRuleSetEditor::ShowHelp() {
     const int row = CurrentRow();
     const CZebRule* rule = row >= 0 ? m_document.Rule(static_cast<size_t>(row)) : nullptr;
     ZebOpenHelp(this, HelpFile(), rule ? HelpTopic(rule->Name) : std::wstring(kHelpTopicRuleSets));
+}
+
+void CRuleSetEditor::CheckAssembly() {
+    m_check->Run(m_document.Snapshot());
 }
 
 void CRuleSetEditor::OpenFastenerDatabase() {

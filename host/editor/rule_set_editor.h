@@ -8,6 +8,7 @@
 #include "host/editor/rule_set_document.h"
 #include "host/host_translations.h"
 
+class CAssemblyCheck;
 class QActionGroup;
 class QLabel;
 class QLineEdit;
@@ -59,6 +60,9 @@ public:
     void ImportRulesFromFile();
     void CompareWithFile();
     void ShowHelp();
+    // Checks a STEP assembly chosen by the user against the rule set as it stands.
+    void CheckAssembly();
+    CAssemblyCheck* AssemblyCheck() const { return m_check; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -104,4 +108,5 @@ private:
     QActionGroup* m_units = nullptr;
     QLabel* m_databaseLabel = nullptr;
     QLabel* m_unitLabel = nullptr;
+    CAssemblyCheck* m_check = nullptr;
 };

@@ -66,6 +66,13 @@ protected:
 
     // Checks `assembly` against the rules made so far, written under a parent in `unit`.
     ZebCheckReport Check(const std::string& assembly, int unit = 0, unsigned threads = 0) {
+        ZebCheckReport report;
+        std::string error;
+        EXPECT_EQ(Run(assembly, {}, report, error, unit, threads), ZebCheckDone) << error;
+        return report;
+    }
+    int Run(const std::string& assembly, std::vector<std::wstring> only, ZebCheckReport& report, std::string& error,
+            int unit = 0, unsigned threads = 0) {
         ZebXMLDocument doc;
         module.SetXMLDoc(&doc);
         std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(doc, unit));
@@ -76,10 +83,8 @@ protected:
         ZebCheckRequest request;
         request.assemblyPath = assembly;
         request.threads = threads;
-        ZebCheckReport report;
-        std::string error;
-        EXPECT_EQ(RunAssemblyCheck(engine, module, doc, request, report, error), ZebCheckDone) << error;
-        return report;
+        request.onlyRules = std::move(only);
+        return RunAssemblyCheck(engine, module, doc, request, report, error);
     }
     void ClearRules() {
         for (CZebRule*& rule : rules) module.DeleteRule(&rule);
@@ -287,6 +292,31 @@ TEST_F(EngineTest, PreferredComponents) {
     EXPECT_NE(report.findings[0].message.find(L"b.prt"), std::wstring::npos);
     EXPECT_NE(report.findings[0].message.find(L"alternative c"), std::wstring::npos);
     EXPECT_EQ(report.findings[1].message.find(L"alternative"), std::wstring::npos);
+}
+
+// A rule switched off in the rule set is not checked, and naming it alone is refused.
+TEST_F(EngineTest, SwitchedOffRulesAreSkipped) {
+    const std::string path = Write(FourBoxes());
+    CZebRule* interference = Rule(6067);
+    CZebRule* clearance = Rule(2062);
+    Set<double>(clearance, 2062, {1.0, 1.0});
+    EXPECT_EQ(Pairs(Check(path)), (Names{"a-b", "a-d", "b-d", "c-d"}));
+    interference->LifeStatus = 1;
+    ZebCheckReport report = Check(path);
+    EXPECT_EQ(Pairs(report), (Names{"a-d", "b-d", "c-d"}));
+    EXPECT_EQ(report.rules, std::vector<std::wstring>{clearance->Name});
+    // Another life status leaves the rule on.
+    interference->LifeStatus = 2;
+    EXPECT_EQ(Pairs(Check(path)), (Names{"a-b", "a-d", "b-d", "c-d"}));
+
+    interference->LifeStatus = 1;
+    std::string error;
+    report = {};
+    EXPECT_EQ(Run(path, {interference->Name}, report, error), ZebCheckBadInput);
+    EXPECT_NE(error.find("switched on"), std::string::npos) << error;
+    clearance->LifeStatus = 1;
+    EXPECT_EQ(Run(path, {}, report, error), ZebCheckBadInput);
+    EXPECT_NE(error.find("switched on"), std::string::npos) << error;
 }
 
 TEST_F(EngineTest, SharedAssemblyGivesStableResults) {

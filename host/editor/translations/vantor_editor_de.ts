@@ -350,6 +350,11 @@
         <source>This rule has no dialog to configure it.</source>
         <translation>Für diese Regel gibt es keinen Konfigurationsdialog.</translation>
     </message>
+    <message>
+        <location filename="../rule_set_editor.cpp"/>
+        <source>Check &amp;Assembly...</source>
+        <translation>Baugruppe p&amp;rüfen...</translation>
+    </message>
 </context>
 <context>
     <name>Units</name>
@@ -407,6 +412,109 @@
         <location filename="../rule_set_editor.cpp" line="98"/>
         <source>Kilometres (km)</source>
         <translation>Kilometer (km)</translation>
+    </message>
+</context>
+<context>
+    <name>CAssemblyCheck</name>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Assembly Check</source>
+        <translation>Baugruppenprüfung</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>&amp;Rule:</source>
+        <translation>&amp;Regel:</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>&amp;Save Report...</source>
+        <translation>Bericht &amp;speichern...</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Rule</source>
+        <translation>Regel</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Severity</source>
+        <translation>Schweregrad</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Parts</source>
+        <translation>Teile</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Limit</source>
+        <translation>Grenzwert</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Message</source>
+        <translation>Meldung</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>STEP assemblies|*.stp;*.step;*.STP;*.STEP|All files|*</source>
+        <translation>STEP-Baugruppen|*.stp;*.step;*.STP;*.STEP|Alle Dateien|*</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>The assembly engine cannot be loaded: %1</source>
+        <translation>Das Prüfmodul für Baugruppen kann nicht geladen werden: %1</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Reading the assembly...</source>
+        <translation>Die Baugruppe wird gelesen...</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Check Assembly</source>
+        <translation>Baugruppe prüfen</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Cancelling...</source>
+        <translation>Wird abgebrochen...</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>The assembly cannot be checked: %1</source>
+        <translation>Die Baugruppe kann nicht geprüft werden: %1</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>All rules</source>
+        <translation>Alle Regeln</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>Assembly Check: %1 parts, %2 findings in %3</source>
+        <translation>Baugruppenprüfung: %1 Teile, %2 Befunde in %3</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>HTML page|*.html|JSON document|*.json</source>
+        <translation>HTML-Seite|*.html|JSON-Dokument|*.json</translation>
+    </message>
+    <message>
+        <location filename="../check_assembly.cpp"/>
+        <source>The report cannot be written to %1: %2</source>
+        <translation>Der Bericht kann nicht nach %1 geschrieben werden: %2</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,21 @@
+// vantor-step-reader PATH: reads the STEP assembly PATH with the kernel as the engine does and
+// tells the engine how it went: exit 0 when it was read whole, kStepReaderRefused with the reason
+// on standard output when it was refused. Run by the engine under resource limits, never by hand:
+// a file the kernel's reader stops on ends this process, not the engine's.
+#include <cstdio>
+#include <new>
+
+#include "engine/assembly.h"
+
+int main(int argc, char** argv) {
+    if (argc != 2) return 2;
+    try {
+        Assembly assembly;
+        std::string error;
+        if (ReadStepAssemblyHere(argv[1], assembly, error)) return 0;
+        std::fwrite(error.data(), 1, error.size(), stdout);
+        return kStepReaderRefused;
+    } catch (const std::bad_alloc&) {
+        return 3;
+    }
+}
