@@ -8,7 +8,7 @@
 #include "util/texts.h"
 
 namespace {
-constexpr long kOffset = 8019;
+constexpr long kAlignmentOffset = 8019;
 constexpr long kSwitch = 8076;
 constexpr long kOperatorHolder = 8011;
 constexpr long kSummarySwitch = 8021;
@@ -24,9 +24,9 @@ CZEBAssemblyFastenerAlignmentRule::CZEBAssemblyFastenerAlignmentRule() {
 }
 
 void CZEBAssemblyFastenerAlignmentRule::InitParameters() {
-    AddParameter(*this, ZebType_Double, kOffset, ZebOp_Equal, ZebParam_Value, true);
+    AddParameter(*this, ZebType_Double, kAlignmentOffset, ZebOp_Equal, ZebParam_Value, true);
     AddParameter(*this, ZebType_Bool, kSwitch, ZebOp_Equal, ZebParam_Value, true);
-    FindTyped<double>(*this, kOffset)->values.Add(0.0);
+    FindTyped<double>(*this, kAlignmentOffset)->values.Add(0.0);
     FindParameterInArray(kSwitch)->GetParam()->status = false;
     IsPopulated = true;
     UpdateSummary();
@@ -35,7 +35,7 @@ void CZEBAssemblyFastenerAlignmentRule::InitParameters() {
 void CZEBAssemblyFastenerAlignmentRule::UpdateSummary() {
     CZebParamStorage* holder = FindParameterInArray(kOperatorHolder);
     auto* summarySwitch = FindTyped<double>(*this, kSummarySwitch);
-    auto* offset = FindTyped<double>(*this, kOffset);
+    auto* offset = FindTyped<double>(*this, kAlignmentOffset);
     if (!holder || !summarySwitch || summarySwitch->values.IsEmpty() || !offset) return;
     if (!SwitchIsOn(summarySwitch->values[0])) {
         Summary = LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT);
@@ -48,7 +48,7 @@ void CZEBAssemblyFastenerAlignmentRule::UpdateSummary() {
 
 void CZEBAssemblyFastenerAlignmentRule::ImportFromXML(ZebXMLNode* node) {
     CZebResourceScope scope;
-    RemoveFirstValue(*this, kOffset);
+    RemoveFirstValue(*this, kAlignmentOffset);
     ImportRuleXML(this, node);
     CurrentUnits.LengthUnit = GetUnitAttribute(node);
 }
@@ -59,7 +59,7 @@ ZebXMLNode* CZEBAssemblyFastenerAlignmentRule::ExportToXML() {
 }
 
 void CZEBAssemblyFastenerAlignmentRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
-    auto* offset = FindTyped<double>(*this, kOffset);
+    auto* offset = FindTyped<double>(*this, kAlignmentOffset);
     if (!to || !offset || offset->values.IsEmpty()) return;
     if (LengthUnitsDiffer(from, to))
         offset->values[0] = ConvertLength(offset->values[0], from->LengthUnit, to->LengthUnit);

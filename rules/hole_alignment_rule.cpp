@@ -11,7 +11,7 @@
 #include "util/texts.h"
 
 namespace {
-constexpr long kOffset = 7800;
+constexpr long kHoleOffset = 7800;
 constexpr long kSecond = 7092;
 constexpr long kThird = 7094;
 constexpr long kTolerance = 9084;
@@ -35,9 +35,9 @@ CZEBASMHoleAlignmentCheckRule::CZEBASMHoleAlignmentCheckRule() {
 }
 
 void CZEBASMHoleAlignmentCheckRule::InitParameters() {
-    for (long id : {kOffset, kSecond, kThird, kTolerance})
+    for (long id : {kHoleOffset, kSecond, kThird, kTolerance})
         AddParameter(*this, ZebType_Double, id, ZebOp_LessEqual, ZebParam_Value, true);
-    auto* offset = FindTyped<double>(*this, kOffset);
+    auto* offset = FindTyped<double>(*this, kHoleOffset);
     offset->values.Add(kDefaultOffset);
     offset->criteriaStatus = true;
     FindTyped<double>(*this, kSecond)->criteriaStatus = false;
@@ -48,14 +48,14 @@ void CZEBASMHoleAlignmentCheckRule::InitParameters() {
 }
 
 void CZEBASMHoleAlignmentCheckRule::RebuildSummary() {
-    RebuildOffsetSummary(*this, kOffset, IDS_SUMMARY_HOLE_ALIGNMENT);
+    RebuildOffsetSummary(*this, kHoleOffset, IDS_SUMMARY_HOLE_ALIGNMENT);
 }
 
 long CZEBASMHoleAlignmentCheckRule::Evaluate(void*, void*, void*) { return -3; }
 
 void CZEBASMHoleAlignmentCheckRule::ImportFromXML(ZebXMLNode* node) {
     if (!node) return;
-    RemoveFirstValue(*this, kOffset);
+    RemoveFirstValue(*this, kHoleOffset);
     RemoveFirstValue(*this, kSecond);
     RemoveFirstValue(*this, kTolerance);
     // A detached element has no parent to say in which version and unit it was written.
@@ -63,7 +63,7 @@ void CZEBASMHoleAlignmentCheckRule::ImportFromXML(ZebXMLNode* node) {
     if (!parent) return;
     ImportRuleXML(this, node);
     if (HoleSettingsVersion(node) < kCriteriaVersion) {
-        if (auto* offset = FindTyped<double>(*this, kOffset)) {
+        if (auto* offset = FindTyped<double>(*this, kHoleOffset)) {
             offset->criteriaStatus = true;
             offset->values.Add(kDefaultOffset);
         }
@@ -87,7 +87,7 @@ ZebXMLNode* CZEBASMHoleAlignmentCheckRule::ExportToXML() {
 }
 
 void CZEBASMHoleAlignmentCheckRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
-    auto* offset = FindTyped<double>(*this, kOffset);
+    auto* offset = FindTyped<double>(*this, kHoleOffset);
     auto* tolerance = FindTyped<double>(*this, kTolerance);
     if (!to || !offset || !tolerance || !FindParameterInArray(kSecond)) return;
     if (LengthUnitsDiffer(from, to)) {

@@ -27,9 +27,9 @@ constexpr long kSameMaterial = 9025;
 constexpr long kLengthStep = 9026;
 constexpr long kDiameterStep = 9027;
 constexpr long kTogether = 9603;
-constexpr unsigned kPictureBitmap = 9014;
+constexpr unsigned kBoltPicture = 9014;
 // A step below this is no step.
-constexpr double kSmallest = 0.000001;
+constexpr double kBoltSmallest = 0.000001;
 }  // namespace
 
 CDFASMBoltScrewRationalizationDlg::CDFASMBoltScrewRationalizationDlg(CZebRule* rule, const std::wstring& unitText)
@@ -112,7 +112,7 @@ void CDFASMBoltScrewRationalizationDlg::LoadFromRule(CZebRule& rule) {
     if (!diameter) return;
     LoadStep(m_diameter, *diameter);
     if (!FillDatabaseModuleList(*m_database)) return;
-    m_picture->SetBitmapId(kPictureBitmap);
+    m_picture->SetBitmapId(kBoltPicture);
     (together->GetParam()->status ? m_together : m_separate)->setChecked(true);
     // Both choices are reached with Tab, not only the chosen one.
     for (QRadioButton* radio : {m_together, m_separate}) radio->setFocusPolicy(Qt::StrongFocus);
@@ -127,9 +127,9 @@ void CDFASMBoltScrewRationalizationDlg::UpdateOk() {
 std::optional<ZebRefusal> CDFASMBoltScrewRationalizationDlg::Validate(CZebRule& rule) {
     for (long id : {kSameHead, kSameMaterial, kLengthStep, kDiameterStep, kTogether})
         if (!rule.FindParameterInArray(id)) return ZebRefusal{};
-    if (m_length.on->isChecked() && ReadNumberField(*m_length.value) < kSmallest)
+    if (m_length.on->isChecked() && ReadNumberField(*m_length.value) < kBoltSmallest)
         return ZebRefusal{LoadLocalizedString(IDS_LENGTH_STEP_REQUIRED), m_length.value, ZebMsgIcon::Plain};
-    if (m_diameter.on->isChecked() && ReadNumberField(*m_diameter.value) < kSmallest)
+    if (m_diameter.on->isChecked() && ReadNumberField(*m_diameter.value) < kBoltSmallest)
         return ZebRefusal{LoadLocalizedString(IDS_DIAMETER_STEP_REQUIRED), m_diameter.value, ZebMsgIcon::Plain};
     return std::nullopt;
 }

@@ -22,9 +22,9 @@ namespace {
 constexpr long kFirstValue = 6080;
 constexpr long kSecondValue = 6092;
 constexpr long kSecondSwitch = 6093;
-constexpr unsigned kPictureBitmap = 6018;
+constexpr unsigned kAccessPicture = 6018;
 // A clearance below this is no clearance.
-constexpr double kSmallest = 0.000001;
+constexpr double kAccessSmallest = 0.000001;
 }  // namespace
 
 CZEBAssemblyFastenerAccessibilityDlg::CZEBAssemblyFastenerAccessibilityDlg(CZebRule* rule,
@@ -87,14 +87,14 @@ void CZEBAssemblyFastenerAccessibilityDlg::LoadFromRule(CZebRule& rule) {
     if (!secondSwitch) return;
     m_secondSwitch->setChecked(!secondSwitch->values.IsEmpty() && SwitchIsOn(secondSwitch->values[0]));
     if (!FillDatabaseModuleList(*m_database)) return;
-    m_picture->SetBitmapId(kPictureBitmap);
+    m_picture->SetBitmapId(kAccessPicture);
     m_second->setEnabled(m_secondSwitch->isChecked());
 }
 
 std::optional<ZebRefusal> CZEBAssemblyFastenerAccessibilityDlg::Validate(CZebRule&) {
-    if (ReadNumberField(*m_first) < kSmallest)
+    if (ReadNumberField(*m_first) < kAccessSmallest)
         return ZebRefusal{LoadLocalizedString(IDS_TOOL_CLEARANCE_REQUIRED), m_first, ZebMsgIcon::Plain};
-    if (m_secondSwitch->isChecked() && ReadNumberField(*m_second) < kSmallest)
+    if (m_secondSwitch->isChecked() && ReadNumberField(*m_second) < kAccessSmallest)
         return ZebRefusal{LoadLocalizedString(IDS_SECOND_TOOL_CLEARANCE_REQUIRED), m_second, ZebMsgIcon::Plain};
     return std::nullopt;
 }

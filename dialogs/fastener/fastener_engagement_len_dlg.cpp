@@ -17,9 +17,9 @@
 
 namespace {
 constexpr long kLengths = 2053;
-constexpr int kNameWidth = 170, kLengthWidth = 300;
+constexpr int kEngagementNameWidth = 170, kLengthWidth = 300;
 
-constexpr auto Cell = &CZebGridModel::CellOf;
+constexpr auto EngagementCell = &CZebGridModel::CellOf;
 }  // namespace
 
 const FastenerTableKind& CZEBAssemblyFastenerEngagementLenDlg::ImportKind() {
@@ -65,7 +65,7 @@ void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
     m_grid->SetCourierHeadings();
     m_grid->InsertColumn(LoadLocalizedString(IsSecondList() ? IDS_FASTENER_NAME_ALTERNATIVE_HEADING
                                                             : IDS_FASTENER_NAME_HEADING),
-                         kNameWidth);
+                         kEngagementNameWidth);
     m_grid->InsertColumn(LoadLocalizedString(IDS_ENGAGEMENT_LENGTH_HEADING), kLengthWidth);
     m_grid->SetEditableColumns(kFastenerNameColumn, CZEBAsmFastenerEngagementLenRuleListCtrl::kLength);
     m_grid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
@@ -92,8 +92,8 @@ std::optional<ZebRefusal> CZEBAssemblyFastenerEngagementLenDlg::Validate(CZebRul
     if (!FindTyped<ZebRow>(rule, kLengths)) return ZebRefusal{};
     const std::vector<CZebGridModel::Row>& rows = m_grid->GetRows();
     for (size_t i = 0; i < rows.size(); ++i) {
-        const std::wstring& length = Cell(rows[i], 1);
-        if (Cell(rows[i], 0).empty() || (!length.empty() && ToDouble(length) >= 0)) continue;
+        const std::wstring& length = EngagementCell(rows[i], 1);
+        if (EngagementCell(rows[i], 0).empty() || (!length.empty() && ToDouble(length) >= 0)) continue;
         m_grid->selectRow(static_cast<int>(i));
         return ZebRefusal{LoadLocalizedString(IDS_ROW_INCOMPLETE), m_grid};
     }
@@ -105,7 +105,7 @@ void CZEBAssemblyFastenerEngagementLenDlg::StoreIntoRule(CZebRule& rule) {
     ZebTypedParam<ZebRow>* lengths = FindTyped<ZebRow>(rule, kLengths);
     lengths->values.RemoveAll();
     for (const CZebGridModel::Row& row : m_grid->GetRows())
-        if (!Cell(row, 0).empty()) lengths->values.Add(ZebRow{row[0], Cell(row, 1)});
+        if (!EngagementCell(row, 0).empty()) lengths->values.Add(ZebRow{row[0], EngagementCell(row, 1)});
     AddImportsToDatabase();
 }
 

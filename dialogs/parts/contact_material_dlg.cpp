@@ -20,7 +20,7 @@
 #include "util/number_text.h"
 
 namespace {
-constexpr long kPairs = 7065;
+constexpr long kMaterialPairs = 7065;
 constexpr long kDistance = 7051;
 constexpr int kSide1 = 1;
 constexpr int kSide2 = 2;
@@ -86,7 +86,7 @@ void CZEBAssemblyCheckContactMaterialDlg::LoadFromRule(CZebRule& rule) {
         FillDatabaseModuleList(*m_databases, app->m_databaseModules, rule.SelectedDatabase);
     // The stored pairs are shown whatever database modules there are, so that OK keeps them.
     std::vector<CZebGridModel::Row> rows;
-    if (const ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kPairs))
+    if (const ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kMaterialPairs))
         for (int i = 0; i < pairs->values.GetSize(); ++i)
             if (pairs->values[i].size() >= 2) rows.push_back({L"", pairs->values[i].Cell(0), pairs->values[i].Cell(1)});
     rows.resize(rows.size() + kSpareRows);
@@ -119,7 +119,7 @@ std::optional<ZebRefusal> CZEBAssemblyCheckContactMaterialDlg::Validate(CZebRule
 
 void CZEBAssemblyCheckContactMaterialDlg::StoreIntoRule(CZebRule& rule) {
     StoreSeverityList(*m_severity, rule.Severity);
-    ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kPairs);
+    ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kMaterialPairs);
     // A table that never got its columns holds no pairs of the rule's: the stored ones stay.
     if (pairs && m_table->GetColumnCount() > 0) {
         pairs->values.RemoveAll();

@@ -13,15 +13,15 @@
 #include "rules/rule_record.h"
 
 namespace {
-constexpr long kCheckAll = 6067;
+constexpr long kCheckCompAll = 6067;
 constexpr long kGroups = 8073;
 constexpr long kComponents = 6068;
-constexpr int kTableWidth = 560;
-constexpr int kFirst = 1;
-constexpr int kSecond = 2;
+constexpr int kCheckTableWidth = 560;
+constexpr int kCheckFirst = 1;
+constexpr int kCheckSecond = 2;
 
 // Columns "A" and "B" into the two component columns; an empty name ends the import.
-const ComponentImportLayout kImportLayout{.columns = {{L"A"}, {L"B"}},
+const ComponentImportLayout kCheckImportLayout{.columns = {{L"A"}, {L"B"}},
                                           .leastRows = ZEBASMInterfDetCheckCompDlg::kSpareRows,
                                           .rowsBelow = 1,
                                           .stopAtEmptyName = true};
@@ -48,11 +48,11 @@ ZEBASMInterfDetCheckCompDlg::ZEBASMInterfDetCheckCompDlg(CZebRule* rule, QWidget
 }
 
 void ZEBASMInterfDetCheckCompDlg::OnInitDialog() {
-    if (!m_rule || !m_rule->FindParameterInArray(kCheckAll)) return;
+    if (!m_rule || !m_rule->FindParameterInArray(kCheckCompAll)) return;
     m_table->SetUpColumns({L"", LoadLocalizedString(IDS_COMPONENT_1_HEADING), LoadLocalizedString(IDS_COMPONENT_2_HEADING)},
-                          kTableWidth, 0);
+                          kCheckTableWidth, 0);
     OfferTableExport(*m_table, [this] { ExportTable(); });
-    const ZebTypedParam<bool>* checkAll = FindTyped<bool>(*m_rule, kCheckAll);
+    const ZebTypedParam<bool>* checkAll = FindTyped<bool>(*m_rule, kCheckCompAll);
     const ZebTypedParam<ZebRow>* stored = FindTyped<ZebRow>(*m_rule, kComponents);
     const int storedRows = stored ? stored->values.GetSize() : 0;
 
@@ -93,8 +93,8 @@ std::optional<ZebRefusal> ZEBASMInterfDetCheckCompDlg::Validate() const {
     if (m_all->isChecked()) return std::nullopt;
     bool anyFirst = false, anySecond = false, anyHalf = false;
     for (const CZebGridModel::Row& row : m_table->GetRows()) {
-        const bool first = !CZebGridModel::CellOf(row, kFirst).empty();
-        const bool second = !CZebGridModel::CellOf(row, kSecond).empty();
+        const bool first = !CZebGridModel::CellOf(row, kCheckFirst).empty();
+        const bool second = !CZebGridModel::CellOf(row, kCheckSecond).empty();
         anyFirst = anyFirst || first;
         anySecond = anySecond || second;
         anyHalf = anyHalf || first != second;
@@ -110,25 +110,25 @@ std::optional<ZebRefusal> ZEBASMInterfDetCheckCompDlg::Validate() const {
 }
 
 void ZEBASMInterfDetCheckCompDlg::StoreIntoRule(CZebRule& rule) {
-    if (ZebTypedParam<bool>* checkAll = FindTyped<bool>(rule, kCheckAll)) StoreSwitchBox(*m_all, *checkAll);
+    if (ZebTypedParam<bool>* checkAll = FindTyped<bool>(rule, kCheckCompAll)) StoreSwitchBox(*m_all, *checkAll);
     if (m_all->isChecked()) return;
     if (ZebTypedParam<bool>* groups = FindTyped<bool>(rule, kGroups)) StoreSwitchBox(*m_groupsBox, *groups);
     ZebTypedParam<ZebRow>* stored = FindTyped<ZebRow>(rule, kComponents);
     if (!stored) return;
     stored->values.RemoveAll();
     for (const CZebGridModel::Row& row : m_table->GetRows()) {
-        const std::wstring& first = CZebGridModel::CellOf(row, kFirst);
-        const std::wstring& second = CZebGridModel::CellOf(row, kSecond);
+        const std::wstring& first = CZebGridModel::CellOf(row, kCheckFirst);
+        const std::wstring& second = CZebGridModel::CellOf(row, kCheckSecond);
         if (!first.empty() || !second.empty()) stored->values.Add(ZebRow{first, second});
     }
 }
 
 void ZEBASMInterfDetCheckCompDlg::ImportSpreadsheet() {
-    ImportComponentTable(window(), *m_table, kImportLayout, m_import);
+    ImportComponentTable(window(), *m_table, kCheckImportLayout, m_import);
 }
 
 void ZEBASMInterfDetCheckCompDlg::ExportTable() {
     std::wstring text;
     m_table->EndCellEdit(text);
-    ExportTableToChosenFile(window(), TableSheetKind::ComponentsToCheck, TableTexts(*m_table, kFirst, 2));
+    ExportTableToChosenFile(window(), TableSheetKind::ComponentsToCheck, TableTexts(*m_table, kCheckFirst, 2));
 }

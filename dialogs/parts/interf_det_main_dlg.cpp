@@ -22,7 +22,7 @@
 #include "util/texts.h"
 
 namespace {
-constexpr long kCheckAll = 6067;
+constexpr long kMainCheckAll = 6067;
 constexpr long kFirstOption = 6069;
 constexpr long kSecondOption = 6070;
 constexpr long kVolumeLimit = 8978;
@@ -61,7 +61,7 @@ ZEBASMInterfDetMainDlg::ZEBASMInterfDetMainDlg(CZebRule* rule, const std::wstrin
 }
 
 void ZEBASMInterfDetMainDlg::LoadFromRule(CZebRule& rule) {
-    if (!rule.FindParameterInArray(kCheckAll)) return;
+    if (!rule.FindParameterInArray(kMainCheckAll)) return;
     m_checkPage = WithZebControlId(new ZEBASMInterfDetCheckCompDlg(&rule, m_tabs), ZEBASMInterfDetCheckCompDlg::kTemplateId);
     m_ignorePage = WithZebControlId(new ZEBASMInterfDetIgnoreCompDlg(&rule, m_tabs), ZEBASMInterfDetIgnoreCompDlg::kTemplateId);
     m_checkPage->OnInitDialog();

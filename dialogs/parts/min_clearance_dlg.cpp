@@ -21,16 +21,16 @@
 namespace {
 constexpr long kGeneralClearance = 2062;
 constexpr long kPairsSwitch = 2049;
-constexpr long kPairs = 2048;
+constexpr long kClearancePairs = 2048;
 constexpr long kSameSubassembly = 2063;
 constexpr long kTouching = 6072;
-constexpr int kTableWidth = 600;
-constexpr int kFirst = 1;
-constexpr int kSecond = 2;
+constexpr int kClearanceTableWidth = 600;
+constexpr int kClearanceFirst = 1;
+constexpr int kClearanceSecond = 2;
 constexpr int kClearance = 3;
 
 // Columns "A", "B" and "C" (a number) into parts and clearance; every row emptied first.
-const ComponentImportLayout kImportLayout{
+const ComponentImportLayout kClearanceImportLayout{
     .columns = {{L"A"}, {L"B"}, {L"C", kSpreadsheetDecimalColumn}},
     .rowsBelow = CZEBAssemblyMinClearanceBetPartsDlg::kSpareRows,
     .emptyEveryRow = true};
@@ -98,12 +98,12 @@ void CZEBAssemblyMinClearanceBetPartsDlg::LoadFromRule(CZebRule& rule) {
 
 void CZEBAssemblyMinClearanceBetPartsDlg::LoadTable(CZebRule& rule) {
     const ZebTypedParam<double>* pairsSwitch = FindTyped<double>(rule, kPairsSwitch);
-    const ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kPairs);
+    const ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kClearancePairs);
     if (!pairsSwitch || !pairs) return;
     m_pairsSwitch->setChecked(pairsSwitch->values.GetSize() > 0 && SwitchIsOn(pairsSwitch->values[0]));
     m_table->SetUpColumns({L"", LoadLocalizedString(IDS_COMPONENT_1_HEADING), LoadLocalizedString(IDS_COMPONENT_2_HEADING),
                            LoadLocalizedString(IDS_CLEARANCE_HEADING)},
-                          kTableWidth, 0);
+                          kClearanceTableWidth, 0);
     // Part files chosen in the table are named as the rule names parts.
     m_table->SetMode(CZEBAsmRuleListCtrl::Mode::PartPairs, PartFileNaming::DisplayName);
     OfferTableExport(*m_table, [this] { ExportTable(); });
@@ -128,8 +128,8 @@ std::optional<ZebRefusal> CZEBAssemblyMinClearanceBetPartsDlg::Validate(CZebRule
     if (!rule.FindParameterInArray(kGeneralClearance)) return ZebRefusal{};
     if (!TableLoaded()) return std::nullopt;
     for (const CZebGridModel::Row& row : m_table->GetRows()) {
-        const std::wstring& first = CZebGridModel::CellOf(row, kFirst);
-        const std::wstring& second = CZebGridModel::CellOf(row, kSecond);
+        const std::wstring& first = CZebGridModel::CellOf(row, kClearanceFirst);
+        const std::wstring& second = CZebGridModel::CellOf(row, kClearanceSecond);
         if (first.empty() && second.empty()) continue;
         if (first.empty() || second.empty() || CZebGridModel::CellOf(row, kClearance).empty())
             return ZebRefusal{LoadLocalizedString(IDS_ROW_INCOMPLETE), m_table};
@@ -158,24 +158,24 @@ void CZEBAssemblyMinClearanceBetPartsDlg::StoreIntoRule(CZebRule& rule) {
 
 void CZEBAssemblyMinClearanceBetPartsDlg::StoreTable(CZebRule& rule) {
     StoreFirstValue(*FindTyped<double>(rule, kPairsSwitch), SwitchValue(*m_pairsSwitch), LongerList::FirstReplaced);
-    ZebTypedParam<ZebRow>& pairs = *FindTyped<ZebRow>(rule, kPairs);
+    ZebTypedParam<ZebRow>& pairs = *FindTyped<ZebRow>(rule, kClearancePairs);
     pairs.values.RemoveAll();
     for (const CZebGridModel::Row& row : m_table->GetRows()) {
-        const std::wstring& first = CZebGridModel::CellOf(row, kFirst);
-        const std::wstring& second = CZebGridModel::CellOf(row, kSecond);
+        const std::wstring& first = CZebGridModel::CellOf(row, kClearanceFirst);
+        const std::wstring& second = CZebGridModel::CellOf(row, kClearanceSecond);
         if (!first.empty() || !second.empty()) pairs.values.Add(ZebRow{first, second, CZebGridModel::CellOf(row, kClearance)});
     }
 }
 
 void CZEBAssemblyMinClearanceBetPartsDlg::ImportSpreadsheet() {
     if (!TableLoaded()) return;
-    ImportComponentTable(this, *m_table, kImportLayout, m_import);
+    ImportComponentTable(this, *m_table, kClearanceImportLayout, m_import);
 }
 
 void CZEBAssemblyMinClearanceBetPartsDlg::ExportTable() {
     if (!TableLoaded()) return;
     CommitEdits();
-    ExportTableToChosenFile(this, TableSheetKind::PartPairs, TableTexts(*m_table, kFirst, kClearance - kFirst + 1));
+    ExportTableToChosenFile(this, TableSheetKind::PartPairs, TableTexts(*m_table, kClearanceFirst, kClearance - kClearanceFirst + 1));
 }
 
 bool CZEBAssemblyMinClearanceBetPartsDlg::PreTranslateMessage(QObject* target, QEvent* event) {
