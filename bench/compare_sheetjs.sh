@@ -9,7 +9,16 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 build=${BUILD_DIR:-$root/build}
 work=${VANTOR_SHEETJS_DIR:-${TMPDIR:-/tmp}/vantor-sheetjs}
 bench=$build/bench/sheet_bench
-[ -x "$bench" ] || { echo "build sheet_bench first ($bench)" >&2; exit 1; }
+[ -x "$bench" ] || { echo "build sheet_bench first (-DVANTOR_BENCH=ON; $bench)" >&2; exit 1; }
+
+# Node.js and npm serve this comparison only, so they are installed here rather than by
+# scripts/setup.
+if ! command -v npm >/dev/null 2>&1; then
+  sudo_cmd=""
+  [ "$(id -u)" -eq 0 ] || sudo_cmd="sudo"
+  $sudo_cmd apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive $sudo_cmd apt-get install -y -qq nodejs npm
+fi
 
 mkdir -p "$work"
 if [ ! -d "$work/node_modules/xlsx" ]; then

@@ -11,7 +11,7 @@
 namespace zeb_db {
 namespace {
 
-constexpr const char* kSchemaV1 = R"(
+constexpr const char* kSqliteSchemaV1 = R"(
 CREATE TABLE meta(key TEXT PRIMARY KEY, value TEXT NOT NULL);
 CREATE TABLE fastener_name(
     id INTEGER PRIMARY KEY,
@@ -75,7 +75,7 @@ void UpgradeSchema(sqlite3* db) {
     }
     // One step per version; a database is carried through every step it has not had yet.
     if (version < 1) {
-        Execute(db, kSchemaV1);
+        Execute(db, kSqliteSchemaV1);
         ReplaceCatalogue(db, StarterCatalogue());
     }
     Execute(db, ("PRAGMA user_version = " + std::to_string(kSchemaVersion)).c_str());

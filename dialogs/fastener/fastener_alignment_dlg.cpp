@@ -24,8 +24,8 @@ namespace {
 constexpr long kLimit = FastenerAlignmentParams::kOffset.id;
 constexpr long kSwitch = FastenerAlignmentParams::kSwitch.id;
 // A limit closer to 0 than this cannot be told from 0.
-constexpr double kSmallest = 0.000001;
-constexpr unsigned kPictureBitmap = 8032;
+constexpr double kAlignSmallest = 0.000001;
+constexpr unsigned kAlignPicture = 8032;
 }  // namespace
 
 CZEBAssemblyFastenerAlignmentDlg::CZEBAssemblyFastenerAlignmentDlg(CZebRule* rule, const std::wstring& unitText)
@@ -81,7 +81,7 @@ void CZEBAssemblyFastenerAlignmentDlg::LoadFromRule(CZebRule& rule) {
     if (!enabled) return;
     LoadFlagBox(*m_switch, *enabled->GetParam(), ParamFlag::Enabled);
     ApplyOperatorRule();
-    if (FillDatabaseModuleList(*m_database)) m_picture->SetBitmapId(kPictureBitmap);
+    if (FillDatabaseModuleList(*m_database)) m_picture->SetBitmapId(kAlignPicture);
 }
 
 void CZEBAssemblyFastenerAlignmentDlg::ApplyOperatorRule() {
@@ -93,7 +93,7 @@ void CZEBAssemblyFastenerAlignmentDlg::ApplyOperatorRule() {
 std::optional<ZebRefusal> CZEBAssemblyFastenerAlignmentDlg::Validate(CZebRule&) {
     const double value = ReadNumberField(*m_value);
     const bool lessEqual = m_operator->currentText() == QString::fromStdWString(OperatorSymbol(ZebOp_LessEqual));
-    if (m_operator->currentIndex() < 0 || (lessEqual && value > -kSmallest && value < kSmallest))
+    if (m_operator->currentIndex() < 0 || (lessEqual && value > -kAlignSmallest && value < kAlignSmallest))
         return ZebRefusal{LoadLocalizedString(IDS_ALIGNMENT_OPERATOR_REQUIRED),
                           m_operator->currentIndex() < 0 ? static_cast<QWidget*>(m_operator) : m_value};
     return std::nullopt;

@@ -20,7 +20,7 @@ namespace {
 constexpr long kConditionA = FastenerClearanceParams::kConditionA.id;
 constexpr long kConditionB = FastenerClearanceParams::kConditionB.id;
 constexpr double kTolerance = 0.000001;
-constexpr int kNameWidth = 150, kConditionWidth = 142;
+constexpr int kClearanceNameWidth = 150, kConditionWidth = 142;
 
 using Table = ZebTypedParam<ZebRow>;
 
@@ -37,7 +37,7 @@ bool ConditionHolds(int op, const std::wstring& min, const std::wstring& max) {
     return !max.empty() && ToDouble(max) >= 0 && ToDouble(min) <= ToDouble(max) - kTolerance;
 }
 
-constexpr auto Cell = &CZebGridModel::CellOf;
+constexpr auto ClearanceCell = &CZebGridModel::CellOf;
 }  // namespace
 
 const FastenerTableKind& CZEBAssemblyFastenerClearanceDlg::ImportKind() {
@@ -104,7 +104,7 @@ void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
 
     m_operatorGrid->InsertColumn(LoadLocalizedString(IsSecondList() ? IDS_FASTENER_NAME_ALTERNATIVE_HEADING
                                                                     : IDS_FASTENER_NAME_HEADING),
-                                 kNameWidth);
+                                 kClearanceNameWidth);
     m_operatorGrid->InsertColumn(LoadLocalizedString(IDS_CLEARANCE_A_HEADING), kConditionWidth);
     m_operatorGrid->InsertColumn(LoadLocalizedString(IDS_CLEARANCE_B_HEADING), kConditionWidth);
     m_operatorGrid->SetRows({CZebGridModel::Row{}});
@@ -120,7 +120,7 @@ void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
     OperatorChosen();
     PlaceOperatorLists();
 
-    m_grid->InsertColumn(L"", kNameWidth);
+    m_grid->InsertColumn(L"", kClearanceNameWidth);
     for (const wchar_t* heading : {L"Min", L"Max", L"Min", L"Max"}) m_grid->InsertColumn(heading, kConditionWidth / 2);
     m_grid->SetEditableColumns(kFastenerNameColumn, CZEBAsmFastenerClearanceRuleListCtrl::kMaxB);
     m_grid->SetRows(RowsWithReserve(storedRows, {}));
@@ -173,9 +173,9 @@ std::optional<ZebRefusal> CZEBAssemblyFastenerClearanceDlg::Validate(CZebRule& r
     const std::vector<CZebGridModel::Row>& rows = m_grid->GetRows();
     for (size_t i = 0; i < rows.size(); ++i) {
         const CZebGridModel::Row& row = rows[i];
-        if (Cell(row, 0).empty()) continue;
-        if (ConditionHolds(m_operators[0], Cell(row, 1), Cell(row, 2)) &&
-            ConditionHolds(m_operators[1], Cell(row, 3), Cell(row, 4)))
+        if (ClearanceCell(row, 0).empty()) continue;
+        if (ConditionHolds(m_operators[0], ClearanceCell(row, 1), ClearanceCell(row, 2)) &&
+            ConditionHolds(m_operators[1], ClearanceCell(row, 3), ClearanceCell(row, 4)))
             continue;
         m_grid->selectRow(static_cast<int>(i));
         return ZebRefusal{LoadLocalizedString(IDS_ROW_INCOMPLETE), m_grid};
@@ -190,9 +190,9 @@ void CZEBAssemblyFastenerClearanceDlg::StoreIntoRule(CZebRule& rule) {
     conditionA->values.RemoveAll();
     conditionB->values.RemoveAll();
     for (const CZebGridModel::Row& row : m_grid->GetRows()) {
-        if (Cell(row, 0).empty()) continue;
-        conditionA->values.Add(ZebRow{row[0], Cell(row, 1), Cell(row, 2)});
-        conditionB->values.Add(ZebRow{row[0], Cell(row, 3), Cell(row, 4)});
+        if (ClearanceCell(row, 0).empty()) continue;
+        conditionA->values.Add(ZebRow{row[0], ClearanceCell(row, 1), ClearanceCell(row, 2)});
+        conditionB->values.Add(ZebRow{row[0], ClearanceCell(row, 3), ClearanceCell(row, 4)});
     }
     conditionA->op = m_operators[0];
     conditionB->op = m_operators[1];

@@ -14,7 +14,7 @@
 #include "util/number_text.h"
 
 namespace {
-constexpr int kTableWidth = 560;
+constexpr int kIgnoreTableWidth = 560;
 constexpr int kNameColumn = 1;
 
 bool SameNamesIgnoringCase(const std::list<std::wstring>& a, const std::list<std::wstring>& b) {
@@ -23,7 +23,7 @@ bool SameNamesIgnoringCase(const std::list<std::wstring>& a, const std::list<std
 }
 
 // Column "A" into the name column, below a span kept empty for the list it replaces.
-const ComponentImportLayout kImportLayout{.columns = {{L"A"}},
+const ComponentImportLayout kIgnoreImportLayout{.columns = {{L"A"}},
                                           .leastRows = ZEBASMInterfDetIgnoreCompDlg::kSpareRows,
                                           .rowsBelow = ZEBASMInterfDetIgnoreCompDlg::kSpareRows,
                                           .stopAtEmptyName = true};
@@ -41,7 +41,7 @@ ZEBASMInterfDetIgnoreCompDlg::ZEBASMInterfDetIgnoreCompDlg(CZebRule* rule, QWidg
 
 void ZEBASMInterfDetIgnoreCompDlg::OnInitDialog() {
     if (!m_rule) return;
-    m_table->SetUpColumns({L"", LoadLocalizedString(IDS_COMPONENT_NAME_HEADING)}, kTableWidth, 0);
+    m_table->SetUpColumns({L"", LoadLocalizedString(IDS_COMPONENT_NAME_HEADING)}, kIgnoreTableWidth, 0);
 
     std::list<std::wstring> names;
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
@@ -99,5 +99,5 @@ bool ZEBASMInterfDetIgnoreCompDlg::OnOK() {
 void ZEBASMInterfDetIgnoreCompDlg::ImportSpreadsheet() {
     if (!m_databaseAvailable) return;
     // The rows of the list it replaces are emptied too, however long it was.
-    ImportComponentTable(window(), *m_table, kImportLayout, m_import, static_cast<int>(m_current.size()) + 1);
+    ImportComponentTable(window(), *m_table, kIgnoreImportLayout, m_import, static_cast<int>(m_current.size()) + 1);
 }

@@ -20,11 +20,6 @@ namespace {
 using Hole = CZEBSMHoleAlignmentCheckDlg;
 using Slot = CZEBASMSlotAlignmentCheckDlg;
 
-void Type(CDoubleEditEx* field, const char* text) {
-    field->clear();
-    QTest::keyClicks(field, text);
-}
-
 class AlignmentDialogsTest : public ::testing::Test {
 protected:
     void SetUp() override { EnsureQtTestApp(); }

@@ -33,11 +33,6 @@ using Alignment = CZEBAssemblyFastenerAlignmentDlg;
 using Accessibility = CZEBAssemblyFastenerAccessibilityDlg;
 using BoltScrew = CDFASMBoltScrewRationalizationDlg;
 
-void Type(CDoubleEditEx* field, const char* text) {
-    field->clear();
-    QTest::keyClicks(field, text);
-}
-
 class FastenerSettingDialogsTest : public ::testing::Test {
 protected:
     void SetUp() override {

@@ -50,11 +50,6 @@ using Rows = std::vector<CZebGridModel::Row>;
 
 std::wstring Text(ZebStringId id) { return LoadLocalizedString(id); }
 
-void Type(QLineEdit* field, const char* text) {
-    field->clear();
-    QTest::keyClicks(field, text);
-}
-
 void AddPairs(CZebRule& rule, long id, const std::vector<ZebRow>& rows) {
     for (const ZebRow& row : rows) FindTyped<ZebRow>(rule, id)->values.Add(row);
 }

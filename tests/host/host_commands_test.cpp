@@ -17,13 +17,6 @@ namespace fs = std::filesystem;
 namespace {
 void WriteFile(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
 
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
-}
-
 class HostCommandsTest : public ::testing::Test {
 protected:
     void SetUp() override {

@@ -19,13 +19,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
-}
-
 // The line on which `needle` starts; the needle must be in the text once.
 long LineOf(const std::string& text, const std::string& needle) {
     const size_t at = text.find(needle);

@@ -12,8 +12,6 @@
 namespace {
 using FastenerRulesTest = RuleTest;
 using Rows = std::vector<ZebRow>;
-const UnitSetting kMm{0, 0};
-const UnitSetting kInch{3, 0};
 }  // namespace
 
 TEST_F(FastenerRulesTest, Defaults) {

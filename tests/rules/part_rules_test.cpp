@@ -12,17 +12,8 @@
 namespace {
 using PartRulesTest = RuleTest;
 using Rows = std::vector<ZebRow>;
-const UnitSetting kMm{0, 0};
-const UnitSetting kCm{1, 0};
-const UnitSetting kInch{3, 0};
 
 CZEBASMSlotAlignmentCheckRule MakeSlot() { return CZEBASMSlotAlignmentCheckRule(IDS_RULE_SLOT_ALIGNMENT, IDS_SUMMARY_SLOT_ALIGNMENT, 13090); }
-
-std::wstring Attr(ZebXMLNode& node, const std::wstring& name) {
-    std::wstring value = L"<absent>";
-    node.GetAttributeValue(name, value);
-    return value;
-}
 }  // namespace
 
 TEST_F(PartRulesTest, Defaults) {

@@ -96,3 +96,15 @@ inline std::vector<long> ParamIds(CZebRule& rule) {
     for (CZebParamStorage* p : rule.ParamArray) ids.push_back(p->GetParam()->id);
     return ids;
 }
+
+// An attribute's value, "<absent>" when the element has no such attribute.
+inline std::wstring Attr(ZebXMLNode& node, const std::wstring& name) {
+    std::wstring value = L"<absent>";
+    node.GetAttributeValue(name, value);
+    return value;
+}
+
+// Unit settings of the rules' conversions: millimetres, centimetres and inches.
+inline const UnitSetting kMm{0, 0};
+inline const UnitSetting kCm{1, 0};
+inline const UnitSetting kInch{3, 0};

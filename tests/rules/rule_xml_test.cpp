@@ -20,12 +20,6 @@ std::vector<std::unique_ptr<ZebXMLNode>> Children(ZebXMLNode& node, const std::w
     return out;
 }
 
-std::wstring Attr(ZebXMLNode& node, const std::wstring& name) {
-    std::wstring value = L"<absent>";
-    node.GetAttributeValue(name, value);
-    return value;
-}
-
 using RuleXmlTest = RuleTest;
 }  // namespace
 

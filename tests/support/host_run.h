@@ -4,7 +4,9 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "tests/support/file_bytes.h"
 
@@ -28,4 +30,12 @@ inline HostRun RunHost(const std::string& args, const std::filesystem::path& err
     run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     run.err = FileBytes(errFile);
     return run;
+}
+
+// The lines of a program's output.
+inline std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
 }

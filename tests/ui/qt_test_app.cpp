@@ -27,6 +27,11 @@ void ShowActive(QWidget* window) {
     (void)QTest::qWaitForWindowActive(window);
 }
 
+void Type(QLineEdit* field, const char* text) {
+    field->clear();
+    QTest::keyClicks(field, text);
+}
+
 namespace {
 // Fixtures hold widgets as members, so the application must exist before any test is built.
 class QtTestEnvironment : public ::testing::Environment {

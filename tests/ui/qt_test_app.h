@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLineEdit>
 #include <QWidget>
 
 // The QApplication every UI test runs in (offscreen), created on first use, with the module's
@@ -8,3 +9,6 @@ void EnsureQtTestApp();
 
 // Shows the window and makes it the active one, so that focus and shortcuts work.
 void ShowActive(QWidget* window);
+
+// Replaces the field's text by typing `text` into it, key by key, as a user would.
+void Type(QLineEdit* field, const char* text);

@@ -12,6 +12,7 @@
 
 #include "tests/support/module_environment.h"
 #include "tests/support/scoped_temp_dir.h"
+#include "tests/support/sheet_columns.h"
 #include "tests/support/sheet_writer.h"
 #include "util/spreadsheet.h"
 
@@ -21,12 +22,6 @@ namespace {
 using Table = std::vector<std::vector<std::wstring>>;
 
 const fs::path kHostileData = fs::path(VANTOR_SOURCE_DIR) / "tests/data/hostile";
-
-std::vector<SpreadsheetColumn> Columns(std::initializer_list<const wchar_t*> letters) {
-    std::vector<SpreadsheetColumn> columns;
-    for (const wchar_t* letter : letters) columns.push_back({letter, 0});
-    return columns;
-}
 
 // A one-sheet package with the given sheet, shared strings and styles.
 std::map<std::string, std::string> Package(const std::string& sheet,

@@ -15,6 +15,7 @@
 
 #include "tests/support/module_environment.h"
 #include "tests/support/scoped_temp_dir.h"
+#include "tests/support/sheet_columns.h"
 #include "tests/support/sheet_writer.h"
 
 namespace fs = std::filesystem;
@@ -26,12 +27,6 @@ Table Flatten(const SpreadsheetTable& table) {
     Table flat;
     for (const auto& column : table) flat.emplace_back(column.begin(), column.end());
     return flat;
-}
-
-std::vector<SpreadsheetColumn> Columns(std::initializer_list<const wchar_t*> letters) {
-    std::vector<SpreadsheetColumn> columns;
-    for (const wchar_t* letter : letters) columns.push_back({letter, 0});
-    return columns;
 }
 
 // Writes a workbook with libxlsxwriter; `fill` writes the first sheet.
