@@ -1,7 +1,6 @@
 #include "controls/zeb_asm_recomm_thread_conn_list_ctrl.h"
 
 #include <QHeaderView>
-#include <QMouseEvent>
 #include <algorithm>
 #include <utility>
 
@@ -52,24 +51,4 @@ bool CZEBAsmRecommThreadConnListCtrl::ReadPairs(std::vector<ZebRow>& pairs, int&
         pairs.push_back({first, second});
     }
     return true;
-}
-
-int CZEBAsmRecommThreadConnListCtrl::CommitOpenEditor() {
-    std::wstring text;
-    return EndCellEdit(text);
-}
-
-void CZEBAsmRecommThreadConnListCtrl::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) {
-        CZEBListCtrl::mousePressEvent(event);
-        return;
-    }
-    CommitOpenEditor();
-    int row = -1, column = -1;
-    HitTest(event->position().toPoint(), row, column);
-    if (row >= 0 && (column == kFirst || column == kSecond)) {
-        BeginCellEdit(row, column, kEditLimit);
-        return;
-    }
-    CZEBListCtrl::mousePressEvent(event);
 }

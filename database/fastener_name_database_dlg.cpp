@@ -243,10 +243,9 @@ void ZEBEditFastenerNameDatabaseDlg::hideEvent(QHideEvent* event) {
     QDialog::hideEvent(event);
 }
 
-bool ZEBEditFastenerNameDatabaseDlg::PreTranslateMessage(QEvent* event) {
+bool ZEBEditFastenerNameDatabaseDlg::PreTranslateMessage(QEvent*) {
     if (!m_table) return false;
-    // The editor opens and closes without a signal of its own.
+    // The editor opens and closes without a signal of its own. The table takes its own keys.
     UpdateButtonStates();
-    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) return false;
-    return m_table->KeyHandler(event) != 0;
+    return false;
 }

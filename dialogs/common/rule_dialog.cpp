@@ -2,9 +2,14 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <algorithm>
 
 #include "app/assembly_rules_app.h"
+#include "controls/double_edit_ex.h"
+#include "controls/number_entry.h"
 #include "controls/wrapper_combo_ctrl.h"
+#include "controls/zeb_list_ctrl.h"
+#include "framework/resource_library.h"
 #include "framework/ui/hot_key.h"
 #include "framework/ui/ui_service.h"
 #include "framework/zeb_rule.h"
@@ -32,8 +37,37 @@ bool CZEBRuleDialog::OnInitDialog() {
     return true;
 }
 
+namespace {
+// A number box whose text cannot be read is refused where it was typed: marked, named in the
+// message, and given the focus. Boxes the user cannot reach are not checked.
+bool RefuseUnreadableBox(QWidget* dialog) {
+    for (CDoubleEditEx* box : dialog->findChildren<CDoubleEditEx*>()) {
+        const NumberEntry entry = box->Read();
+        const bool refused = !entry.Ok() && entry.fault != NumberTextFault::Empty && box->isVisibleTo(dialog) &&
+                             box->isEnabled();
+        MarkRefused(*box, refused);
+        if (!refused) continue;
+        ZebUiMessage(dialog,
+                     ZebFormatText(LoadLocalizedString(IDS_FIELD_VALUE_REFUSED),
+                                   {box->text().toStdWString(), NumberFaultText(entry.fault)}),
+                     ZebMsgIcon::Warning, ZebMsgButtons::Ok);
+        box->setFocus();
+        box->selectAll();
+        return true;
+    }
+    return false;
+}
+
+// A table cell refused on commit has told the user already; it keeps its editor open.
+bool HoldsRefusedCell(QWidget* dialog) {
+    const QList<CZEBListCtrl*> tables = dialog->findChildren<CZEBListCtrl*>();
+    return std::any_of(tables.begin(), tables.end(), [](const CZEBListCtrl* table) { return table->HoldsRefusedText(); });
+}
+}  // namespace
+
 void CZEBRuleDialog::OnOK() {
     CommitEdits();
+    if (HoldsRefusedCell(this) || RefuseUnreadableBox(this)) return;
     if (m_rule) {
         if (std::optional<ZebRefusal> refusal = Validate(*m_rule)) {
             ShowRefusal(*refusal);
@@ -43,6 +77,8 @@ void CZEBRuleDialog::OnOK() {
     }
     CZEBRuleDlgBase::OnOK();
 }
+
+int32_t CZEBRuleDialog::GetLengthUnit() const { return m_rule ? m_rule->CurrentUnits.LengthUnit : 0; }
 
 void CZEBRuleDialog::ShowRefusal(const ZebRefusal& refusal) {
     if (!refusal.message.empty())

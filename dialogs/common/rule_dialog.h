@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointer>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -36,6 +37,8 @@ public:
 
     CZebRule* GetRule() const { return m_rule; }
     const std::wstring& GetUnitText() const { return m_unitText; }
+    // The length unit code of the rule's values (0 without a rule).
+    int32_t GetLengthUnit() const;
 
     bool OnInitDialog() override;
     void OnOK() override;

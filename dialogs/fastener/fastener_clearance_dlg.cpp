@@ -207,7 +207,7 @@ void CZEBAssemblyFastenerClearanceDlg::StoreIntoRule(CZebRule& rule) {
 
 void CZEBAssemblyFastenerClearanceDlg::ImportSpreadsheet() {
     CFastenerSheetImport import(ImportKind(), IsSecondList());
-    if (!import.Read(this) || !import.CheckRows(this)) return;
+    if (!import.Read(this, GetLengthUnit()) || !import.CheckRows(this)) return;
     CloseFastenerEditors(*m_grid);
     std::vector<CZebGridModel::Row> rows = m_grid->GetRows();
     if (import.MergeInto(this, rows, Imports())) m_grid->SetRows(std::move(rows));
@@ -215,5 +215,5 @@ void CZEBAssemblyFastenerClearanceDlg::ImportSpreadsheet() {
 
 void CZEBAssemblyFastenerClearanceDlg::ExportTable() {
     CommitEdits();
-    ExportTableToChosenFile(this, TableSheetKind::FastenerClearance, TableTexts(*m_grid, kFastenerNameColumn, 5));
+    ExportTableToChosenFile(this, TableSheetKind::FastenerClearance, TableTexts(*m_grid, kFastenerNameColumn, 5), GetLengthUnit());
 }

@@ -29,7 +29,7 @@ const FastenerTableKind& CZEBAssemblyFastenerEngagementLenDlg::ImportKind() {
         .rowBlocks =
             [](const FastenerSheetRow& row) {
                 const std::wstring& length = row.Under(L"A");
-                return length.empty() || !IsNumericText(length);
+                return !ReadNumberEntry(length).Ok();
             },
         .emptyReadsAsZero = true,
         .logSuffix = L"FastenerEngement_log.txt"};
@@ -111,7 +111,7 @@ void CZEBAssemblyFastenerEngagementLenDlg::StoreIntoRule(CZebRule& rule) {
 
 void CZEBAssemblyFastenerEngagementLenDlg::ImportSpreadsheet() {
     CFastenerSheetImport import(ImportKind(), IsSecondList());
-    if (!import.Read(this)) return;
+    if (!import.Read(this, GetLengthUnit())) return;
     CloseFastenerEditors(*m_grid);
     if (!import.CheckRows(this)) return;
     std::vector<CZebGridModel::Row> rows = m_grid->GetRows();
@@ -120,5 +120,5 @@ void CZEBAssemblyFastenerEngagementLenDlg::ImportSpreadsheet() {
 
 void CZEBAssemblyFastenerEngagementLenDlg::ExportTable() {
     CommitEdits();
-    ExportTableToChosenFile(this, TableSheetKind::FastenerEngagement, TableTexts(*m_grid, kFastenerNameColumn, 2));
+    ExportTableToChosenFile(this, TableSheetKind::FastenerEngagement, TableTexts(*m_grid, kFastenerNameColumn, 2), GetLengthUnit());
 }

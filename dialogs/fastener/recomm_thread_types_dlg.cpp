@@ -65,10 +65,6 @@ void CZEBAssemblyRecommThreadTypesInConnectionDlg::LoadFromRule(CZebRule& rule) 
         m_grid->LoadPairs(std::vector<ZebRow>(pairs->values.begin(), pairs->values.end()));
 }
 
-bool CZEBAssemblyRecommThreadTypesInConnectionDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    return m_grid->KeyHandlerFor(target, event) != 0;
-}
-
 void CZEBAssemblyRecommThreadTypesInConnectionDlg::CommitEdits() { m_grid->CommitOpenEditor(); }
 
 std::optional<ZebRefusal> CZEBAssemblyRecommThreadTypesInConnectionDlg::Validate(CZebRule& rule) {

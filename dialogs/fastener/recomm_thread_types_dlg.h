@@ -27,7 +27,6 @@ public:
     explicit CZEBAssemblyRecommThreadTypesInConnectionDlg(CZebRule* rule, const std::wstring& unitText = {});
 
     CZEBAsmRecommThreadConnListCtrl* GetGrid() const { return m_grid; }
-    bool PreTranslateMessage(QObject* target, QEvent* event) override;
 
 protected:
     void LoadFromRule(CZebRule& rule) override;

@@ -127,8 +127,3 @@ void ZEBASMInterfDetMainDlg::ImportSpreadsheet() {
         break;
     }
 }
-
-bool ZEBASMInterfDetMainDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    return (m_checkPage && m_checkPage->GetTable()->KeyHandlerFor(target, event) != 0) ||
-           (m_ignorePage && m_ignorePage->GetTable()->KeyHandlerFor(target, event) != 0);
-}

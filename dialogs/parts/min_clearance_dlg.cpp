@@ -33,7 +33,9 @@ constexpr int kClearance = 3;
 const ComponentImportLayout kImportLayout{
     .columns = {{L"A"}, {L"B"}, {L"C", kSpreadsheetDecimalColumn}},
     .rowsBelow = CZEBAssemblyMinClearanceBetPartsDlg::kSpareRows,
-    .emptyEveryRow = true};
+    .emptyEveryRow = true,
+    .lengthColumn = 2,
+    .logSuffix = L"MinClearance_log.txt"};
 
 double SwitchValue(const QAbstractButton& box) { return box.isChecked() ? 1.0 : 0.0; }
 }  // namespace
@@ -140,7 +142,7 @@ std::optional<ZebRefusal> CZEBAssemblyMinClearanceBetPartsDlg::Validate(CZebRule
 void CZEBAssemblyMinClearanceBetPartsDlg::StoreIntoRule(CZebRule& rule) {
     ZebTypedParam<double>& general = *FindTyped<double>(rule, kGeneralClearance);
     const double on = SwitchValue(*m_clearanceSwitch);
-    const double clearance = ParseNumber(m_clearance->text().toStdWString());
+    const double clearance = ReadNumberField(*m_clearance);
     // The switch and the clearance are one pair of values; a list of another length is not ours.
     if (general.values.IsEmpty()) {
         general.values.Add(on);
@@ -169,15 +171,12 @@ void CZEBAssemblyMinClearanceBetPartsDlg::StoreTable(CZebRule& rule) {
 
 void CZEBAssemblyMinClearanceBetPartsDlg::ImportSpreadsheet() {
     if (!TableLoaded()) return;
-    ImportComponentTable(this, *m_table, kImportLayout, m_import);
+    ImportComponentTable(this, *m_table, kImportLayout, m_import, 0, GetLengthUnit());
 }
 
 void CZEBAssemblyMinClearanceBetPartsDlg::ExportTable() {
     if (!TableLoaded()) return;
     CommitEdits();
-    ExportTableToChosenFile(this, TableSheetKind::PartPairs, TableTexts(*m_table, kFirst, kClearance - kFirst + 1));
-}
-
-bool CZEBAssemblyMinClearanceBetPartsDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    return m_table->KeyHandlerFor(target, event) != 0;
+    ExportTableToChosenFile(this, TableSheetKind::PartPairs, TableTexts(*m_table, kFirst, kClearance - kFirst + 1),
+                            GetLengthUnit());
 }

@@ -129,7 +129,3 @@ void CZEBAssemblyCheckPrefCompDlg::ExportTable() {
     if (!rows.empty()) rows.pop_back();
     ExportTableToChosenFile(this, TableSheetKind::PreferredComponents, rows);
 }
-
-bool CZEBAssemblyCheckPrefCompDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    return m_table->KeyHandlerFor(target, event) != 0;
-}

@@ -318,7 +318,8 @@ TEST_F(PartDialogsTest, IgnoreListIsWrittenOnlyWhenItChanged) {
     EXPECT_TRUE(ui.messages.empty());
 }
 
-// Tab past the name column goes on to the next row; Return commits without any number check.
+// Tab past the name column goes on to the next row; Return commits without any number check and
+// goes on down.
 TEST_F(PartDialogsTest, IgnoreTableTabsOnToTheNextRow) {
     CZEBAssemblyInterferenceDetectionRule rule;
     Interference d(&rule, L"mm");
@@ -337,7 +338,7 @@ TEST_F(PartDialogsTest, IgnoreTableTabsOnToTheNextRow) {
     QTest::keyClicks(editor, "2");
     QTest::keyClick(editor, Qt::Key_Return);
     EXPECT_EQ(table->GetCellText(1, 1), L"2");
-    EXPECT_FALSE(table->IsCellEditOpen());
+    EXPECT_EQ(table->GetEditRow(), 2);  // Enter goes on down
 }
 
 // A database that refuses the list is reported (warning), and the rule's settings still count.
@@ -497,12 +498,19 @@ TEST_F(PartDialogsTest, MinClearanceRefusesIncompletePairs) {
     auto* editor = FindZebControlAs<QLineEdit>(table, CZEBListCtrl::kTextEditorId);
     ASSERT_NE(editor, nullptr);
     QTest::keyClicks(editor, "abc");
+    // A clearance that cannot be read is refused in its cell, which keeps the editor.
     d.OnOK();
     EXPECT_TRUE(d.isVisible());
     EXPECT_EQ(table->GetCellText(0, 3), L"");
+    EXPECT_TRUE(table->HoldsRefusedText());
     ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_EQ(ui.messages[0].text, Text(IDS_ROW_INCOMPLETE));
-    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Information);
+    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Warning);
+    table->CancelCellEdit();
+    d.OnOK();
+    ASSERT_EQ(ui.messages.size(), 2u);
+    EXPECT_EQ(ui.messages[1].text, Text(IDS_ROW_INCOMPLETE));
+    EXPECT_EQ(ui.messages[1].icon, ZebMsgIcon::Information);
+    ui.messages.erase(ui.messages.begin());
     table->SetCellText(0, 3, L"2.5");
     table->SetCellText(3, 2, L"cover");
     d.OnOK();
