@@ -378,7 +378,10 @@ CZEBListCtrl::CellEditor CZEBListCtrl::EditorOf(int /*row*/, int column) const {
     return column >= m_firstEditable && column <= m_lastEditable ? CellEditor::Text : CellEditor::None;
 }
 
-long CZEBListCtrl::CommitOpenEditor() { return CommitCellEdit(); }
+long CZEBListCtrl::CommitOpenEditor() {
+    std::wstring text;
+    return IsCellChoiceOpen() ? EndCellChoice(text, {}) : CommitCellEdit();
+}
 
 bool CZEBListCtrl::OpenCell(int row, int column) {
     if (row < 0 || row >= GetRowCount() || column < 0 || column >= GetColumnCount()) return false;

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QScrollBar>
@@ -431,4 +434,100 @@ TEST_F(NumberTableTest, AScrolledTableThatShrinksRepaintsWithoutRecursion) {
     qInstallMessageHandler(previous);
     for (const std::string& warning : warnings) EXPECT_EQ(warning.find("Recursive repaint"), std::string::npos) << warning;
     EXPECT_EQ(grid().verticalScrollBar()->value(), 0);
+}
+
+namespace {
+// A name chosen from a list, a size and a note: the cells of the fastener tables.
+class KeyTable : public CZEBListCtrl {
+public:
+    using CZEBListCtrl::CZEBListCtrl;
+    CellEditor EditorOf(int, int column) const override { return column == 0 ? CellEditor::Choice : CellEditor::Text; }
+
+protected:
+    bool IsNumberCell(int, int column) const override { return column == 1; }
+};
+}  // namespace
+
+// A whole table filled from the keyboard alone, with the keys a spreadsheet user expects.
+TEST(KeyboardTable, FilledWithKeysAlone) {
+    EnsureQtTestApp();
+    CZebRecordingUiService ui;
+    GridDialog<KeyTable> dlg;
+    KeyTable& grid = *dlg.table;
+    grid.SetColumns({L"Name", L"Size", L"Note"});
+    grid.ChoiceList() = {L"Bolt", L"Nut", L"Pin"};
+    grid.AppendEmptyRows(3);
+    ShowActive(&dlg);
+    grid.setFocus();
+    grid.setCurrentIndex(grid.model()->index(0, 0));
+    const auto key = [](int k, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key(k), modifiers);
+    };
+    // Key by key, each to whichever widget has the focus then.
+    const auto type = [](const char* text) {
+        for (const char* c = text; *c; ++c) QTest::keyClicks(QApplication::focusWidget(), QString(QChar(*c)));
+    };
+
+    // F2 opens the drop-down of a name cell; its arrows stay its own, Enter takes the entry.
+    key(Qt::Key_F2);
+    ASSERT_TRUE(grid.IsCellChoiceOpen());
+    key(Qt::Key_Down);
+    EXPECT_TRUE(grid.IsCellChoiceOpen());
+    key(Qt::Key_Return);
+    EXPECT_EQ(grid.GetCellText(0, 0), L"Nut");
+    EXPECT_FALSE(grid.IsCellChoiceOpen());
+    EXPECT_TRUE(dlg.isVisible());  // Enter never reached the dialog's OK
+
+    // Tab runs on through the cells; typing replaces, Enter commits and goes down.
+    grid.setCurrentIndex(grid.model()->index(0, 1));
+    type("0,5");
+    ASSERT_TRUE(grid.IsCellEditOpen());
+    key(Qt::Key_Tab);
+    EXPECT_EQ(grid.GetCellText(0, 1), L"0.5");
+    EXPECT_EQ(grid.GetEditColumn(), 2);
+    type("coarse");
+    key(Qt::Key_Return);
+    EXPECT_EQ(grid.GetCellText(0, 2), L"coarse");
+    EXPECT_EQ(grid.GetEditRow(), 1);
+    EXPECT_EQ(grid.GetEditColumn(), 2);
+    key(Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(grid.GetEditColumn(), 1);
+    type("12");
+    key(Qt::Key_Escape);
+    EXPECT_EQ(grid.GetCellText(1, 1), L"");
+    EXPECT_TRUE(dlg.isVisible());
+
+    // Alt+Down opens a name cell with its list shown.
+    grid.setCurrentIndex(grid.model()->index(1, 0));
+    key(Qt::Key_Down, Qt::AltModifier);
+    ASSERT_TRUE(grid.IsCellChoiceOpen());
+    auto* combo = FindZebControlAs<CCustomComboBox>(&grid, CZEBListCtrl::kChoiceEditorId);
+    ASSERT_NE(combo, nullptr);
+    EXPECT_TRUE(combo->view()->isVisible());
+    combo->hidePopup();
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(grid.IsCellChoiceOpen());
+
+    // Rows go to the clipboard as tab-separated text and come back below; Insert adds a row,
+    // Shift+Delete removes the selected ones.
+    grid.setCurrentIndex(grid.model()->index(0, 0));
+    grid.selectRow(0);
+    key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "Nut\t0.5\tcoarse\n");
+    grid.setCurrentIndex(grid.model()->index(2, 0));
+    key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(grid.GetRows()[2], (CZebGridModel::Row{L"Nut", L"0.5", L"coarse"}));
+    QGuiApplication::clipboard()->setText("Pin\tabc\tx\n");
+    key(Qt::Key_V, Qt::ControlModifier);
+    ASSERT_EQ(ui.messages.size(), 1u);  // the size is refused, the rest taken
+    EXPECT_EQ(grid.GetRows()[2], (CZebGridModel::Row{L"Pin", L"0.5", L"x"}));
+    const int rows = grid.GetRowCount();
+    key(Qt::Key_Insert);
+    EXPECT_EQ(grid.GetRowCount(), rows + 1);
+    EXPECT_EQ(grid.GetRows()[2], CZebGridModel::Row{});
+    grid.selectRow(3);
+    key(Qt::Key_Delete, Qt::ShiftModifier);
+    EXPECT_EQ(grid.GetRowCount(), rows);
+    EXPECT_EQ(grid.GetCellText(0, 0), L"Nut");
+    EXPECT_EQ(grid.GetCellText(3, 0), L"");
 }
