@@ -16,7 +16,6 @@ CZEBAsmRecommThreadConnListCtrl::CZEBAsmRecommThreadConnListCtrl(QWidget* parent
 
 void CZEBAsmRecommThreadConnListCtrl::SetUpPairColumns(const std::wstring& firstHeading,
                                                        const std::wstring& secondHeading) {
-    SetCourierHeadings();
     const int pairWidth = (viewport()->width() - 35) / 2;
     InsertColumn(L"", kMarkWidth);
     InsertColumn(firstHeading, pairWidth);

@@ -17,7 +17,7 @@ void CZEBAsmRuleListCtrl::SetUpColumns(const std::vector<std::wstring>& headers,
     SetNumberedColumns(headers, width);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     FitWidthToColumns();
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     AppendEmptyRows(rows);
 }
 

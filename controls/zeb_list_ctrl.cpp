@@ -71,7 +71,8 @@ CZEBListCtrl::CZEBListCtrl(QWidget* parent) : QTableView(parent), m_model(new CZ
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    horizontalHeader()->setStretchLastSection(false);
+    // The last column takes the room a wider dialog gives the table.
+    horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setMinimumSectionSize(0);
     // Scrolled rows are repainted behind editors that stay where they were opened. The repaint
     // is scheduled: the value also changes while the view lays itself out inside its own paint
@@ -92,7 +93,9 @@ void CZEBListCtrl::SetColumns(const std::vector<std::wstring>& headers) {
 
 void CZEBListCtrl::InsertColumn(const std::wstring& header, int width) {
     m_model->AddColumn(header);
-    setColumnWidth(GetColumnCount() - 1, width);
+    // Never narrower than its heading: longer translations are not cut.
+    const int column = GetColumnCount() - 1;
+    setColumnWidth(column, header.empty() ? width : std::max(width, horizontalHeader()->sectionSizeHint(column)));
 }
 
 void CZEBListCtrl::SetNumberedColumns(const std::vector<std::wstring>& headers, int totalWidth) {
@@ -111,17 +114,10 @@ void CZEBListCtrl::FitWidthToColumns() {
     setMinimumWidth(width);
 }
 
-void CZEBListCtrl::SetCourierHeadings() {
-    QFont courier(QStringLiteral("Courier"), 12);
-    courier.setStyleHint(QFont::TypeWriter);
-    horizontalHeader()->setFont(courier);
-}
-
 void CZEBListCtrl::SetRuleTableLook() {
     setShowGrid(true);
     horizontalHeader()->setSectionsMovable(true);
     setSelectionBehavior(QAbstractItemView::SelectRows);
-    SetCourierHeadings();
 }
 
 void CZEBListCtrl::SetEditableColumns(int first, int last) {

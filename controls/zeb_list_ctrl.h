@@ -38,10 +38,7 @@ public:
     void SetNumberedColumns(const std::vector<std::wstring>& headers, int totalWidth);
     // At least as wide as all its columns (and its scroll bar, when it has one).
     void FitWidthToColumns();
-    // The headings of the rule dialogs' tables: 12 point "Courier".
-    void SetCourierHeadings();
-    // The look of the component tables: grid lines, movable "Courier" headings, whole rows
-    // selected.
+    // The look of the component tables: grid lines, movable headings, whole rows selected.
     void SetRuleTableLook();
     int GetColumnCount() const { return m_model->HeaderCount(); }
     int GetFirstEditableColumn() const { return m_firstEditable; }

@@ -70,7 +70,6 @@ ZEBEditFastenerNameDatabaseDlg::ZEBEditFastenerNameDatabaseDlg(QWidget* parent)
     SetZebControlId(m_table, kTableId);
     m_table->setShowGrid(true);
     m_table->horizontalHeader()->setSectionsMovable(true);
-    m_table->SetCourierHeadings();
     m_table->SetColumns({LoadLocalizedString(IDS_FASTENER_NAME_LIST_HEADING)});
     // Room for the 300 pixel column beside the vertical scroll bar.
     m_table->setMinimumSize(340, 360);

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QSettings>
 #include <algorithm>
 
 #include "app/assembly_rules_app.h"
@@ -30,11 +31,33 @@ void CZEBRuleDialog::UseImportKey() {
     connect(m_importKey, &CZebHotKey::Pressed, this, [this] { ImportSpreadsheet(); });
 }
 
+namespace {
+// Where a dialog keeps the size the user last gave it, by its template.
+QString SizeKey(unsigned templateId) { return QStringLiteral("DialogSize/%1").arg(templateId); }
+QSettings DialogSettings() { return QSettings(QStringLiteral("Vantor"), QStringLiteral("AssemblyRules")); }
+}  // namespace
+
 bool CZEBRuleDialog::OnInitDialog() {
     if (m_importKey) m_importKey->Register();
     CZEBRuleDlgBase::OnInitDialog();
     if (m_rule) LoadFromRule(*m_rule);
     return true;
+}
+
+void CZEBRuleDialog::showEvent(QShowEvent* event) {
+    // The size the user gave the dialog last time, once it has its own, never smaller than its
+    // controls need.
+    if (!m_sizeRestored) {
+        m_sizeRestored = true;
+        const QSize saved = DialogSettings().value(SizeKey(GetTemplateId())).toSize();
+        if (saved.isValid()) resize(saved.expandedTo(minimumSizeHint()));
+    }
+    CZEBRuleDlgBase::showEvent(event);
+}
+
+void CZEBRuleDialog::hideEvent(QHideEvent* event) {
+    DialogSettings().setValue(SizeKey(GetTemplateId()), size());
+    CZEBRuleDlgBase::hideEvent(event);
 }
 
 namespace {

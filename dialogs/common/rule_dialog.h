@@ -44,6 +44,9 @@ public:
     void OnOK() override;
 
 protected:
+    // The dialog opens with the size it had when it was last closed.
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     virtual void LoadFromRule(CZebRule& rule) = 0;
     virtual void CommitEdits() {}
     virtual std::optional<ZebRefusal> Validate(CZebRule& rule) = 0;
@@ -62,6 +65,7 @@ private:
     CZebRule* m_rule;
     std::wstring m_unitText;
     CZebHotKey* m_importKey = nullptr;
+    bool m_sizeRestored = false;
 };
 
 // The severity row of a rule dialog: its label and `list`, on the left.

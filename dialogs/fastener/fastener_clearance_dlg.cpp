@@ -99,7 +99,6 @@ void CZEBAssemblyFastenerClearanceDlg::LoadFromRule(CZebRule& rule) {
 }
 
 void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
-    for (CZEBListCtrl* table : {m_operatorGrid, static_cast<CZEBListCtrl*>(m_grid)}) table->SetCourierHeadings();
 
     m_operatorGrid->InsertColumn(LoadLocalizedString(IsSecondList() ? IDS_FASTENER_NAME_ALTERNATIVE_HEADING
                                                                     : IDS_FASTENER_NAME_HEADING),

@@ -62,7 +62,6 @@ void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
     m_spareButton2->hide();
     ZebTypedParam<ZebRow>* lengths = FindTyped<ZebRow>(rule, kLengths);
     if (!lengths) return;
-    m_grid->SetCourierHeadings();
     m_grid->InsertColumn(LoadLocalizedString(IsSecondList() ? IDS_FASTENER_NAME_ALTERNATIVE_HEADING
                                                             : IDS_FASTENER_NAME_HEADING),
                          kNameWidth);

@@ -81,7 +81,7 @@ void ZEBASMInterfDetMainDlg::LoadFromRule(CZebRule& rule) {
     LoadFlagBox(*m_volumeSwitch, *volume, ParamFlag::Enabled);
     LoadOperatorList(*m_operator, {ZebOp_Less, ZebOp_LessEqual}, &OperatorToText, volume->op);
     LoadFirstValue(*m_volume, *volume);
-    m_volumeUnit->setText(QString::fromStdWString(GetUnitText() + L"^3"));
+    m_volumeUnit->setText(QString::fromStdWString(GetUnitText() + L"\u00b3"));
     UpdateVolumeControls();
 }
 

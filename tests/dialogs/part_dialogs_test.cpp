@@ -163,7 +163,7 @@ TEST_F(PartDialogsTest, InterferenceOpensAsItsRuleSays) {
         EXPECT_EQ(op->currentText(), "<=");
         EXPECT_FALSE(op->isEnabled());
         EXPECT_FALSE(d.ControlById<CDoubleEditEx>(Interference::kVolumeValueId)->isEnabled());
-        EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(), "mm^3");
+        EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(), QString::fromUtf8("mm\u00b3"));
         EXPECT_EQ(d.ControlById<CWrapperComboCtrl>(Interference::kSeverityId)->currentIndex(), 0);
         EXPECT_EQ(d.GetTabs()->count(), 2);
         EXPECT_EQ(d.GetTabs()->tabText(1).toStdWString(), Text(IDS_TAB_COMPONENTS_TO_IGNORE));
@@ -205,7 +205,7 @@ TEST_F(PartDialogsTest, InterferenceOpensAsItsRuleSays) {
     EXPECT_EQ(d.ControlById<CDoubleEditEx>(Interference::kVolumeValueId)->text(), "0.25");
     EXPECT_EQ(d.ControlById<CWrapperComboCtrl>(Interference::kVolumeOperatorId)->currentText(), "<");
     EXPECT_TRUE(d.ControlById<CDoubleEditEx>(Interference::kVolumeValueId)->isEnabled());
-    EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(), "in^3");
+    EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(), QString::fromUtf8("in\u00b3"));
 }
 
 // OK refuses, in this order and without storing anything: a volume limit of 0 while switched on,
@@ -623,4 +623,28 @@ TEST_F(PartDialogsTest, PreferredComponentsImportFourColumns) {
     CZEBStringTableParser::Parse(FindTyped<std::wstring>(rule, 7002)->values[0], stored);
     EXPECT_EQ(stored, (std::vector<StringTableRow>{{L"Hex bolt M8", L"iso4017_m8.prt", L"din933_m8.prt", L"acme_bolt_8.prt"},
                                                    {L"Grommet", L"grommet_20.prt", L"", L"rubber_ring.prt"}}));
+}
+
+// A wider dialog gives its table the room, the last column taking it; the size the user gave a
+// dialog is the size it opens with next time.
+TEST_F(PartDialogsTest, TablesWidenWithTheirDialogWhichKeepsItsSize) {
+    CZEBAssemblyMinClearanceBetPartsRule rule;
+    QSize chosen;
+    {
+        MinClearance d(&rule, L"mm");
+        ShowActive(&d);
+        auto* table = d.ControlById<CZEBAsmRuleListCtrl>(MinClearance::kTableId);
+        const int tableWidth = table->width();
+        const int lastColumn = table->columnWidth(table->GetColumnCount() - 1);
+        chosen = d.size() + QSize(317, 41);
+        d.resize(chosen);
+        QApplication::processEvents();
+        EXPECT_GT(table->width(), tableWidth + 250);
+        EXPECT_GT(table->columnWidth(table->GetColumnCount() - 1), lastColumn + 250);
+        d.reject();
+    }
+    MinClearance again(&rule, L"mm");
+    ShowActive(&again);
+    EXPECT_EQ(again.size(), chosen);
+    again.reject();
 }
