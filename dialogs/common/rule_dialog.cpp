@@ -50,13 +50,13 @@ void CZEBRuleDialog::showEvent(QShowEvent* event) {
     if (!m_sizeRestored) {
         m_sizeRestored = true;
         const QSize saved = DialogSettings().value(SizeKey(GetTemplateId())).toSize();
-        if (saved.isValid()) resize(saved.expandedTo(minimumSizeHint()));
+        if (saved.isValid() && GetTemplateId() != 0) resize(saved.expandedTo(minimumSizeHint()));
     }
     CZEBRuleDlgBase::showEvent(event);
 }
 
 void CZEBRuleDialog::hideEvent(QHideEvent* event) {
-    DialogSettings().setValue(SizeKey(GetTemplateId()), size());
+    if (GetTemplateId() != 0) DialogSettings().setValue(SizeKey(GetTemplateId()), size());
     CZEBRuleDlgBase::hideEvent(event);
 }
 
