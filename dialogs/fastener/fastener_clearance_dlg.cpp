@@ -122,6 +122,8 @@ void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
     for (const wchar_t* heading : {L"Min", L"Max", L"Min", L"Max"}) m_grid->InsertColumn(heading, kConditionWidth / 2);
     m_grid->SetEditableColumns(kFastenerNameColumn, CZEBAsmFastenerClearanceRuleListCtrl::kMaxB);
     m_grid->SetRows(RowsWithReserve(storedRows, {}));
+    // The value columns stand under the headings above, however wide those came out.
+    FollowOperatorColumns();
     // The headings that name the columns sit on the operator table above the values.
     for (CZEBListCtrl* table : {m_operatorGrid, static_cast<CZEBListCtrl*>(m_grid)})
         OfferTableExport(*table, [this] { ExportTable(); });
