@@ -8,6 +8,7 @@
 #include "app/assembly_rules_app.h"
 #include "controls/double_edit_ex.h"
 #include "controls/number_entry.h"
+#include "controls/sheet_export.h"
 #include "controls/wrapper_combo_ctrl.h"
 #include "controls/zeb_list_ctrl.h"
 #include "framework/resource_library.h"
@@ -99,6 +100,28 @@ void CZEBRuleDialog::OnOK() {
         StoreIntoRule(*m_rule);
     }
     CZEBRuleDlgBase::OnOK();
+}
+
+void CZEBRuleDialog::UseTable(CZEBListCtrl* table, std::optional<TableSheetKind> kind, int first, int count) {
+    m_table = table;
+    m_tableKind = kind;
+    m_firstExported = first;
+    m_exportedCount = count;
+}
+
+void CZEBRuleDialog::CommitEdits() {
+    if (m_table) m_table->CommitOpenEditor();
+}
+
+TextRows CZEBRuleDialog::ExportRows() const {
+    return m_table ? TableTexts(*m_table, m_firstExported, m_exportedCount) : TextRows{};
+}
+
+void CZEBRuleDialog::ExportTable() {
+    if (!m_table || !m_tableKind || m_table->GetColumnCount() == 0) return;
+    CommitEdits();
+    if (m_table->HoldsRefusedText()) return;
+    ExportTableToChosenFile(this, *m_tableKind, ExportRows(), GetLengthUnit());
 }
 
 int32_t CZEBRuleDialog::GetLengthUnit() const { return m_rule ? m_rule->CurrentUnits.LengthUnit : 0; }

@@ -66,6 +66,7 @@ CZEBAssemblyFastenerClearanceDlg::CZEBAssemblyFastenerClearanceDlg(CZebRule* rul
     TableArea()->addWidget(m_operatorGrid);
     TableArea()->addWidget(m_grid, 1);
     SetFastenerTable(m_grid);
+    UseTable(m_grid, TableSheetKind::FastenerClearance, kFastenerNameColumn, 5);
     connect(m_operatorGrid->horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
         PlaceOperatorLists();
         FollowOperatorColumns();
@@ -165,8 +166,6 @@ void CZEBAssemblyFastenerClearanceDlg::FollowOperatorColumns() {
     m_grid->CommitOpenEditor();
 }
 
-void CZEBAssemblyFastenerClearanceDlg::CommitEdits() { m_grid->CommitOpenEditor(); }
-
 std::optional<ZebRefusal> CZEBAssemblyFastenerClearanceDlg::Validate(CZebRule& rule) {
     if (!FindTyped<ZebRow>(rule, kConditionA) || !FindTyped<ZebRow>(rule, kConditionB))
         return ZebRefusal{};
@@ -212,9 +211,4 @@ void CZEBAssemblyFastenerClearanceDlg::ImportSpreadsheet() {
     CloseFastenerEditors(*m_grid);
     std::vector<CZebGridModel::Row> rows = m_grid->GetRows();
     if (import.MergeInto(this, rows, Imports())) m_grid->SetRows(std::move(rows));
-}
-
-void CZEBAssemblyFastenerClearanceDlg::ExportTable() {
-    CommitEdits();
-    ExportTableToChosenFile(this, TableSheetKind::FastenerClearance, TableTexts(*m_grid, kFastenerNameColumn, 5), GetLengthUnit());
 }

@@ -52,6 +52,7 @@ CZEBAssemblyFastenerEngagementLenDlg::CZEBAssemblyFastenerEngagementLenDlg(CZebR
     TableArea()->addWidget(separator);
     TableArea()->addWidget(m_grid, 1);
     SetFastenerTable(m_grid);
+    UseTable(m_grid, TableSheetKind::FastenerEngagement, kFastenerNameColumn, 2);
 }
 
 void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
@@ -85,8 +86,6 @@ void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
     ShowPicture();
 }
 
-void CZEBAssemblyFastenerEngagementLenDlg::CommitEdits() { m_grid->CommitOpenEditor(); }
-
 std::optional<ZebRefusal> CZEBAssemblyFastenerEngagementLenDlg::Validate(CZebRule& rule) {
     if (!FindTyped<ZebRow>(rule, kLengths)) return ZebRefusal{};
     const std::vector<CZebGridModel::Row>& rows = m_grid->GetRows();
@@ -115,9 +114,4 @@ void CZEBAssemblyFastenerEngagementLenDlg::ImportSpreadsheet() {
     if (!import.CheckRows(this)) return;
     std::vector<CZebGridModel::Row> rows = m_grid->GetRows();
     if (import.MergeInto(this, rows, Imports())) m_grid->SetRows(std::move(rows));
-}
-
-void CZEBAssemblyFastenerEngagementLenDlg::ExportTable() {
-    CommitEdits();
-    ExportTableToChosenFile(this, TableSheetKind::FastenerEngagement, TableTexts(*m_grid, kFastenerNameColumn, 2), GetLengthUnit());
 }

@@ -30,7 +30,6 @@ public:
 
 protected:
     void LoadFromRule(CZebRule& rule) override;
-    void CommitEdits() override;
     std::optional<ZebRefusal> Validate(CZebRule& rule) override;
     void StoreIntoRule(CZebRule& rule) override;
 

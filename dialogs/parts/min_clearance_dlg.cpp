@@ -54,6 +54,7 @@ CZEBAssemblyMinClearanceBetPartsDlg::CZEBAssemblyMinClearanceBetPartsDlg(CZebRul
       m_hint(WithZebControlId(new QLabel(Body()), kHintId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicMinimumClearance);
+    UseTable(m_table, TableSheetKind::PartPairs, kFirst, kClearance - kFirst + 1);
     m_table->setMinimumHeight(280);
     m_hint->setWordWrap(true);
 
@@ -124,8 +125,6 @@ void CZEBAssemblyMinClearanceBetPartsDlg::TakeBackTooLarge() {
     if (ToDouble(m_clearance->text().toStdWString()) > kLargestClearance) m_clearance->setText(m_lastAcceptedClearance);
 }
 
-void CZEBAssemblyMinClearanceBetPartsDlg::CommitEdits() { m_table->CommitCellEdit(); }
-
 std::optional<ZebRefusal> CZEBAssemblyMinClearanceBetPartsDlg::Validate(CZebRule& rule) {
     if (!rule.FindParameterInArray(kGeneralClearance)) return ZebRefusal{};
     if (!TableLoaded()) return std::nullopt;
@@ -172,11 +171,4 @@ void CZEBAssemblyMinClearanceBetPartsDlg::StoreTable(CZebRule& rule) {
 void CZEBAssemblyMinClearanceBetPartsDlg::ImportSpreadsheet() {
     if (!TableLoaded()) return;
     ImportComponentTable(this, *m_table, kImportLayout, m_import, 0, GetLengthUnit());
-}
-
-void CZEBAssemblyMinClearanceBetPartsDlg::ExportTable() {
-    if (!TableLoaded()) return;
-    CommitEdits();
-    ExportTableToChosenFile(this, TableSheetKind::PartPairs, TableTexts(*m_table, kFirst, kClearance - kFirst + 1),
-                            GetLengthUnit());
 }

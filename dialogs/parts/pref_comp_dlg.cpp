@@ -50,6 +50,7 @@ CZEBAssemblyCheckPrefCompDlg::CZEBAssemblyCheckPrefCompDlg(CZebRule* rule, const
       m_table(WithZebControlId(new CZEBAsmRuleListCtrl(Body()), kTableId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicPreferredComponents);
+    UseTable(m_table, TableSheetKind::PreferredComponents, 1, kLastColumn);
     m_table->SetMode(CZEBAsmRuleListCtrl::Mode::PreferredComponents);
     m_table->setMinimumHeight(300);
     auto* hint = new QLabel(LocalizedText(IDS_PREFERRED_TABLE_HINT), Body());
@@ -88,7 +89,7 @@ void CZEBAssemblyCheckPrefCompDlg::LoadFromRule(CZebRule& rule) {
 }
 
 void CZEBAssemblyCheckPrefCompDlg::CommitEdits() {
-    m_table->CommitCellEdit();
+    CZEBRuleDialog::CommitEdits();
     // Rows left empty between records are dropped; the last row stays for new entries.
     std::vector<CZebGridModel::Row> rows = m_table->GetRows();
     if (rows.empty()) return;
@@ -121,11 +122,8 @@ void CZEBAssemblyCheckPrefCompDlg::ImportSpreadsheet() {
     ImportComponentTable(this, *m_table, kImportLayout, m_import);
 }
 
-void CZEBAssemblyCheckPrefCompDlg::ExportTable() {
-    if (m_table->GetColumnCount() == 0) return;
-    CommitEdits();
-    // The rows the rule keeps: the last row never belongs to the table's text.
-    TextRows rows = TableTexts(*m_table, 1, kLastColumn);
+TextRows CZEBAssemblyCheckPrefCompDlg::ExportRows() const {
+    TextRows rows = CZEBRuleDialog::ExportRows();
     if (!rows.empty()) rows.pop_back();
-    ExportTableToChosenFile(this, TableSheetKind::PreferredComponents, rows);
+    return rows;
 }
