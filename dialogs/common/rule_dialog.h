@@ -49,8 +49,10 @@ public:
     void OnOK() override;
 
 protected:
-    // The dialog opens with the size it had when it was last closed.
+    // The dialog opens with the size it had when it was last closed, and Tab follows its layout.
     void showEvent(QShowEvent* event) override;
+    // Tab goes through the controls by rows from the top, each row from the left.
+    void FollowLayoutInTabOrder();
     void hideEvent(QHideEvent* event) override;
     virtual void LoadFromRule(CZebRule& rule) = 0;
     // The dialog's table: what OK commits (CommitEdits) and, given `kind`, what ExportTable
