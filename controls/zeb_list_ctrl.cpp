@@ -501,9 +501,6 @@ long CZEBListCtrl::TableKey(QKeyEvent* event) {
         if (!OffersRowEditing() || modifiers != Qt::NoModifier) return 0;
         InsertEmptyRow(row < 0 ? GetRowCount() : row);
         return 1;
-    case Qt::Key_Menu:
-        ShowRowMenu(viewport()->mapToGlobal(visualRect(current).center()));
-        return 1;
     default: break;
     }
     // Typing on a text cell opens it with what was typed, as spreadsheets do.
