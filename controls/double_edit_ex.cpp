@@ -10,7 +10,7 @@ void CDoubleEditEx::OnTextChanged(const QString& qtext) {
     const std::wstring text = qtext.toStdWString();
     if (text.empty()) return;
     m_changed = true;
-    const wchar_t* allowed = m_allowNegative ? L"-.0123456789" : L".0123456789";
+    const wchar_t* allowed = m_allowNegative ? L"-.,0123456789" : L".,0123456789";
     const size_t run = std::min(text.find_first_not_of(allowed), text.size());
     if (run == text.size()) {
         m_lastAccepted = text;
@@ -21,4 +21,15 @@ void CDoubleEditEx::OnTextChanged(const QString& qtext) {
     } else {
         clear();
     }
+}
+
+NumberEntry CDoubleEditEx::Read() const {
+    const std::wstring text = this->text().toStdWString();
+    NumberEntry entry = ReadNumberEntry(text);
+    if (entry.fault == NumberTextFault::Negative && m_allowNegative) {
+        entry = ReadNumberEntry(text.substr(text.find(L'-') + 1));
+        entry.value = -entry.value;
+        entry.text = L"-" + entry.text;
+    }
+    return entry;
 }

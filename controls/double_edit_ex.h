@@ -3,8 +3,11 @@
 #include <QLineEdit>
 #include <string>
 
-// Number entry box: after every change it keeps only texts made of digits and points (and a
-// minus sign when negatives are allowed). The form of the number is not checked.
+#include "util/number_text.h"
+
+// Number entry box: after every change it keeps only texts made of digits and decimal separators
+// ('.' and ',', so that "0,5" is not cut to "05"), and a minus sign when negatives are allowed.
+// The form of the number is checked when it is read.
 class CDoubleEditEx : public QLineEdit {
     Q_OBJECT
 public:
@@ -14,6 +17,9 @@ public:
     void SetChanged(bool changed) { m_changed = changed; }
     const std::wstring& GetLastAcceptedText() const { return m_lastAccepted; }
     void SetAllowNegative(bool allow) { m_allowNegative = allow; }
+    // The box's value as ReadNumberEntry reads it with the user's separator; below zero only
+    // when negatives are allowed.
+    NumberEntry Read() const;
 
 private:
     void OnTextChanged(const QString& text);

@@ -42,7 +42,8 @@ TextRows TableTexts(const CZEBListCtrl& table, int first, int count) {
     return texts;
 }
 
-bool ExportTableToChosenFile(QWidget* parent, TableSheetKind kind, const TextRows& table) {
+bool ExportTableToChosenFile(QWidget* parent, TableSheetKind kind, const TextRows& table,
+                             std::optional<int32_t> lengthUnit) {
     IZebUiService* service = GetZebUiService();
     if (!service) return false;
     ZebOpenFileRequest request;
@@ -56,9 +57,9 @@ bool ExportTableToChosenFile(QWidget* parent, TableSheetKind kind, const TextRow
     // The import hands exactly ".xlsx" to the reader library; any other name is read by content.
     if (!HasWorkbookExtension(path)) path += kWorkbookExtension;
 
-    const TableSheet sheet = TableToSheet(kind, table);
+    const TableSheet sheet = TableToSheet(kind, table, lengthUnit);
     std::wstring error;
-    if (!WriteSheetFile(path, sheet.rows, error)) {
+    if (!WriteSheetFile(path, sheet, error)) {
         ZebUiMessage(parent, ZebFormatText(LoadLocalizedString(IDS_TABLE_NOT_EXPORTED), {path, error}),
                      ZebMsgIcon::Warning, ZebMsgButtons::Ok);
         return false;

@@ -1,7 +1,6 @@
 #include "controls/zeb_asm_recomm_thread_conn_list_ctrl.h"
 
 #include <QHeaderView>
-#include <QMouseEvent>
 #include <algorithm>
 #include <utility>
 
@@ -17,7 +16,6 @@ CZEBAsmRecommThreadConnListCtrl::CZEBAsmRecommThreadConnListCtrl(QWidget* parent
 
 void CZEBAsmRecommThreadConnListCtrl::SetUpPairColumns(const std::wstring& firstHeading,
                                                        const std::wstring& secondHeading) {
-    SetCourierHeadings();
     const int pairWidth = (viewport()->width() - 35) / 2;
     InsertColumn(L"", kMarkWidth);
     InsertColumn(firstHeading, pairWidth);
@@ -52,24 +50,4 @@ bool CZEBAsmRecommThreadConnListCtrl::ReadPairs(std::vector<ZebRow>& pairs, int&
         pairs.push_back({first, second});
     }
     return true;
-}
-
-int CZEBAsmRecommThreadConnListCtrl::CommitOpenEditor() {
-    std::wstring text;
-    return EndCellEdit(text);
-}
-
-void CZEBAsmRecommThreadConnListCtrl::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) {
-        CZEBListCtrl::mousePressEvent(event);
-        return;
-    }
-    CommitOpenEditor();
-    int row = -1, column = -1;
-    HitTest(event->position().toPoint(), row, column);
-    if (row >= 0 && (column == kFirst || column == kSecond)) {
-        BeginCellEdit(row, column, kEditLimit);
-        return;
-    }
-    CZEBListCtrl::mousePressEvent(event);
 }

@@ -22,10 +22,4 @@ public:
     // The filled rows in table order, each [first, second] as typed. False, with `halfRow` set,
     // at the first row holding only one of the two texts.
     bool ReadPairs(std::vector<ZebRow>& pairs, int& halfRow) const;
-
-    // Commits an open editor, as a click does.
-    int CommitOpenEditor();
-
-protected:
-    void mousePressEvent(QMouseEvent* event) override;
 };

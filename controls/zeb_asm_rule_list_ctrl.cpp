@@ -1,10 +1,6 @@
 #include "controls/zeb_asm_rule_list_ctrl.h"
 
-#include <QKeyEvent>
-#include <QMouseEvent>
-
 #include "app/assembly_rules_app.h"
-#include "util/number_text.h"
 
 namespace {
 constexpr int kNumberColumn = 3;
@@ -21,7 +17,7 @@ void CZEBAsmRuleListCtrl::SetUpColumns(const std::vector<std::wstring>& headers,
     SetNumberedColumns(headers, width);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     FitWidthToColumns();
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     AppendEmptyRows(rows);
 }
 
@@ -29,32 +25,22 @@ bool CZEBAsmRuleListCtrl::IsBrowseColumn(int column) const {
     return IsPreferredComponentsMode() ? column >= 2 && column <= 4 : column == 1 || column == 2;
 }
 
-long CZEBAsmRuleListCtrl::CommitCellEdit() {
-    std::wstring text;
-    const long result = EndCellEdit(text);
-    if (result && !IsPreferredComponentsMode() && GetEditColumn() == kNumberColumn &&
-        !IsNumericText(text))
-        SetCellText(GetEditRow(), kNumberColumn, L"");
-    return result;
+bool CZEBAsmRuleListCtrl::IsNumberCell(int /*row*/, int column) const {
+    return !IsPreferredComponentsMode() && column == kNumberColumn;
 }
 
-bool CZEBAsmRuleListCtrl::OnLeftButtonDown(const QPoint& point) {
-    if (IsCellEditOpen()) CommitCellEdit();
-    int row = -1, column = -1;
-    HitTest(point, row, column);
-    if (column < 1 || column > 4) return false;
-    BeginCellEdit(row, column, kEditLimit);
-    return true;
+CZEBListCtrl::CellEditor CZEBAsmRuleListCtrl::EditorOf(int /*row*/, int column) const {
+    return column >= 1 && column <= 4 && column < GetColumnCount() ? CellEditor::Text : CellEditor::None;
 }
 
-void CZEBAsmRuleListCtrl::OnRightClick(const QPoint& point) {
-    std::wstring text;
-    EndCellEdit(text);
+bool CZEBAsmRuleListCtrl::OnCellRightClick(const QPoint& point) {
+    CommitCellEdit();
     int row = -1, column = -1;
     HitTest(point, row, column);
-    if (row < 0 || !IsBrowseColumn(column)) return;
+    if (row < 0 || !IsBrowseColumn(column) || IsCellEditOpen()) return true;
     BrowseFileIntoCell(row, column, kPartFilter,
                        IsPreferredComponentsMode() ? PartFileNaming::FileName : m_pairNaming);
+    return true;
 }
 
 std::wstring CZEBAsmRuleListCtrl::GetCellTooltip(int row, int column) const {
@@ -63,24 +49,4 @@ std::wstring CZEBAsmRuleListCtrl::GetCellTooltip(int row, int column) const {
         return {};
     // The tooltip's own buffer holds 80 characters with its terminator.
     return LoadLocalizedString(IDS_TIP_CHOOSE_PART_FILE).substr(0, kTooltipBuffer - 1);
-}
-
-long CZEBAsmRuleListCtrl::KeyHandler(QEvent* event) {
-    if (event->type() != QEvent::KeyPress) return 0;
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key == Qt::Key_Return || key == Qt::Key_Enter) return CommitCellEdit();
-    return StandardKeyHandler(key);
-}
-
-void CZEBAsmRuleListCtrl::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && OnLeftButtonDown(event->position().toPoint())) return;
-    CZEBListCtrl::mousePressEvent(event);
-}
-
-void CZEBAsmRuleListCtrl::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::RightButton) {
-        OnRightClick(event->position().toPoint());
-        return;
-    }
-    CZEBListCtrl::mouseReleaseEvent(event);
 }

@@ -23,18 +23,16 @@ public:
     // them, and `rows` empty rows.
     void SetUpColumns(const std::vector<std::wstring>& headers, int width, int rows);
 
-    // Commits the text editor; in pair mode a number column that is not numeric is emptied.
-    long CommitCellEdit();
-
-    // True when the click fell on an editable column; other columns select as usual.
-    bool OnLeftButtonDown(const QPoint& point);
-    void OnRightClick(const QPoint& point);
-    long KeyHandler(QEvent* event) override;
+    // Columns 1 to 4 take text; a click there never selects.
+    CellEditor EditorOf(int row, int column) const override;
 
 protected:
+    // A right click on a component cell chooses its part file.
+    bool OnCellRightClick(const QPoint& point) override;
+    bool UsesRightClick() const override { return true; }
+    // In pair mode column 3 holds a clearance.
+    bool IsNumberCell(int row, int column) const override;
     std::wstring GetCellTooltip(int row, int column) const override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
     bool IsBrowseColumn(int column) const;

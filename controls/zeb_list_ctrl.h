@@ -8,6 +8,9 @@
 #include "controls/grid_model.h"
 
 class CCustomComboBox;
+class QContextMenuEvent;
+class QKeyEvent;
+class QMouseEvent;
 class CZebCellTextEdit;
 
 // How a part file chosen for a cell is named: by its file name, or by its display name (the
@@ -35,10 +38,7 @@ public:
     void SetNumberedColumns(const std::vector<std::wstring>& headers, int totalWidth);
     // At least as wide as all its columns (and its scroll bar, when it has one).
     void FitWidthToColumns();
-    // The headings of the rule dialogs' tables: 12 point "Courier".
-    void SetCourierHeadings();
-    // The look of the component tables: grid lines, movable "Courier" headings, whole rows
-    // selected.
+    // The look of the component tables: grid lines, movable headings, whole rows selected.
     void SetRuleTableLook();
     int GetColumnCount() const { return m_model->HeaderCount(); }
     int GetFirstEditableColumn() const { return m_firstEditable; }
@@ -48,6 +48,14 @@ public:
     void BeginCellEdit(int row, int column, int maxChars);
     int EndCellEdit(std::wstring& text);
     int CancelCellEdit();
+    // Commits the text editor as every key and click of the tables does: a text the cell cannot
+    // take (IsNumberCell: a value that cannot be read, or below zero) is refused where it was
+    // typed, the editor left open and marked, after a message naming the row, column and text; a
+    // value is stored in the rules' form ('.' as its separator). 0 when no edit was open; after a
+    // refusal IsCellEditOpen() stays true.
+    long CommitCellEdit();
+    // True while the text editor holds a text CommitCellEdit refused.
+    bool HoldsRefusedText() const;
     void BeginCellChoice(int row, int column, int maxChars);
     int EndCellChoice(std::wstring& text, const std::wstring& messageSuffix);
     int HideCellChoice();
@@ -82,7 +90,11 @@ public:
     void GetSelectedFirstColumnTexts(std::vector<std::wstring>& texts) const;
     int GetSelectedRowCount() const;
     int ClearSelectedRows();
+    // Deletes the selected rows; as many empty rows as it took from the end of the table are
+    // appended again, so that rows can still be added.
     int DeleteSelectedRows();
+    // Empty rows below the last row that holds a text.
+    int TrailingEmptyRows() const;
 
     void BrowseFileIntoCell(int row, int column, const std::wstring& filter, PartFileNaming naming);
     void BrowsePartFiles(std::vector<std::wstring>& names);
@@ -92,20 +104,68 @@ public:
     // The cell's rectangle in viewport coordinates, 2 pixels taller above and below.
     QRect GetCellRect(int row, int column) const;
 
-    // Key handler, offered every event by the owning dialog's pre-translation; non-zero
-    // consumes the event. Acts on key presses only.
+    // What opens a cell: the text editor (on a click, F2, Enter or typing), the drop-down (on a
+    // double click, F2, Enter or Alt+Down), nothing, or nothing with clicks there ignored.
+    enum class CellEditor { None, Text, Choice, Locked };
+    // Is this cell editable, and how. By default the editable columns take text.
+    virtual CellEditor EditorOf(int row, int column) const;
+    // Commits whatever editor is open, as every click and key does before it acts.
+    virtual long CommitOpenEditor();
+
+    // The table's own keys; non-zero consumes the event. The table sees the keys of its editors
+    // and its own before the dialog does, so Enter and Escape in a table never press the
+    // dialog's buttons. Acts on key presses only.
     virtual long KeyHandler(QEvent* event);
-    // KeyHandler for an event of this table or of a widget inside it (its editors); 0 for others.
-    long KeyHandlerFor(QObject* target, QEvent* event);
+
+    // Rows as the spreadsheet clipboard holds them: tab-separated cells from the first editable
+    // column on, one line a row.
+    std::wstring SelectedRowsAsText() const;
+    // Puts tab-separated rows into the cells from (row, column) on, adding rows as needed. Cells
+    // that are not editable keep their text; values that cannot be read are refused with a
+    // message naming them. The number of cells written.
+    int PasteText(int row, int column, const std::wstring& text);
+    // Inserts an empty row at `row` (at the end when past it).
+    void InsertEmptyRow(int row);
 
 protected:
-    // Standard key map: commit, cancel and moving the editor between cells.
-    long StandardKeyHandler(int key);
+    // Keys with the standard map: see KeyHandler.
+    long StandardKeyHandler(QKeyEvent* event);
+    // Delete on the table (no editor open): empties the selected rows.
+    virtual long OnDeleteKey() { return ClearSelectedRows(); }
+    // A double click on a cell whose editor is none of the in-place ones; true when handled.
+    virtual bool OnCellActivated(int /*row*/, int /*column*/) { return false; }
+    // A right click on the table; true when handled (the component tables browse there). Tables
+    // that do not handle it offer their row menu there.
+    virtual bool OnCellRightClick(const QPoint& /*point*/) { return false; }
+    virtual bool UsesRightClick() const { return false; }
+    // Whether the row menu (and the Insert key) may add and delete rows.
+    virtual bool OffersRowEditing() const { return true; }
+    // Cells that hold a value that must not be below zero.
+    virtual bool IsNumberCell(int /*row*/, int /*column*/) const { return false; }
     // Tooltip of a cell; empty gives none.
     virtual std::wstring GetCellTooltip(int /*row*/, int /*column*/) const { return {}; }
+
+    // Opens the editor EditorOf gives the cell; false when it has none.
+    bool OpenCell(int row, int column);
+    // The next cell with an editor from (row, column) in `step` direction along the row; -1 past
+    // the row's end.
+    int NextEditableColumn(int row, int column, int step) const;
+
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     bool viewportEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
+    // Tab and Shift+Tab from the open editor: the next editable cell along the row, then on the
+    // next row; out of the table at its first and last cell.
+    long TabFromEditor(bool forward);
+    // The key press of the table itself, no editor open.
+    long TableKey(QKeyEvent* event);
+    void ShowRowMenu(const QPoint& globalPos);
     QRect EditorRect(int row, int column) const;
     void RememberEditedCell(int row, int column, const std::wstring& text);
 

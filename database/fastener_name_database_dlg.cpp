@@ -70,7 +70,6 @@ ZEBEditFastenerNameDatabaseDlg::ZEBEditFastenerNameDatabaseDlg(QWidget* parent)
     SetZebControlId(m_table, kTableId);
     m_table->setShowGrid(true);
     m_table->horizontalHeader()->setSectionsMovable(true);
-    m_table->SetCourierHeadings();
     m_table->SetColumns({LoadLocalizedString(IDS_FASTENER_NAME_LIST_HEADING)});
     // Room for the 300 pixel column beside the vertical scroll bar.
     m_table->setMinimumSize(340, 360);
@@ -243,10 +242,9 @@ void ZEBEditFastenerNameDatabaseDlg::hideEvent(QHideEvent* event) {
     QDialog::hideEvent(event);
 }
 
-bool ZEBEditFastenerNameDatabaseDlg::PreTranslateMessage(QEvent* event) {
+bool ZEBEditFastenerNameDatabaseDlg::PreTranslateMessage(QEvent*) {
     if (!m_table) return false;
-    // The editor opens and closes without a signal of its own.
+    // The editor opens and closes without a signal of its own. The table takes its own keys.
     UpdateButtonStates();
-    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) return false;
-    return m_table->KeyHandler(event) != 0;
+    return false;
 }

@@ -1,13 +1,14 @@
 #include "database/fastener_name_database_list_ctrl.h"
 
 #include <QKeyEvent>
-#include <QMouseEvent>
+#include <cstdlib>
 
 #include "app/assembly_rules_app.h"
 #include "controls/grid_model.h"
 #include "database/service/data_helper.h"
 #include "framework/case_fold.h"
 #include "framework/resource_library.h"
+#include "framework/text_convert.h"
 #include "framework/ui/ui_service.h"
 #include "util/file_helpers.h"
 
@@ -18,8 +19,12 @@ void ShowError(QWidget* parent, const std::wstring& text) {
 }  // namespace
 
 bool AddFastenerNameGuarded(QWidget* parent, const std::wstring& name) {
-    // The service creates its folder on demand; a folder it cannot use would fail every write.
-    if (!IsFolderUsable(zeb_db::ZEBDataHelper::GetDatabaseFolder())) {
+    // The folder must be named by VANTOR_DATABASE_DIR and usable: without it the name would go
+    // to a folder the user never chose. The host names its default folder when the user has not.
+    const char* named = std::getenv("VANTOR_DATABASE_DIR");
+    std::wstring folder = named ? FromUtf8(named) : std::wstring();
+    while (!folder.empty() && folder.back() == L'\\') folder.pop_back();
+    if (!IsFolderUsable(folder)) {
         ShowError(parent, LoadLocalizedString(IDS_DATABASE_FOLDER_UNUSABLE));
         return false;
     }
@@ -138,28 +143,20 @@ long CZEBFastenerNameDatabaseListCtrl::KeyHandler(QEvent* event) {
     }
 }
 
-void CZEBFastenerNameDatabaseListCtrl::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) {
-        CommitEdit();
-        AppendEmptyRowIfLastFilled();
-    }
-    CZEBListCtrl::mousePressEvent(event);
+long CZEBFastenerNameDatabaseListCtrl::CommitOpenEditor() {
+    const bool open = IsCellEditOpen();
+    CommitEdit();
+    AppendEmptyRowIfLastFilled();
+    return open ? 1 : 0;
 }
 
-void CZEBFastenerNameDatabaseListCtrl::mouseDoubleClickEvent(QMouseEvent* event) {
-    int row = -1, column = -1;
-    HitTest(event->position().toPoint(), row, column);
-    if (event->button() == Qt::LeftButton && row >= 0 && column == 0) {
-        EditName(row);
-        return;
-    }
-    CZEBListCtrl::mouseDoubleClickEvent(event);
+bool CZEBFastenerNameDatabaseListCtrl::OnCellActivated(int row, int column) {
+    if (column != 0) return false;
+    EditName(row);
+    return true;
 }
 
-void CZEBFastenerNameDatabaseListCtrl::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::RightButton) {
-        AddPartFileNames();
-        return;
-    }
-    CZEBListCtrl::mouseReleaseEvent(event);
+bool CZEBFastenerNameDatabaseListCtrl::OnCellRightClick(const QPoint&) {
+    AddPartFileNames();
+    return true;
 }

@@ -37,8 +37,16 @@ public:
     // Removes one row; false when there is no such row.
     bool RemoveRow(int row);
 
+    // Names are edited by a double click (EditName) only: a click selects.
+    CellEditor EditorOf(int, int) const override { return CellEditor::None; }
+    // CommitEdit, and a spare row kept at the end.
+    long CommitOpenEditor() override;
+
 protected:
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    bool OnCellActivated(int row, int column) override;
+    // A right click adds part files' names.
+    bool OnCellRightClick(const QPoint& point) override;
+    bool UsesRightClick() const override { return true; }
+    // Rows are names in the database: they come and go through its own buttons.
+    bool OffersRowEditing() const override { return false; }
 };

@@ -40,10 +40,6 @@ bool CZEBEditThreadSizeDlg::OnInitDialog() {
     return true;
 }
 
-bool CZEBEditThreadSizeDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    return m_table->KeyHandlerFor(target, event) != 0;
-}
-
 void CZEBEditThreadSizeDlg::OnOK() {
     m_table->CommitOpenEditor();
     ZebTypedParam<ZebRow>* sizes = ThreadSizes(m_rule);

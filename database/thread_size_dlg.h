@@ -19,7 +19,6 @@ public:
     CZEBAsmRecommThreadConnListCtrl* GetTable() const { return m_table; }
 
     bool OnInitDialog() override;
-    bool PreTranslateMessage(QObject* target, QEvent* event) override;
     void OnOK() override;
 
 private:

@@ -43,9 +43,10 @@ int RunExport(const std::vector<std::string>& words) {
     const std::optional<TableSheetKind> kind = RuleTableKind(*rule.get());
     if (!kind) return Refuse("the rule '" + ruleName + "' has no table to export", 1);
 
-    const TableSheet sheet = TableToSheet(*kind, StoredTableRows(*rule.get(), *kind));
+    // The unit goes with the values, so that an import into a rule set in another unit converts.
+    const TableSheet sheet = RuleTableSheet(*rule.get(), *kind);
     std::wstring error;
-    if (!WriteSheetFile(FromUtf8(args.output), sheet.rows, error)) return Refuse(ToUtf8(error));
+    if (!WriteSheetFile(FromUtf8(args.output), sheet, error)) return Refuse(ToUtf8(error));
     if (sheet.leftOut > 0)
         std::fprintf(stderr,
                      "vantor-rules: warning: %zu rows of '%s' were left out: the import could not read "

@@ -32,7 +32,9 @@ public:
         bool sameLengths = true;
         for (size_t k = 0; k < m_columns.size(); ++k) {
             const std::wstring_view old = row[m_columns[k]];
-            m_converted[k] = m_number.Format(m_scale.Apply(ParseNumber(old)));
+            // An empty cell holds no value: it stays empty, not 0.
+            if (old.empty()) m_converted[k].clear();
+            else m_converted[k] = m_number.Format(m_scale.Apply(ParseNumber(old)));
             sameLengths = sameLengths && m_converted[k].size() == old.size();
         }
         if (sameLengths) {

@@ -53,15 +53,6 @@ public:
         return true;
     }
 
-    bool PreTranslateMessage(QObject* target, QEvent* event) override {
-        for (CZEBAsmRuleListCtrl* table : {m_pairs, m_preferred}) {
-            auto* widget = qobject_cast<QWidget*>(target);
-            if (widget && (widget == table || table->isAncestorOf(widget)))
-                return table->KeyHandler(event) != 0;
-        }
-        return false;
-    }
-
 private:
     CZEBAsmRuleListCtrl* AddTable(QVBoxLayout* layout, const char* title, CZEBAsmRuleListCtrl::Mode mode,
                                   const std::vector<std::wstring>& headers,

@@ -97,9 +97,10 @@ std::wstring_view NumberTextWriter::Format(double value) {
 }
 
 std::wstring UserDecimalSeparator() {
-    // Cached per locale setting; FormatNumber runs for every cell of large tables.
-    static std::string cachedKey = "\x01";
-    static std::wstring cachedSeparator = L".";
+    // Cached per locale setting; FormatNumber runs for every cell of large tables, also on the
+    // worker threads of a conversion, so each thread keeps its own cache.
+    thread_local std::string cachedKey = "\x01";
+    thread_local std::wstring cachedSeparator = L".";
     std::string key;
     for (const char* name : {"LC_ALL", "LC_NUMERIC", "LANG"}) {
         const char* value = std::getenv(name);
@@ -173,6 +174,62 @@ double ParseNumber(std::wstring_view text) {
     if (ReadPlainDecimal(std::string_view(run, length), value)) return value;
     return LeadingDouble(std::string_view(run, length));
 }
+
+namespace {
+bool IsDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
+
+// "1,500" or "12.125": the form of a number with one group of thousands.
+bool LooksGrouped(std::wstring_view text, size_t separatorAt) {
+    const size_t before = separatorAt, after = text.size() - separatorAt - 1;
+    return before >= 1 && before <= 3 && text[0] != L'0' && after == 3;
+}
+}  // namespace
+
+NumberEntry ReadNumberEntry(std::wstring_view text, std::wstring_view separator) {
+    NumberEntry entry;
+    size_t first = 0, last = text.size();
+    while (first < last && std::iswspace(text[first])) ++first;
+    while (last > first && std::iswspace(text[last - 1])) --last;
+    const std::wstring_view trimmed = text.substr(first, last - first);
+    if (trimmed.empty()) {
+        entry.fault = NumberTextFault::Empty;
+        return entry;
+    }
+    const bool negative = trimmed[0] == L'-';
+    const std::wstring_view body = negative ? trimmed.substr(1) : trimmed;
+    // Only one-character separators are told apart; any other reads as '.'.
+    const wchar_t own = separator.size() == 1 ? separator[0] : L'.';
+    const wchar_t other = own == L',' ? L'.' : L',';
+    size_t digits = 0, owns = 0, others = 0, otherAt = 0;
+    for (size_t i = 0; i < body.size(); ++i) {
+        const wchar_t c = body[i];
+        if (IsDigit(c)) ++digits;
+        else if (c == own) ++owns;
+        else if (c == other) ++others, otherAt = i;
+        else digits = 0, owns = 2;  // anything else is no number
+    }
+    if (digits == 0 || owns + others > 1) {
+        entry.fault = NumberTextFault::NotNumber;
+        return entry;
+    }
+    std::wstring canonical(body);
+    for (wchar_t& c : canonical)
+        if (c == own || c == other) c = L'.';
+    std::string narrow(canonical.begin(), canonical.end());
+    if (!ReadPlainDecimal(narrow, entry.value)) entry.value = LeadingDouble(narrow);
+    if (others == 1 && LooksGrouped(body, otherAt) && !(other == L'.' && FormatNumber(entry.value) == body)) {
+        entry.fault = NumberTextFault::Ambiguous;
+        return entry;
+    }
+    if (negative && entry.value != 0.0) {
+        entry.fault = NumberTextFault::Negative;
+        return entry;
+    }
+    entry.text = std::move(canonical);
+    return entry;
+}
+
+NumberEntry ReadNumberEntry(std::wstring_view text) { return ReadNumberEntry(text, UserDecimalSeparator()); }
 
 bool IsNumericText(const std::wstring& text) {
     return text.find_first_not_of(L".0123456789") == std::wstring::npos;

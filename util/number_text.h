@@ -13,6 +13,29 @@ std::wstring FormatNumber(double value);
 // The leading run of digits and points after trimming; 0.0 when there is none. No sign.
 double ParseNumber(std::wstring_view text);
 bool IsNumericText(const std::wstring& text);
+
+// Why a text typed or imported as a value could not be read.
+enum class NumberTextFault {
+    None,
+    Empty,
+    Negative,    // a value that must not be below zero
+    NotNumber,   // letters, several separators, digit grouping
+    Ambiguous,   // "1,500" where ',' may group thousands
+};
+
+// A value as the user wrote it: read with the user's decimal separator; the other one of '.' and
+// ',' is taken as the decimal separator only where it cannot group thousands (not one to three
+// digits before it, the first not 0, and exactly three after). The program's own number text
+// (FormatNumber) always reads. `text` is the value's text with '.' as its separator, the form the
+// rules store.
+struct NumberEntry {
+    NumberTextFault fault = NumberTextFault::None;
+    double value = 0.0;
+    std::wstring text;
+    bool Ok() const { return fault == NumberTextFault::None; }
+};
+NumberEntry ReadNumberEntry(std::wstring_view text, std::wstring_view separator);
+NumberEntry ReadNumberEntry(std::wstring_view text);
 double ToDouble(const std::wstring& text);
 
 // "%lf" of the value (always with '.') with every trailing '0' removed.

@@ -730,3 +730,16 @@ SheetReadStatus ReadOpenXmlSheet(const std::string& path, const SheetRequest& re
         return SheetReadStatus::NotReadable;
     return ScanSheet(zip.get(), sheetPart, strings, dateStyles, request, sink, extent);
 }
+
+std::string ReadOpenXmlCustomProperty(const std::string& path, const std::string& name) {
+    int error = 0;
+    ZipPtr zip(zip_open(path.c_str(), ZIP_RDONLY, &error));
+    pugi::xml_document properties;
+    if (!zip || !LoadXmlPart(zip.get(), "docProps/custom.xml", properties)) return {};
+    for (pugi::xml_node property : properties.document_element().children()) {
+        if (LocalName(property.name()) != "property" || name != property.attribute("name").value()) continue;
+        // The value is the one child element, typed by its tag (vt:i4, vt:lpwstr, ...).
+        return property.first_child().text().get();
+    }
+    return {};
+}

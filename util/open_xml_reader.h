@@ -13,6 +13,11 @@
 SheetReadStatus ReadOpenXmlSheet(const std::string& path, const SheetRequest& request,
                                  CSheetCellSink& sink, SheetExtent& extent);
 
+// The text of the workbook's custom document property `name` (of any value type); empty when the
+// file is no workbook or has no such property. Spreadsheets keep their cells as they are: the
+// property travels beside them.
+std::string ReadOpenXmlCustomProperty(const std::string& path, const std::string& name);
+
 // True when the file starts like a ZIP archive.
 bool LooksLikeZip(const std::string& path);
 

@@ -6,6 +6,7 @@
 #include <xlsxwriter.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cerrno>
 #include <cstring>
 
@@ -14,6 +15,7 @@
 #include "framework/text_convert.h"
 #include "framework/zeb_rule.h"
 #include "util/number_text.h"
+#include "util/open_xml_reader.h"
 #include "util/rule_params.h"
 #include "util/string_table.h"
 
@@ -90,8 +92,14 @@ size_t WidthOf(TableSheetKind kind) {
 std::string ErrnoText(int error) { return std::strerror(error); }
 }  // namespace
 
-TableSheet TableToSheet(TableSheetKind kind, const TextRows& table) {
+bool HoldsLengths(TableSheetKind kind) {
+    return kind == TableSheetKind::PartPairs || kind == TableSheetKind::FastenerClearance ||
+           kind == TableSheetKind::FastenerEngagement;
+}
+
+TableSheet TableToSheet(TableSheetKind kind, const TextRows& table, std::optional<int32_t> lengthUnit) {
     TableSheet sheet;
+    if (HoldsLengths(kind)) sheet.lengthUnit = lengthUnit;
     if (kind == TableSheetKind::FastenerClearance) sheet.rows.push_back(kClearanceHeadings);
     if (kind == TableSheetKind::FastenerEngagement) sheet.rows.push_back(kEngagementHeadings);
     const size_t width = WidthOf(kind);
@@ -170,7 +178,24 @@ TextRows StoredTableRows(CZebRule& rule, TableSheetKind kind) {
     return rows;
 }
 
-bool WriteSheetFile(const std::wstring& path, const TextRows& rows, std::wstring& error) {
+TableSheet RuleTableSheet(CZebRule& rule, TableSheetKind kind) {
+    return TableToSheet(kind, StoredTableRows(rule, kind), rule.CurrentUnits.LengthUnit);
+}
+
+bool WriteSheetFile(const std::wstring& path, const TableSheet& sheet, std::wstring& error) {
+    return WriteSheetFile(path, sheet.rows, error, sheet.lengthUnit);
+}
+
+std::optional<int32_t> ReadSheetLengthUnit(const std::wstring& path) {
+    const std::string text = ReadOpenXmlCustomProperty(ToUtf8(path), kSheetLengthUnitProperty);
+    int32_t unit = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), unit);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    return unit;
+}
+
+bool WriteSheetFile(const std::wstring& path, const TextRows& rows, std::wstring& error,
+                    std::optional<int32_t> lengthUnit) {
     const std::string target = ToUtf8(path);
     // The hidden name is taken exclusively first, so no other file is ever written over; the
     // workbook writer then replaces it.
@@ -191,6 +216,8 @@ bool WriteSheetFile(const std::wstring& path, const TextRows& rows, std::wstring
     if (!workbook) return fail("the workbook could not be started");
     lxw_worksheet* sheet = workbook_add_worksheet(workbook, nullptr);
     lxw_error written = sheet ? LXW_NO_ERROR : LXW_ERROR_MEMORY_MALLOC_FAILED;
+    if (written == LXW_NO_ERROR && lengthUnit)
+        written = workbook_set_custom_property_integer(workbook, kSheetLengthUnitProperty, *lengthUnit);
     // Every cell is a text cell: the import reads a text back exactly as written, while a number
     // cell would come back in the reader's own number text ("3.0" in a decimal column).
     for (size_t r = 0; r < rows.size() && written == LXW_NO_ERROR; ++r) {

@@ -13,7 +13,10 @@ void LoadFirstValue(CDoubleEditEx& field, const ZebTypedParam<double>& param) {
     if (!param.values.IsEmpty()) field.setText(QString::fromStdWString(FormatNumber(param.values[0])));
 }
 
-double ReadNumberField(const CDoubleEditEx& field) { return ParseNumber(field.text().toStdWString()); }
+double ReadNumberField(const CDoubleEditEx& field) {
+    const NumberEntry entry = field.Read();
+    return entry.Ok() ? entry.value : 0.0;
+}
 
 void LoadSwitchBox(QAbstractButton& box, const ZebTypedParam<bool>& param) {
     box.setChecked(!param.values.IsEmpty() && param.values[0]);

@@ -17,7 +17,7 @@ class QAbstractButton;
 
 // Element 0 as number text; the field stays as it is when the list is empty.
 void LoadFirstValue(CDoubleEditEx& field, const ZebTypedParam<double>& param);
-// The field's number (0 for a text that does not start like one).
+// The field's number (0 for one that cannot be read; OK refuses those before anything is stored).
 double ReadNumberField(const CDoubleEditEx& field);
 
 // What storing into a list of more than one value does.

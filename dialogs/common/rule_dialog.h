@@ -1,11 +1,14 @@
 #pragma once
 
 #include <QPointer>
+#include <cstdint>
 #include <optional>
 #include <string>
 
+#include "controls/zeb_list_ctrl.h"
 #include "framework/ui/rule_dlg_base.h"
 #include "resources/string_ids.h"
+#include "util/table_export.h"
 #include "framework/ui_message.h"
 
 class CZebHotKey;
@@ -36,13 +39,30 @@ public:
 
     CZebRule* GetRule() const { return m_rule; }
     const std::wstring& GetUnitText() const { return m_unitText; }
+    // The length unit code of the rule's values (0 without a rule).
+    int32_t GetLengthUnit() const;
+    // "Export..." on the table's headings: the table written to a chosen workbook in the layout
+    // its import reads, lengths with the rule's unit. Nothing without a table that has columns.
+    void ExportTable();
 
     bool OnInitDialog() override;
     void OnOK() override;
 
 protected:
+    // The dialog opens with the size it had when it was last closed, and Tab follows its layout.
+    void showEvent(QShowEvent* event) override;
+    // Tab goes through the controls by rows from the top, each row from the left.
+    void FollowLayoutInTabOrder();
+    void hideEvent(QHideEvent* event) override;
     virtual void LoadFromRule(CZebRule& rule) = 0;
-    virtual void CommitEdits() {}
+    // The dialog's table: what OK commits (CommitEdits) and, given `kind`, what ExportTable
+    // writes: `count` columns from `first` on.
+    void UseTable(CZEBListCtrl* table, std::optional<TableSheetKind> kind = std::nullopt, int first = 0, int count = 0);
+    CZEBListCtrl* GetTable() const { return m_table; }
+    // Closes an open editor of the table.
+    virtual void CommitEdits();
+    // The rows ExportTable writes.
+    virtual TextRows ExportRows() const;
     virtual std::optional<ZebRefusal> Validate(CZebRule& rule) = 0;
     virtual void StoreIntoRule(CZebRule& rule) = 0;
 
@@ -59,6 +79,11 @@ private:
     CZebRule* m_rule;
     std::wstring m_unitText;
     CZebHotKey* m_importKey = nullptr;
+    bool m_sizeRestored = false;
+    QPointer<CZEBListCtrl> m_table;
+    std::optional<TableSheetKind> m_tableKind;
+    int m_firstExported = 0;
+    int m_exportedCount = 0;
 };
 
 // The severity row of a rule dialog: its label and `list`, on the left.

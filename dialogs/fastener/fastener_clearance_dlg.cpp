@@ -67,6 +67,7 @@ CZEBAssemblyFastenerClearanceDlg::CZEBAssemblyFastenerClearanceDlg(CZebRule* rul
     TableArea()->addWidget(m_operatorGrid);
     TableArea()->addWidget(m_grid, 1);
     SetFastenerTable(m_grid);
+    UseTable(m_grid, TableSheetKind::FastenerClearance, kFastenerNameColumn, 5);
     connect(m_operatorGrid->horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
         PlaceOperatorLists();
         FollowOperatorColumns();
@@ -100,7 +101,6 @@ void CZEBAssemblyFastenerClearanceDlg::LoadFromRule(CZebRule& rule) {
 }
 
 void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
-    for (CZEBListCtrl* table : {m_operatorGrid, static_cast<CZEBListCtrl*>(m_grid)}) table->SetCourierHeadings();
 
     m_operatorGrid->InsertColumn(LoadLocalizedString(IsSecondList() ? IDS_FASTENER_NAME_ALTERNATIVE_HEADING
                                                                     : IDS_FASTENER_NAME_HEADING),
@@ -124,6 +124,8 @@ void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
     for (const wchar_t* heading : {L"Min", L"Max", L"Min", L"Max"}) m_grid->InsertColumn(heading, kConditionWidth / 2);
     m_grid->SetEditableColumns(kFastenerNameColumn, CZEBAsmFastenerClearanceRuleListCtrl::kMaxB);
     m_grid->SetRows(RowsWithReserve(storedRows, {}));
+    // The value columns stand under the headings above, however wide those came out.
+    FollowOperatorColumns();
     // The headings that name the columns sit on the operator table above the values.
     for (CZEBListCtrl* table : {m_operatorGrid, static_cast<CZEBListCtrl*>(m_grid)})
         OfferTableExport(*table, [this] { ExportTable(); });
@@ -164,8 +166,6 @@ void CZEBAssemblyFastenerClearanceDlg::FollowOperatorColumns() {
     for (int column = 0; column < 5; ++column) m_grid->setColumnWidth(column, widths[column]);
     m_grid->CommitOpenEditor();
 }
-
-void CZEBAssemblyFastenerClearanceDlg::CommitEdits() { m_grid->CommitOpenEditor(); }
 
 std::optional<ZebRefusal> CZEBAssemblyFastenerClearanceDlg::Validate(CZebRule& rule) {
     if (!FindTyped<ZebRow>(rule, kConditionA) || !FindTyped<ZebRow>(rule, kConditionB))
@@ -208,13 +208,8 @@ void CZEBAssemblyFastenerClearanceDlg::StoreIntoRule(CZebRule& rule) {
 
 void CZEBAssemblyFastenerClearanceDlg::ImportSpreadsheet() {
     CFastenerSheetImport import(ImportKind(), IsSecondList());
-    if (!import.Read(this) || !import.CheckRows(this)) return;
+    if (!import.Read(this, GetLengthUnit()) || !import.CheckRows(this)) return;
     CloseFastenerEditors(*m_grid);
     std::vector<CZebGridModel::Row> rows = m_grid->GetRows();
     if (import.MergeInto(this, rows, Imports())) m_grid->SetRows(std::move(rows));
-}
-
-void CZEBAssemblyFastenerClearanceDlg::ExportTable() {
-    CommitEdits();
-    ExportTableToChosenFile(this, TableSheetKind::FastenerClearance, TableTexts(*m_grid, kFastenerNameColumn, 5));
 }

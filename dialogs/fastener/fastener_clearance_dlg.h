@@ -32,13 +32,9 @@ public:
 
     // How sheets are imported into this table.
     static const FastenerTableKind& ImportKind();
-    // "Export..." on the table's column headings: the table written to a chosen workbook in the
-    // layout its import reads.
-    void ExportTable();
 
 protected:
     void LoadFromRule(CZebRule& rule) override;
-    void CommitEdits() override;
     std::optional<ZebRefusal> Validate(CZebRule& rule) override;
     void StoreIntoRule(CZebRule& rule) override;
     void ImportSpreadsheet() override;

@@ -30,7 +30,7 @@ const FastenerTableKind& CZEBAssemblyFastenerEngagementLenDlg::ImportKind() {
         .rowBlocks =
             [](const FastenerSheetRow& row) {
                 const std::wstring& length = row.Under(L"A");
-                return length.empty() || !IsNumericText(length);
+                return !ReadNumberEntry(length).Ok();
             },
         .emptyReadsAsZero = true,
         .logSuffix = L"FastenerEngement_log.txt"};
@@ -53,6 +53,7 @@ CZEBAssemblyFastenerEngagementLenDlg::CZEBAssemblyFastenerEngagementLenDlg(CZebR
     TableArea()->addWidget(separator);
     TableArea()->addWidget(m_grid, 1);
     SetFastenerTable(m_grid);
+    UseTable(m_grid, TableSheetKind::FastenerEngagement, kFastenerNameColumn, 2);
 }
 
 void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
@@ -63,7 +64,6 @@ void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
     m_spareButton2->hide();
     ZebTypedParam<ZebRow>* lengths = FindTyped<ZebRow>(rule, kLengths);
     if (!lengths) return;
-    m_grid->SetCourierHeadings();
     m_grid->InsertColumn(LoadLocalizedString(IsSecondList() ? IDS_FASTENER_NAME_ALTERNATIVE_HEADING
                                                             : IDS_FASTENER_NAME_HEADING),
                          kNameWidth);
@@ -86,8 +86,6 @@ void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
     LoadSeverity(rule.Severity);
     ShowPicture();
 }
-
-void CZEBAssemblyFastenerEngagementLenDlg::CommitEdits() { m_grid->CommitOpenEditor(); }
 
 std::optional<ZebRefusal> CZEBAssemblyFastenerEngagementLenDlg::Validate(CZebRule& rule) {
     if (!FindTyped<ZebRow>(rule, kLengths)) return ZebRefusal{};
@@ -112,14 +110,9 @@ void CZEBAssemblyFastenerEngagementLenDlg::StoreIntoRule(CZebRule& rule) {
 
 void CZEBAssemblyFastenerEngagementLenDlg::ImportSpreadsheet() {
     CFastenerSheetImport import(ImportKind(), IsSecondList());
-    if (!import.Read(this)) return;
+    if (!import.Read(this, GetLengthUnit())) return;
     CloseFastenerEditors(*m_grid);
     if (!import.CheckRows(this)) return;
     std::vector<CZebGridModel::Row> rows = m_grid->GetRows();
     if (import.MergeInto(this, rows, Imports())) m_grid->SetRows(std::move(rows));
-}
-
-void CZEBAssemblyFastenerEngagementLenDlg::ExportTable() {
-    CommitEdits();
-    ExportTableToChosenFile(this, TableSheetKind::FastenerEngagement, TableTexts(*m_grid, kFastenerNameColumn, 2));
 }

@@ -58,7 +58,7 @@ const std::wstring& FastenerSheetRow::At(int column) const {
     return column >= 0 && column < static_cast<int>(m_layout->headings.size()) ? m_cells[column] : kNoText;
 }
 
-bool CFastenerSheetImport::Read(QWidget* parent) {
+bool CFastenerSheetImport::Read(QWidget* parent, int32_t tableUnit) {
     if (!ChooseSpreadsheet(parent, m_path)) return false;
     size_t width = 0;
     for (const FastenerSheetLayout& layout : m_kind.layouts) width = std::max(width, layout.headings.size());
@@ -77,6 +77,7 @@ bool CFastenerSheetImport::Read(QWidget* parent) {
     }
     m_layout = *matching;
     if (m_secondList) m_layout.headings.push_back(L"N");
+    m_conversion = ConversionForSheet(parent, m_path, tableUnit);
     m_width = m_layout.headings.size();
     const size_t names = table.front().size();
     if (m_secondList) {
@@ -113,6 +114,12 @@ bool CFastenerSheetImport::CheckRows(QWidget* parent) {
         ShowLog(parent, false);
         return false;
     }
+    const std::vector<RefusedSheetValue> refused = RefusedValues();
+    if (!refused.empty()) {
+        WriteImportLogPass(m_logPath, false, LoadLocalizedString(IDS_LOG_REFUSED_VALUES), RefusedValueLines(refused));
+        ShowRefusedValues(parent, refused);
+        return false;
+    }
     if (repeated.empty()) return true;
     m_confirmed = ShowLog(parent, true);
     return m_confirmed;
@@ -128,7 +135,7 @@ bool CFastenerSheetImport::MergeInto(QWidget* parent, std::vector<CZebGridModel:
         if (row.empty() || row.front().empty()) break;
         MergeEntry entry{ZebUpperCase(row.front()), entries.size(), {}};
         for (int i = 0; i < m_kind.valueCount; ++i)
-            entry.values[i] = CellNumber(i + 1 < static_cast<int>(row.size()) ? row[i + 1] : kNoText);
+            entry.values[i] = CellNumber(i + 1 < static_cast<int>(row.size()) ? row[i + 1] : kNoText, false);
         entries.push_back(std::move(entry));
     }
     const size_t tableRows = entries.size();
@@ -136,7 +143,7 @@ bool CFastenerSheetImport::MergeInto(QWidget* parent, std::vector<CZebGridModel:
         const FastenerSheetRow row = Row(i);
         MergeEntry entry{ZebUpperCase(row.Name()), entries.size(), {}};
         for (size_t cell = 0; cell < m_layout.valueColumns.size(); ++cell)
-            entry.values[cell] = CellNumber(row.At(m_layout.valueColumns[cell]));
+            entry.values[cell] = CellNumber(row.At(m_layout.valueColumns[cell]), true);
         entries.push_back(std::move(entry));
     }
     std::vector<size_t> sorted(entries.size());
@@ -197,7 +204,25 @@ bool CFastenerSheetImport::ShowLog(QWidget* parent, bool isWarning) const {
     return dialog.DoModal() == 1;
 }
 
-double CFastenerSheetImport::CellNumber(const std::wstring& text) const {
+double CFastenerSheetImport::CellNumber(const std::wstring& text, bool fromSheet) const {
     if (text.empty() && !m_kind.emptyReadsAsZero) return kEmptyFastenerValue;
-    return ParseNumber(text);
+    // Values that cannot be read were refused before the merge; a table cell holds what its
+    // editor took.
+    const NumberEntry entry = fromSheet ? ImportLength(text, m_conversion) : ReadNumberEntry(text);
+    return entry.Ok() ? entry.value : 0.0;
+}
+
+std::vector<RefusedSheetValue> CFastenerSheetImport::RefusedValues() const {
+    std::vector<RefusedSheetValue> refused;
+    for (size_t i = 0; i < RowCount(); ++i) {
+        for (const int column : m_layout.valueColumns) {
+            const std::wstring& text = Row(i).At(column);
+            if (text.empty()) continue;
+            const NumberEntry entry = ReadNumberEntry(text);
+            // Row 1 holds the headings.
+            if (!entry.Ok())
+                refused.push_back({i + 2, std::wstring(1, static_cast<wchar_t>(L'A' + column)), text, entry.fault});
+        }
+    }
+    return refused;
 }

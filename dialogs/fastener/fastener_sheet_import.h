@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "controls/grid_model.h"
+#include "controls/sheet_import.h"
 #include "util/sheet_table.h"
 
 struct FastenerAdditions;
@@ -64,10 +67,12 @@ public:
     CFastenerSheetImport& operator=(const CFastenerSheetImport&) = delete;
 
     // Asks for the workbook and reads it: a layout must match its heading row (8160), and with
-    // the second list every named row needs its "N" value (8161).
-    bool Read(QWidget* parent);
-    // Logs the rows that block the import (8970) and the names given twice (8971). Blocking rows
-    // end the import after the error dialog; repeated names go on when the user confirms.
+    // the second list every named row needs its "N" value (8161). Lengths of a workbook in
+    // another unit than `tableUnit` are converted, and the user told so.
+    bool Read(QWidget* parent, int32_t tableUnit);
+    // Logs the rows that block the import (8970), the names given twice (8971) and the values that
+    // cannot be read. Blocking rows end the import after the error dialog, values that cannot be
+    // read after a message listing them; repeated names go on when the user confirms.
     bool CheckRows(QWidget* parent);
     // Merges the sheet into the table rows, keyed by the upper-case fastener name: the rows down
     // to the first without a name, then the sheet's rows, a sheet row replacing an entry of its
@@ -86,7 +91,9 @@ private:
     FastenerSheetRow Row(size_t row) const { return FastenerSheetRow(m_layout, &m_cells[row * m_width]); }
     // The error dialog over the log; true when the user leaves it with OK.
     bool ShowLog(QWidget* parent, bool isWarning) const;
-    double CellNumber(const std::wstring& text) const;
+    // A value cell of the table (already in its unit) or of the sheet (converted).
+    double CellNumber(const std::wstring& text, bool fromSheet) const;
+    std::vector<RefusedSheetValue> RefusedValues() const;
 
     const FastenerTableKind& m_kind;
     bool m_secondList;
@@ -97,4 +104,5 @@ private:
     std::vector<std::wstring> m_cells;
     size_t m_width = 0;
     bool m_confirmed = false;
+    std::optional<SheetLengthConversion> m_conversion;
 };

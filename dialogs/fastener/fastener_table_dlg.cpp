@@ -131,10 +131,6 @@ void CZEBFastenerTableDlg::ShowPicture() { m_picture->SetBitmapId(m_ids.pictureB
 
 void CZEBFastenerTableDlg::AddImportsToDatabase() { AddToFastenerDatabase(this, m_imports); }
 
-bool CZEBFastenerTableDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    return m_table && m_table->KeyHandlerFor(target, event) != 0;
-}
-
 void CZEBFastenerTableDlg::OpenHardwareDatabase() {
     m_hotKey->Unregister();
     ReadHardwareList();

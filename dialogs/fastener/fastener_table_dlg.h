@@ -84,7 +84,6 @@ protected:
     void AddImportsToDatabase();
     FastenerAdditions& Imports() { return m_imports; }
 
-    bool PreTranslateMessage(QObject* target, QEvent* event) override;
     // Runs the spreadsheet import (Ctrl+I).
     void ImportSpreadsheet() override = 0;
 

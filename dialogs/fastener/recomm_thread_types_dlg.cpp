@@ -30,6 +30,7 @@ CZEBAssemblyRecommThreadTypesInConnectionDlg::CZEBAssemblyRecommThreadTypesInCon
       m_threadSizesSwitch(WithZebControlId(new QCheckBox(LocalizedText(IDS_THREAD_SIZES_CHECK), Body()), kThreadSizesSwitchId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicRecommThreadTypes);
+    UseTable(m_grid);
     m_threadSizes->setAutoDefault(false);
     m_threadSizes->setEnabled(false);
     m_threadSizesSwitch->setEnabled(false);
@@ -65,12 +66,6 @@ void CZEBAssemblyRecommThreadTypesInConnectionDlg::LoadFromRule(CZebRule& rule) 
     if (ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kPairs))
         m_grid->LoadPairs(std::vector<ZebRow>(pairs->values.begin(), pairs->values.end()));
 }
-
-bool CZEBAssemblyRecommThreadTypesInConnectionDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    return m_grid->KeyHandlerFor(target, event) != 0;
-}
-
-void CZEBAssemblyRecommThreadTypesInConnectionDlg::CommitEdits() { m_grid->CommitOpenEditor(); }
 
 std::optional<ZebRefusal> CZEBAssemblyRecommThreadTypesInConnectionDlg::Validate(CZebRule& rule) {
     if (!FindTyped<ZebRow>(rule, kPairs)) return ZebRefusal{};

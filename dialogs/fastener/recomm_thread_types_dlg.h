@@ -27,11 +27,9 @@ public:
     explicit CZEBAssemblyRecommThreadTypesInConnectionDlg(CZebRule* rule, const std::wstring& unitText = {});
 
     CZEBAsmRecommThreadConnListCtrl* GetGrid() const { return m_grid; }
-    bool PreTranslateMessage(QObject* target, QEvent* event) override;
 
 protected:
     void LoadFromRule(CZebRule& rule) override;
-    void CommitEdits() override;
     std::optional<ZebRefusal> Validate(CZebRule& rule) override;
     void StoreIntoRule(CZebRule& rule) override;
 

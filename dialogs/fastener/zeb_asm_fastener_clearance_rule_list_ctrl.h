@@ -17,18 +17,16 @@ public:
     void SetOperators(int conditionA, int conditionB);
     bool IsDisabledColumn(int column) const;
 
-    // Commits what is open as a click does before it acts.
-    long CommitOpenEditor();
-    long KeyHandler(QEvent* event) override;
+    // The name is chosen in its drop-down; values are typed in rows that name a fastener; a
+    // disabled Max takes nothing, not even a click.
+    CellEditor EditorOf(int row, int column) const override;
+    long CommitOpenEditor() override;
 
 protected:
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    bool IsNumberCell(int row, int column) const override;
+    long OnDeleteKey() override;
 
 private:
-    // The next enabled value column from `column` in `step` direction, or -1 past the last one
-    // (or before column 1).
-    int NextValueColumn(int column, int step) const;
     bool RowHasName(int row) const;
 
     int m_operators[2] = {0, 0};

@@ -11,11 +11,11 @@ public:
     explicit CZEBAsmFastenerEngagementLenRuleListCtrl(QWidget* parent = nullptr)
         : CZEBListCtrl(parent) {}
 
-    // Commits what is open as a click does before it acts.
-    long CommitOpenEditor();
-    long KeyHandler(QEvent* event) override;
+    // The name is chosen in its drop-down, the length typed.
+    CellEditor EditorOf(int row, int column) const override;
+    long CommitOpenEditor() override;
 
 protected:
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    bool IsNumberCell(int row, int column) const override;
+    long OnDeleteKey() override;
 };

@@ -100,7 +100,7 @@ void CZEBAlignmentCheckDlg::StoreIntoRule(CZebRule& rule) {
         if (!param) continue;
         StoreOperatorList(*controls.op, param->op);
         // An empty or half-typed number stores what it starts with ("0.5.5" is 0.5, "" is 0).
-        StoreFirstValue(*param, ParseNumber(controls.value->text().toStdWString()), LongerList::FirstReplaced);
+        StoreFirstValue(*param, ReadNumberField(*controls.value), LongerList::FirstReplaced);
         if (controls.on) StoreFlagBox(*controls.on, *param, ParamFlag::Enabled);
     }
     for (size_t i = 0; i < m_options.size(); ++i) {

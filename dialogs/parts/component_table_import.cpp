@@ -7,6 +7,7 @@
 #include "controls/zeb_list_ctrl.h"
 #include "framework/resource_library.h"
 #include "framework/ui/ui_service.h"
+#include "util/file_helpers.h"
 
 std::vector<SpreadsheetColumn> SheetColumnsOf(const ParamColumns& cells) {
     std::vector<SpreadsheetColumn> columns;
@@ -45,10 +46,37 @@ std::vector<CZebGridModel::Row> PlaceImportedColumns(std::vector<CZebGridModel::
     return rows;
 }
 
+namespace {
+// The lengths of the imported column in the table's unit and number text; false, after the
+// refused values were listed and logged, when some cannot be read.
+bool TakeLengths(QWidget* parent, const std::wstring& path, const ComponentImportLayout& layout,
+                 std::list<std::wstring>& lengths, int32_t tableUnit) {
+    const std::optional<SheetLengthConversion> conversion = ConversionForSheet(parent, path, tableUnit);
+    const std::wstring letter = layout.columns[static_cast<size_t>(layout.lengthColumn)].letter;
+    std::vector<RefusedSheetValue> refused;
+    size_t row = 0;
+    for (std::wstring& text : lengths) {
+        ++row;
+        if (text.empty()) continue;
+        NumberEntry entry = ImportLength(text, conversion);
+        if (entry.Ok()) text = std::move(entry.text);
+        else refused.push_back({row, letter, text, entry.fault});
+    }
+    if (refused.empty()) return true;
+    std::wstring logPath;
+    BuildImportLogPath(path, layout.logSuffix, logPath);
+    if (!logPath.empty())
+        WriteImportLogPass(logPath, true, LoadLocalizedString(IDS_LOG_REFUSED_VALUES), RefusedValueLines(refused));
+    ShowRefusedValues(parent, refused);
+    return false;
+}
+}  // namespace
+
 bool ImportComponentTable(QWidget* parent, CZEBListCtrl& table, const ComponentImportLayout& layout,
-                          SheetImportState& state, int leastEmptied) {
-    std::wstring text;
-    table.EndCellEdit(text);
+                          SheetImportState& state, int leastEmptied, int32_t tableUnit) {
+    // A value the table refused keeps its editor: the import waits until it is corrected.
+    table.CommitCellEdit();
+    if (table.HoldsRefusedText()) return false;
     std::wstring path;
     if (!ChooseSpreadsheet(parent, path)) return false;
     state.path = path;
@@ -56,6 +84,9 @@ bool ImportComponentTable(QWidget* parent, CZEBListCtrl& table, const ComponentI
     if (!ReadImportColumns(parent, path, layout.columns, imported,
                            layout.readByRows ? std::optional<int>(0) : std::nullopt) ||
         !CheckImportNotEmpty(parent, imported))
+        return false;
+    if (layout.lengthColumn >= 0 && static_cast<size_t>(layout.lengthColumn) < imported.size() &&
+        !TakeLengths(parent, path, layout, imported[static_cast<size_t>(layout.lengthColumn)], tableUnit))
         return false;
     int count = 0;
     table.SetRows(PlaceImportedColumns(table.GetRows(), imported, layout, leastEmptied, count));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,11 @@ struct ComponentImportLayout {
     bool stopAtEmptyName = false;
     // Read by rows (the first column's count gives the others'), not with the column "A" rule.
     bool readByRows = false;
+    // The requested column that holds lengths (-1: none). Its values are read as typed values are
+    // and converted from the unit the workbook records; values that cannot be read are listed,
+    // logged under `logSuffix`, and end the import.
+    int lengthColumn = -1;
+    const wchar_t* logSuffix = L"";
 };
 
 // The spreadsheet columns of a table's cells, from "A" on; length cells are read as numbers.
@@ -45,6 +51,6 @@ std::vector<CZebGridModel::Row> PlaceImportedColumns(std::vector<CZebGridModel::
 
 // Ctrl+I on a component table: commits its editor, asks for the workbook, reads and checks the
 // columns (a failure is shown and leaves the table as it was), places them and reports the count
-// (string 8093). False when nothing was imported.
+// (string 8093). Lengths come into `tableUnit`. False when nothing was imported.
 bool ImportComponentTable(QWidget* parent, CZEBListCtrl& table, const ComponentImportLayout& layout,
-                          SheetImportState& state, int leastEmptied = 0);
+                          SheetImportState& state, int leastEmptied = 0, int32_t tableUnit = 0);

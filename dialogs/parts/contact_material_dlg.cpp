@@ -132,10 +132,6 @@ void CZEBAssemblyCheckContactMaterialDlg::StoreIntoRule(CZebRule& rule) {
     }
     if (ZebTypedParam<double>* distance = FindTyped<double>(rule, kDistance)) {
         StoreFlagBox(*m_distanceSwitch, *distance, ParamFlag::Enabled);
-        StoreFirstValue(*distance, ParseNumber(m_distance->text().toStdWString()), LongerList::FirstReplaced);
+        StoreFirstValue(*distance, ReadNumberField(*m_distance), LongerList::FirstReplaced);
     }
-}
-
-bool CZEBAssemblyCheckContactMaterialDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    return m_table->KeyHandlerFor(target, event) != 0;
 }

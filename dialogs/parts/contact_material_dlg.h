@@ -38,7 +38,6 @@ protected:
     void CommitEdits() override;
     std::optional<ZebRefusal> Validate(CZebRule& rule) override;
     void StoreIntoRule(CZebRule& rule) override;
-    bool PreTranslateMessage(QObject* target, QEvent* event) override;
 
 private:
     void UpdateDistance();

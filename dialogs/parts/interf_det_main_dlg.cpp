@@ -82,7 +82,7 @@ void ZEBASMInterfDetMainDlg::LoadFromRule(CZebRule& rule) {
     LoadFlagBox(*m_volumeSwitch, *volume, ParamFlag::Enabled);
     LoadOperatorList(*m_operator, {ZebOp_Less, ZebOp_LessEqual}, &OperatorToText, volume->op);
     LoadFirstValue(*m_volume, *volume);
-    m_volumeUnit->setText(QString::fromStdWString(GetUnitText() + L"^3"));
+    m_volumeUnit->setText(QString::fromStdWString(GetUnitText() + L"\u00b3"));
     UpdateVolumeControls();
 }
 
@@ -127,9 +127,4 @@ void ZEBASMInterfDetMainDlg::ImportSpreadsheet() {
     default:
         break;
     }
-}
-
-bool ZEBASMInterfDetMainDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    return (m_checkPage && m_checkPage->GetTable()->KeyHandlerFor(target, event) != 0) ||
-           (m_ignorePage && m_ignorePage->GetTable()->KeyHandlerFor(target, event) != 0);
 }

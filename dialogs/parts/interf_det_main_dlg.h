@@ -44,7 +44,6 @@ protected:
     void LoadFromRule(CZebRule& rule) override;
     std::optional<ZebRefusal> Validate(CZebRule& rule) override;
     void StoreIntoRule(CZebRule& rule) override;
-    bool PreTranslateMessage(QObject* target, QEvent* event) override;
 
 private:
     void UpdateVolumeControls();

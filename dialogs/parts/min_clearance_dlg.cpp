@@ -34,7 +34,9 @@ constexpr int kClearance = 3;
 const ComponentImportLayout kImportLayout{
     .columns = SheetColumnsOf(MinClearanceParams::kPairs.columns),
     .rowsBelow = CZEBAssemblyMinClearanceBetPartsDlg::kSpareRows,
-    .emptyEveryRow = true};
+    .emptyEveryRow = true,
+    .lengthColumn = 2,
+    .logSuffix = L"MinClearance_log.txt"};
 
 double SwitchValue(const QAbstractButton& box) { return box.isChecked() ? 1.0 : 0.0; }
 }  // namespace
@@ -53,6 +55,7 @@ CZEBAssemblyMinClearanceBetPartsDlg::CZEBAssemblyMinClearanceBetPartsDlg(CZebRul
       m_hint(WithZebControlId(new QLabel(Body()), kHintId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicMinimumClearance);
+    UseTable(m_table, TableSheetKind::PartPairs, kFirst, kClearance - kFirst + 1);
     m_table->setMinimumHeight(280);
     m_hint->setWordWrap(true);
 
@@ -124,8 +127,6 @@ void CZEBAssemblyMinClearanceBetPartsDlg::TakeBackTooLarge() {
     if (ToDouble(m_clearance->text().toStdWString()) > kLargestClearance) m_clearance->setText(m_lastAcceptedClearance);
 }
 
-void CZEBAssemblyMinClearanceBetPartsDlg::CommitEdits() { m_table->CommitCellEdit(); }
-
 std::optional<ZebRefusal> CZEBAssemblyMinClearanceBetPartsDlg::Validate(CZebRule& rule) {
     if (!rule.FindParameterInArray(kGeneralClearance)) return ZebRefusal{};
     if (!TableLoaded()) return std::nullopt;
@@ -142,7 +143,7 @@ std::optional<ZebRefusal> CZEBAssemblyMinClearanceBetPartsDlg::Validate(CZebRule
 void CZEBAssemblyMinClearanceBetPartsDlg::StoreIntoRule(CZebRule& rule) {
     ZebTypedParam<double>& general = *FindTyped<double>(rule, kGeneralClearance);
     const double on = SwitchValue(*m_clearanceSwitch);
-    const double clearance = ParseNumber(m_clearance->text().toStdWString());
+    const double clearance = ReadNumberField(*m_clearance);
     // The switch and the clearance are one pair of values; a list of another length is not ours.
     if (general.values.IsEmpty()) {
         general.values.Add(on);
@@ -171,15 +172,5 @@ void CZEBAssemblyMinClearanceBetPartsDlg::StoreTable(CZebRule& rule) {
 
 void CZEBAssemblyMinClearanceBetPartsDlg::ImportSpreadsheet() {
     if (!TableLoaded()) return;
-    ImportComponentTable(this, *m_table, kImportLayout, m_import);
-}
-
-void CZEBAssemblyMinClearanceBetPartsDlg::ExportTable() {
-    if (!TableLoaded()) return;
-    CommitEdits();
-    ExportTableToChosenFile(this, TableSheetKind::PartPairs, TableTexts(*m_table, kFirst, kClearance - kFirst + 1));
-}
-
-bool CZEBAssemblyMinClearanceBetPartsDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    return m_table->KeyHandlerFor(target, event) != 0;
+    ImportComponentTable(this, *m_table, kImportLayout, m_import, 0, GetLengthUnit());
 }

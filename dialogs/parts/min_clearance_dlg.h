@@ -39,16 +39,11 @@ public:
 
     explicit CZEBAssemblyMinClearanceBetPartsDlg(CZebRule* rule, const std::wstring& unitText = {});
     void ImportSpreadsheet() override;
-    // "Export..." on the table's column headings: the table written to a chosen workbook in the
-    // layout its import reads.
-    void ExportTable();
 
 protected:
     void LoadFromRule(CZebRule& rule) override;
-    void CommitEdits() override;
     std::optional<ZebRefusal> Validate(CZebRule& rule) override;
     void StoreIntoRule(CZebRule& rule) override;
-    bool PreTranslateMessage(QObject* target, QEvent* event) override;
 
 private:
     void LoadTable(CZebRule& rule);

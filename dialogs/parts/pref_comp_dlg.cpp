@@ -51,6 +51,7 @@ CZEBAssemblyCheckPrefCompDlg::CZEBAssemblyCheckPrefCompDlg(CZebRule* rule, const
       m_table(WithZebControlId(new CZEBAsmRuleListCtrl(Body()), kTableId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicPreferredComponents);
+    UseTable(m_table, TableSheetKind::PreferredComponents, 1, kLastColumn);
     m_table->SetMode(CZEBAsmRuleListCtrl::Mode::PreferredComponents);
     m_table->setMinimumHeight(300);
     auto* hint = new QLabel(LocalizedText(IDS_PREFERRED_TABLE_HINT), Body());
@@ -89,7 +90,7 @@ void CZEBAssemblyCheckPrefCompDlg::LoadFromRule(CZebRule& rule) {
 }
 
 void CZEBAssemblyCheckPrefCompDlg::CommitEdits() {
-    m_table->CommitCellEdit();
+    CZEBRuleDialog::CommitEdits();
     // Rows left empty between records are dropped; the last row stays for new entries.
     std::vector<CZebGridModel::Row> rows = m_table->GetRows();
     if (rows.empty()) return;
@@ -122,15 +123,8 @@ void CZEBAssemblyCheckPrefCompDlg::ImportSpreadsheet() {
     ImportComponentTable(this, *m_table, kImportLayout, m_import);
 }
 
-void CZEBAssemblyCheckPrefCompDlg::ExportTable() {
-    if (m_table->GetColumnCount() == 0) return;
-    CommitEdits();
-    // The rows the rule keeps: the last row never belongs to the table's text.
-    TextRows rows = TableTexts(*m_table, 1, kLastColumn);
+TextRows CZEBAssemblyCheckPrefCompDlg::ExportRows() const {
+    TextRows rows = CZEBRuleDialog::ExportRows();
     if (!rows.empty()) rows.pop_back();
-    ExportTableToChosenFile(this, TableSheetKind::PreferredComponents, rows);
-}
-
-bool CZEBAssemblyCheckPrefCompDlg::PreTranslateMessage(QObject* target, QEvent* event) {
-    return m_table->KeyHandlerFor(target, event) != 0;
+    return rows;
 }

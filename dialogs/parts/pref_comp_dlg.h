@@ -21,16 +21,14 @@ public:
 
     explicit CZEBAssemblyCheckPrefCompDlg(CZebRule* rule, const std::wstring& unitText = {});
     void ImportSpreadsheet() override;
-    // "Export..." on the table's column headings: the table written to a chosen workbook in the
-    // layout its import reads.
-    void ExportTable();
 
 protected:
     void LoadFromRule(CZebRule& rule) override;
     void CommitEdits() override;
+    // The rows the rule keeps: the last row never belongs to the table's text.
+    TextRows ExportRows() const override;
     std::optional<ZebRefusal> Validate(CZebRule& rule) override;
     void StoreIntoRule(CZebRule& rule) override;
-    bool PreTranslateMessage(QObject* target, QEvent* event) override;
 
 private:
     CWrapperComboCtrl* m_severity;

@@ -1,8 +1,5 @@
 #include "dialogs/parts/zeb_asm_contact_material_list_ctrl.h"
 
-#include <QKeyEvent>
-#include <QMouseEvent>
-
 #include "app/assembly_rules_app.h"
 #include "database/material_pair_dlg.h"
 
@@ -38,35 +35,6 @@ bool CZEBAsmContactMaterialListCtrl::EditCellMaterials(int row, int column) {
     const bool chosen = editor.DoModal() == CEditMaterialPairDlg::kIdOk;
     if (chosen) SetCellText(row, column, CellText(selection));
     return chosen;
-}
-
-void CZEBAsmContactMaterialListCtrl::mouseDoubleClickEvent(QMouseEvent* event) {
-    int row = -1, column = -1;
-    HitTest(event->position().toPoint(), row, column);
-    EditCellMaterials(row, column);
-}
-
-long CZEBAsmContactMaterialListCtrl::KeyHandler(QEvent* event) {
-    if (event->type() != QEvent::KeyPress) return 0;
-    std::wstring text;
-    switch (static_cast<QKeyEvent*>(event)->key()) {
-    case Qt::Key_Tab:
-        // Cells are filled by the pair editor only: keys commit, nothing moves.
-        return GetEditColumn() < GetLastEditableColumn() ? EndCellEdit(text) : 0;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-        return EndCellEdit(text);
-    case Qt::Key_Escape:
-        return CancelCellEdit();
-    case Qt::Key_Delete:
-        return ClearSelectedRows();
-    default:
-        return 0;
-    }
 }
 
 std::wstring CZEBAsmContactMaterialListCtrl::GetCellTooltip(int row, int column) const {

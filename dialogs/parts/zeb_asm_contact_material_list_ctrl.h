@@ -23,7 +23,6 @@ public:
     // Runs the pair editor on a cell of columns 1 and 2 and writes the choice back; false when
     // nothing was chosen (Cancel, or a cell of another column).
     bool EditCellMaterials(int row, int column);
-    long KeyHandler(QEvent* event) override;
 
     // The names of a cell: each up to its ";"; text after the last ";" is no name.
     static std::vector<std::wstring> CellNames(const std::wstring& text);
@@ -34,7 +33,9 @@ public:
 protected:
     // The cell's whole text, as long lists do not fit their column.
     std::wstring GetCellTooltip(int row, int column) const override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    // Cells are filled by the pair editor only, which a double click, F2 or Enter opens.
+    CellEditor EditorOf(int, int) const override { return CellEditor::None; }
+    bool OnCellActivated(int row, int column) override { return EditCellMaterials(row, column); }
 
 private:
     QWidget* m_owner = nullptr;

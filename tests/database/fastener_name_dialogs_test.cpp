@@ -318,10 +318,21 @@ TEST_F(FastenerNameDialogTest, UnusableDatabaseFolderRefusesEveryAddition) {
         ui.ChooseFiles({L"/parts/browsed.prt"});
         QTest::mouseClick(d.table().viewport(), Qt::RightButton, {}, d.cell(0));
     }
-    ASSERT_EQ(ui.messages.size(), 2u);
-    EXPECT_EQ(ui.messages[0].text, Text(IDS_DATABASE_FOLDER_UNUSABLE));
-    EXPECT_EQ(ui.messages[1].text, Text(IDS_DATABASE_FOLDER_UNUSABLE));
-    EXPECT_EQ(ui.messages[1].icon, ZebMsgIcon::Error);
+    {
+        // Without the variable nothing is stored in a folder the user never named, although the
+        // service itself would fall back to the user's data folder.
+        ScopedEnv unset("VANTOR_DATABASE_DIR", nullptr);
+        ScopedEnv data("XDG_DATA_HOME", (folder.Folder() / "data").c_str());
+        d.dlg.OnAdd();
+        d.type("Typed pin");
+        ui.ChooseFiles({L"/parts/browsed.prt"});
+        QTest::mouseClick(d.table().viewport(), Qt::RightButton, {}, d.cell(0));
+    }
+    ASSERT_EQ(ui.messages.size(), 4u);
+    for (const auto& message : ui.messages) {
+        EXPECT_EQ(message.text, Text(IDS_DATABASE_FOLDER_UNUSABLE));
+        EXPECT_EQ(message.icon, ZebMsgIcon::Error);
+    }
     EXPECT_EQ(d.table().GetRowCount(), rows);
     EXPECT_EQ(StoredNames(), stored);
 }

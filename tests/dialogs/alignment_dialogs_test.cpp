@@ -53,6 +53,14 @@ TEST_F(AlignmentDialogsTest, HoleRowsAndOptionsRoundTrip) {
     d.ControlById<QAbstractButton>(Hole::kBlindHolesId)->setChecked(false);
     d.ControlById<QAbstractButton>(Hole::kThroughHolesId)->setChecked(false);
     d.ControlById<CWrapperComboCtrl>(6025)->setCurrentIndex(2);
+    // A value that cannot be read is refused in its box, and nothing is stored.
+    d.OnOK();
+    EXPECT_TRUE(d.isVisible());
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_NE(ui.messages[0].text.find(L"0.5.5"), std::wstring::npos);
+    EXPECT_EQ(QApplication::focusWidget(), d.ControlById<CDoubleEditEx>(Hole::kOffsetValueId));
+    EXPECT_EQ(FindTyped<double>(rule, 7800)->op, ZebOp_LessEqual);
+    d.ControlById<CDoubleEditEx>(Hole::kOffsetValueId)->setText("0,5");
     d.OnOK();
     EXPECT_FALSE(d.isVisible());
     const auto* offset = FindTyped<double>(rule, 7800);

@@ -36,6 +36,9 @@
 #include "tests/support/scoped_temp_dir.h"
 #include "tests/support/sheet_writer.h"
 #include "tests/ui/qt_test_app.h"
+#include "framework/text_convert.h"
+#include "util/texts.h"
+#include "util/table_export.h"
 
 namespace fs = std::filesystem;
 
@@ -238,8 +241,19 @@ TEST_F(FastenerDialogTest, ClearanceCellsFollowTheOperators) {
     ClickCell(*grid, 1, 1);  // no fastener name in this row
     EXPECT_FALSE(grid->IsCellEditOpen());
     TypeInto(*grid, 0, 1, "12a");
+    // A value that cannot be read is refused where it was typed; the cell keeps its value.
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(Cell(*grid, 0, 1), L"1");
+    EXPECT_EQ(grid->GetEditColumn(), 1);
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_EQ(ui.messages[0].text, ZebFormatText(LoadLocalizedString(IDS_CELL_VALUE_REFUSED),
+                                                 {L"1", grid->model()->headerData(1, Qt::Horizontal).toString().toStdWString(),
+                                                  L"12a", LoadLocalizedString(IDS_VALUE_NOT_A_NUMBER)}));
+    ui.messages.clear();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    TypeInto(*grid, 0, 1, "0,5");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);  // past the greyed Max A
-    EXPECT_EQ(Cell(*grid, 0, 1), L"");
+    EXPECT_EQ(Cell(*grid, 0, 1), L"0.5");
     EXPECT_EQ(grid->GetEditColumn(), 3);
     QTest::keyClicks(QApplication::focusWidget(), "2.5");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);  // past the greyed Max A again
@@ -288,9 +302,17 @@ TEST_F(FastenerDialogTest, ClearanceOkChecksTheConditionsThenStores) {
     }
     grid->SetCellText(0, 1, L"1");
     grid->SetCellText(0, 2, L"1.5");
-    // A row without a name is dropped; a value typed as 12a is cleared when OK commits it.
+    // A row without a name is dropped; a value typed as 12a is refused when OK commits it, and
+    // the dialog stays open with the editor on it.
     grid->SetRows({grid->GetRows()[0], {L"", L"5", L"6"}, {L"ISO 4762 M6", L"0.25", L"0.5", L"", L""}});
     TypeInto(*grid, 2, 3, "12a");
+    ui.messages.clear();
+    dialog.OnOK();
+    EXPECT_EQ(ui.messages.size(), 1u);
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_TRUE(grid->HoldsRefusedText());
+    EXPECT_EQ(Stored(rule, 2052), before);
+    grid->CancelCellEdit();
     ui.messages.clear();
     dialog.OnOK();
     EXPECT_EQ(ui.messages.size(), 1u);  // M6 has no Min of condition B
@@ -399,6 +421,46 @@ TEST_F(FastenerDialogTest, ClearanceImportsSheetsIntoTheTable) {
     EXPECT_EQ(names.size(), namesBefore + 2);  // the ISO names were there already
     for (const wchar_t* name : {L"ACME 10", L"NEW ONE", L"ISO 4762 M6"})
         EXPECT_EQ(std::count(names.begin(), names.end(), name), 1) << QString::fromWCharArray(name).toStdString();
+}
+
+// Values the import cannot read are listed and logged, and nothing of the sheet is taken; a
+// workbook that records another unit is converted, and the user told so.
+TEST_F(FastenerDialogTest, ClearanceImportRefusesUnreadableValuesAndConvertsUnits) {
+    CZEBAssemblyFastenerClearanceRule rule;
+    rule.CurrentUnits.LengthUnit = 3;  // inch
+    CZEBAssemblyFastenerClearanceDlg dialog(&rule, L"in");
+    ShowActive(&dialog);
+    auto* grid = dialog.GetGrid();
+    const std::vector<CZebGridModel::Row> before = grid->GetRows();
+
+    const fs::path odd = dir / "odd.xlsx";
+    WriteSheet(odd, {{"F", "A", "B"}, {"X1", "abc", 1.0}, {"X2", "1,5", 2.0}, {"X3", -1.0, 1.0}});
+    ui.messages.clear();
+    EXPECT_TRUE(Import(&dialog, odd).empty());
+    ASSERT_EQ(ui.messages.size(), 1u);
+    const std::wstring& listed = ui.messages[0].text;
+    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Warning);
+    EXPECT_NE(listed.find(L"\"abc\""), std::wstring::npos) << ToUtf8(listed);
+    EXPECT_NE(listed.find(L"\"-1"), std::wstring::npos) << ToUtf8(listed);
+    EXPECT_EQ(listed.find(L"1,5"), std::wstring::npos) << ToUtf8(listed);
+    EXPECT_EQ(grid->GetRows(), before);
+    const std::string log = FileBytes(LogOf("odd", "FastnerClearance_log.txt"));
+    EXPECT_NE(log.find(Utf8(IDS_LOG_REFUSED_VALUES)), std::string::npos);
+    EXPECT_NE(log.find("abc"), std::string::npos);
+
+    // Written by the table export of a millimetre rule set.
+    const fs::path metric = dir / "metric.xlsx";
+    std::wstring error;
+    ASSERT_TRUE(WriteSheetFile(metric.wstring(), {{L"F", L"A", L"A1", L"B", L"B1"}, {L"M10", L"25.4", L"50.8", L"1,27", L""}},
+                               error, 0))
+        << ToUtf8(error);
+    ui.messages.clear();
+    EXPECT_TRUE(Import(&dialog, metric).empty());
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_EQ(ui.messages[0].text, ZebFormatText(LoadLocalizedString(IDS_IMPORT_UNIT_CONVERTED),
+                                                 {GetUnitText(0), GetUnitText(3)}));
+    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Information);
+    EXPECT_EQ(grid->GetRows()[0], (CZebGridModel::Row{L"M10", L"1.0", L"2.0", L"0.05", L""}));
 }
 
 // The second list reads an "N" column that every named row must fill; its texts go into the

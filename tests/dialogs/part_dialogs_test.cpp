@@ -165,7 +165,7 @@ TEST_F(PartDialogsTest, InterferenceOpensAsItsRuleSays) {
         EXPECT_EQ(op->currentText(), "<=");
         EXPECT_FALSE(op->isEnabled());
         EXPECT_FALSE(d.ControlById<CDoubleEditEx>(Interference::kVolumeValueId)->isEnabled());
-        EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(), "mm^3");
+        EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(), QString::fromUtf8("mm\u00b3"));
         EXPECT_EQ(d.ControlById<CWrapperComboCtrl>(Interference::kSeverityId)->currentIndex(), 0);
         EXPECT_EQ(d.GetTabs()->count(), 2);
         EXPECT_EQ(d.GetTabs()->tabText(1).toStdWString(), Text(IDS_TAB_COMPONENTS_TO_IGNORE));
@@ -207,7 +207,7 @@ TEST_F(PartDialogsTest, InterferenceOpensAsItsRuleSays) {
     EXPECT_EQ(d.ControlById<CDoubleEditEx>(Interference::kVolumeValueId)->text(), "0.25");
     EXPECT_EQ(d.ControlById<CWrapperComboCtrl>(Interference::kVolumeOperatorId)->currentText(), "<");
     EXPECT_TRUE(d.ControlById<CDoubleEditEx>(Interference::kVolumeValueId)->isEnabled());
-    EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(), "in^3");
+    EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(), QString::fromUtf8("in\u00b3"));
 }
 
 // OK refuses, in this order and without storing anything: a volume limit of 0 while switched on,
@@ -320,7 +320,8 @@ TEST_F(PartDialogsTest, IgnoreListIsWrittenOnlyWhenItChanged) {
     EXPECT_TRUE(ui.messages.empty());
 }
 
-// Tab past the name column goes on to the next row; Return commits without any number check.
+// Tab past the name column goes on to the next row; Return commits without any number check and
+// goes on down.
 TEST_F(PartDialogsTest, IgnoreTableTabsOnToTheNextRow) {
     CZEBAssemblyInterferenceDetectionRule rule;
     Interference d(&rule, L"mm");
@@ -339,7 +340,7 @@ TEST_F(PartDialogsTest, IgnoreTableTabsOnToTheNextRow) {
     QTest::keyClicks(editor, "2");
     QTest::keyClick(editor, Qt::Key_Return);
     EXPECT_EQ(table->GetCellText(1, 1), L"2");
-    EXPECT_FALSE(table->IsCellEditOpen());
+    EXPECT_EQ(table->GetEditRow(), 2);  // Enter goes on down
 }
 
 // A database that refuses the list is reported (warning), and the rule's settings still count.
@@ -499,12 +500,19 @@ TEST_F(PartDialogsTest, MinClearanceRefusesIncompletePairs) {
     auto* editor = FindZebControlAs<QLineEdit>(table, CZEBListCtrl::kTextEditorId);
     ASSERT_NE(editor, nullptr);
     QTest::keyClicks(editor, "abc");
+    // A clearance that cannot be read is refused in its cell, which keeps the editor.
     d.OnOK();
     EXPECT_TRUE(d.isVisible());
     EXPECT_EQ(table->GetCellText(0, 3), L"");
+    EXPECT_TRUE(table->HoldsRefusedText());
     ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_EQ(ui.messages[0].text, Text(IDS_ROW_INCOMPLETE));
-    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Information);
+    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Warning);
+    table->CancelCellEdit();
+    d.OnOK();
+    ASSERT_EQ(ui.messages.size(), 2u);
+    EXPECT_EQ(ui.messages[1].text, Text(IDS_ROW_INCOMPLETE));
+    EXPECT_EQ(ui.messages[1].icon, ZebMsgIcon::Information);
+    ui.messages.erase(ui.messages.begin());
     table->SetCellText(0, 3, L"2.5");
     table->SetCellText(3, 2, L"cover");
     d.OnOK();
@@ -617,4 +625,52 @@ TEST_F(PartDialogsTest, PreferredComponentsImportFourColumns) {
     CZEBStringTableParser::Parse(FindTyped<std::wstring>(rule, 7002)->values[0], stored);
     EXPECT_EQ(stored, (std::vector<StringTableRow>{{L"Hex bolt M8", L"iso4017_m8.prt", L"din933_m8.prt", L"acme_bolt_8.prt"},
                                                    {L"Grommet", L"grommet_20.prt", L"", L"rubber_ring.prt"}}));
+}
+
+// A wider dialog gives its table the room, the last column taking it; the size the user gave a
+// dialog is the size it opens with next time.
+TEST_F(PartDialogsTest, TablesWidenWithTheirDialogWhichKeepsItsSize) {
+    CZEBAssemblyMinClearanceBetPartsRule rule;
+    QSize chosen;
+    {
+        MinClearance d(&rule, L"mm");
+        ShowActive(&d);
+        auto* table = d.ControlById<CZEBAsmRuleListCtrl>(MinClearance::kTableId);
+        const int tableWidth = table->width();
+        const int lastColumn = table->columnWidth(table->GetColumnCount() - 1);
+        chosen = d.size() + QSize(317, 41);
+        d.resize(chosen);
+        QApplication::processEvents();
+        EXPECT_GT(table->width(), tableWidth + 250);
+        EXPECT_GT(table->columnWidth(table->GetColumnCount() - 1), lastColumn + 250);
+        d.reject();
+    }
+    MinClearance again(&rule, L"mm");
+    ShowActive(&again);
+    EXPECT_EQ(again.size(), chosen);
+    again.reject();
+}
+
+// Tab goes through the dialog as it reads: by rows from the top, each row from the left.
+TEST_F(PartDialogsTest, TabFollowsTheLayout) {
+    CZEBAssemblyMinClearanceBetPartsRule rule;
+    MinClearance d(&rule, L"mm");
+    ShowActive(&d);
+    QWidget* first = d.ControlById<QWidget>(MinClearance::kSeverityId);
+    ASSERT_NE(first, nullptr);
+    first->setFocus();
+    std::vector<QPoint> visited;
+    for (QWidget* focus = first; visited.size() < 40;) {
+        visited.push_back(focus->mapTo(&d, QPoint(0, focus->height() / 2)));
+        QTest::keyClick(focus, Qt::Key_Tab);
+        focus = QApplication::focusWidget();
+        if (!focus || focus == first) break;
+    }
+    ASSERT_GT(visited.size(), 6u);
+    for (size_t i = 1; i < visited.size(); ++i) {
+        const QPoint before = visited[i - 1], here = visited[i];
+        // Either further down, or on the same row further right.
+        EXPECT_TRUE(here.y() > before.y() + 4 || (std::abs(here.y() - before.y()) <= 12 && here.x() > before.x()))
+            << i << ": (" << before.x() << "," << before.y() << ") then (" << here.x() << "," << here.y() << ")";
+    }
 }

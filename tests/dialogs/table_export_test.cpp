@@ -40,6 +40,7 @@
 #include "tests/support/scoped_temp_dir.h"
 #include "tests/ui/qt_test_app.h"
 #include "util/number_text.h"
+#include "util/texts.h"
 #include "util/string_table.h"
 #include "util/table_export.h"
 
@@ -165,7 +166,8 @@ TEST_F(TableExportTest, MinClearancePairsComeBackThroughTheImport) {
     ShowActive(&d);
     auto* table = d.ControlById<CZEBAsmRuleListCtrl>(CZEBAssemblyMinClearanceBetPartsDlg::kTableId);
     EXPECT_EQ(table->horizontalHeader()->contextMenuPolicy(), Qt::ActionsContextMenu);
-    EXPECT_EQ(table->contextMenuPolicy(), Qt::PreventContextMenu);
+    // The cells' own right click browses; their row menu comes from the keyboard.
+    EXPECT_EQ(table->contextMenuPolicy(), Qt::DefaultContextMenu);
     const Rows original = Filled(*table, 1, 3);
     ASSERT_EQ(original.size(), 3u);
 
@@ -347,6 +349,23 @@ TEST_F(TableExportTest, HostCommandWritesWhatTheDialogImports) {
     Import(&d, sheet);
     EXPECT_EQ(Filled(*d.ControlById<CZEBAsmRuleListCtrl>(CZEBAssemblyMinClearanceBetPartsDlg::kTableId), 1, 3),
               (Rows{{kNut + L".prt", L"b.prt", L"1.5"}, {L"e.prt", L"f.prt", L"4"}}));
+
+    // The workbook records the unit of its values, and an inch rule set converts them, saying so.
+    EXPECT_EQ(ReadSheetLengthUnit(sheet.wstring()), std::optional<int32_t>(0));
+    CZEBAssemblyMinClearanceBetPartsRule inch;
+    inch.CurrentUnits.LengthUnit = 3;
+    CZEBAssemblyMinClearanceBetPartsDlg inInch(&inch, L"in");
+    ui.messages.clear();
+    Import(&inInch, sheet);
+    EXPECT_EQ(Filled(*inInch.ControlById<CZEBAsmRuleListCtrl>(CZEBAssemblyMinClearanceBetPartsDlg::kTableId), 1, 3),
+              (Rows{{kNut + L".prt", L"b.prt", L"0.059055"}, {L"e.prt", L"f.prt", L"0.15748"}}));
+    ASSERT_FALSE(ui.messages.empty());
+    EXPECT_EQ(ui.messages[0].text,
+              ZebFormatText(LoadLocalizedString(IDS_IMPORT_UNIT_CONVERTED), {GetUnitText(0), GetUnitText(3)}));
+    // A workbook another program wrote records nothing.
+    std::wstring error;
+    ASSERT_TRUE(WriteSheetFile((dir / "plain.xlsx").wstring(), {{L"a.prt", L"b.prt", L"1"}}, error));
+    EXPECT_EQ(ReadSheetLengthUnit((dir / "plain.xlsx").wstring()), std::nullopt);
 
     // A rule the file does not hold.
     EXPECT_EQ(RunHost("export " + Quoted(settings) + " 'Hole Alignment' -o " + Quoted(dir / "none.xlsx")), 2);

@@ -81,6 +81,9 @@ TEST_F(ThreadDialogsTest, ThreadTypesTableAndSwitch) {
     QTest::keyClicks(QApplication::focusWidget(), "UNF");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     EXPECT_EQ(grid->GetCellText(2, 2), L"UNF");
+    // Enter went on down the column; Escape leaves the next cell as it was.
+    EXPECT_EQ(grid->GetEditRow(), 3);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
 
     grid->selectRow(0);
     QTest::keyClick(grid, Qt::Key_Delete);

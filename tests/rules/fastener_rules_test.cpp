@@ -156,9 +156,12 @@ TEST_F(FastenerRulesTest, ConvertUnitsOfTableCells) {
     Param<ZebRow>(clearance, 2052).values.Add(ZebRow{L"M6", L"25.4", L"12mm"});
     Param<ZebRow>(clearance, 2052).values.Add(ZebRow{L"M8", L"50.8"});
     Param<ZebRow>(clearance, 9450).values.Add(ZebRow{L"M6", L"-5", L" 2.54 "});
+    // An empty row, and an empty Max, hold no value: a conversion leaves them empty.
+    Param<ZebRow>(clearance, 2052).values.Add(ZebRow{L"", L"", L""});
+    Param<ZebRow>(clearance, 9450).values.Add(ZebRow{L"M5", L"2.54", L""});
     clearance.ConvertUnits(&kMm, &kInch);
-    EXPECT_EQ(Values<ZebRow>(clearance, 2052), (Rows{{L"M6", L"1.0", L"0.472441"}, {L"M8", L"50.8"}}));
-    EXPECT_EQ(Values<ZebRow>(clearance, 9450), (Rows{{L"M6", L"0.0", L"0.1"}}));
+    EXPECT_EQ(Values<ZebRow>(clearance, 2052), (Rows{{L"M6", L"1.0", L"0.472441"}, {L"M8", L"50.8"}, {L"", L"", L""}}));
+    EXPECT_EQ(Values<ZebRow>(clearance, 9450), (Rows{{L"M6", L"0.0", L"0.1"}, {L"M5", L"0.1", L""}}));
     EXPECT_EQ(clearance.CurrentUnits.LengthUnit, 3);
 
     // Equal length units: only the units are stored, even texts that are not numbers stay.

@@ -54,24 +54,37 @@ TEST(ComponentTableColumns, NumberedColumnsShareTheWidthAfterAnIndexColumn) {
     EXPECT_EQ(table.GetColumnCount(), 4);
 }
 
-TEST_F(ComponentTableTest, PairModeEmptiesANonNumericClearance) {
+TEST_F(ComponentTableTest, PairModeRefusesAClearanceItCannotRead) {
     EXPECT_FALSE(table().IsPreferredComponentsMode());
     Type(0, 3, "abc", Qt::Key_Return);
+    // Refused where it was typed: the editor stays on the cell with the text, the cell as it was.
+    EXPECT_TRUE(table().HoldsRefusedText());
+    EXPECT_EQ(table().GetEditRow(), 0);
+    EXPECT_EQ(editor()->text(), "abc");
     EXPECT_EQ(table().GetCellText(0, 3), L"");
-    Type(1, 3, "2.5", Qt::Key_Return);
+    ASSERT_EQ(ui.messages.size(), 1u);
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    Type(1, 3, "2,5", Qt::Key_Return);
     EXPECT_EQ(table().GetCellText(1, 3), L"2.5");
-    // A click elsewhere commits with the same check.
+    // A click elsewhere commits with the same check, and the refused text stays put.
+    QTest::keyClick(editor(), Qt::Key_Escape);
     Click(2, 3);
     QTest::keyClicks(editor(), "x1");
     Click(2, 1);
-    EXPECT_EQ(table().GetCellText(2, 3), L"");
+    EXPECT_EQ(table().GetEditColumn(), 3);
+    EXPECT_EQ(editor()->text(), "x1");
+    EXPECT_EQ(ui.messages.size(), 2u);
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    Click(2, 1);
     EXPECT_EQ(table().GetEditColumn(), 1);
     EXPECT_TRUE(table().IsCellEditOpen());
     // Other columns are not checked.
     QTest::keyClicks(editor(), "abc");
     QTest::keyClick(editor(), Qt::Key_Return);
     EXPECT_EQ(table().GetCellText(2, 1), L"abc");
+    EXPECT_EQ(ui.messages.size(), 2u);
     // Column 0 selects instead of editing.
+    QTest::keyClick(editor(), Qt::Key_Escape);
     Click(3, 0);
     EXPECT_FALSE(table().IsCellEditOpen());
     EXPECT_EQ(table().GetSelectedRowCount(), 1);

@@ -5,8 +5,7 @@
 #include "controls/zeb_list_ctrl.h"
 #include "framework/ui/rule_dlg_base.h"
 
-// A rule dialog holding one table, whose pre-translation hands every event to the table's key
-// handler first, as the rule dialogs do.
+// A rule dialog holding one table, which takes its own keys as in every rule dialog.
 template <class Table>
 class GridDialog : public CZEBRuleDlgBase {
 public:
@@ -15,7 +14,6 @@ public:
         layout->addWidget(table);
         resize(900, 400);
     }
-    bool PreTranslateMessage(QObject*, QEvent* event) override { return table->KeyHandler(event) != 0; }
 
     Table* table;
 };

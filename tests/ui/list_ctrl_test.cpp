@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QScrollBar>
@@ -113,18 +116,35 @@ TEST_F(ListCtrlTest, TheTextLimitNeverCutsWhatACellHolds) {
 }
 
 // Tab on the last editable column is left to the dialog, which moves on to the next control.
-TEST_F(ListCtrlTest, TabOnTheLastColumnLeavesTheTable) {
+TEST_F(ListCtrlTest, TabMovesThroughTheCellsAndLeavesTheTableAtItsEnds) {
+    auto* before = new QLineEdit(dlg.Body());
     auto* next = new QLineEdit(dlg.Body());
     dlg.Body()->layout()->addWidget(next);
+    QWidget::setTabOrder(before, &grid());
+    QWidget::setTabOrder(&grid(), next);
     ShowActive(&dlg);
-    grid().setCurrentIndex(grid().model()->index(3, 1));
+    // The last column of a row with rows of text below goes on to the next row.
     grid().BeginCellEdit(3, 2, 260);
+    Key(Qt::Key_Tab);
+    EXPECT_EQ(grid().GetEditRow(), 4);
+    EXPECT_EQ(grid().GetEditColumn(), 0);
+    // Shift+Tab goes back, across the row's start too.
+    QTest::keyClick(editor(), Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(grid().GetEditRow(), 3);
+    EXPECT_EQ(grid().GetEditColumn(), 2);
+    // The table's last cell hands the focus on; its first hands it back.
+    grid().setCurrentIndex(grid().model()->index(3, 1));
+    grid().BeginCellEdit(4, 2, 260);
     QTest::keyClicks(editor(), "last");
     Key(Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget(), next);
+    EXPECT_EQ(grid().GetCellText(4, 2), L"last");
     EXPECT_EQ(grid().currentIndex(), grid().model()->index(3, 1));
+    grid().BeginCellEdit(0, 0, 260);
+    QTest::keyClick(editor(), Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(QApplication::focusWidget(), before);
+    EXPECT_FALSE(grid().IsCellEditOpen());
     // The table itself hands Tab on as well.
-    grid().CancelCellEdit();
     grid().setFocus();
     Key(Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget(), next);
@@ -165,13 +185,16 @@ TEST_F(ListCtrlTest, KeysCommitAndMoveTheEditorAsTheKeyTableSays) {
     Key(Qt::Key_Return);
     EXPECT_EQ(grid().GetCellText(3, 1), L"typed");
     EXPECT_TRUE(dlg.isVisible());
+    // Enter goes on down the column.
+    EXPECT_EQ(grid().GetEditRow(), 4);
+    EXPECT_EQ(grid().GetEditColumn(), 1);
 
     // Delete clears the selected rows only while no text edit is open.
     Select({4});
     grid().BeginCellEdit(2, 1, 260);
     Key(Qt::Key_Delete);
     EXPECT_EQ(grid().GetCellText(4, 0), L"e0");
-    Key(Qt::Key_Return);
+    Key(Qt::Key_Escape);
     Key(Qt::Key_Delete);
     EXPECT_EQ(grid().GetCellText(4, 0), L"");
     EXPECT_EQ(grid().GetRowCount(), 5);
@@ -241,8 +264,10 @@ TEST_F(ListCtrlTest, RowOperations) {
 
     Select({0, 2, 5});
     EXPECT_EQ(grid().DeleteSelectedRows(), 1);
-    EXPECT_EQ(grid().GetRowCount(), 3);
+    // The spare row at the end comes back.
+    EXPECT_EQ(grid().GetRowCount(), 4);
     EXPECT_EQ(grid().GetCellText(2, 0), L"e0");
+    EXPECT_EQ(grid().GetRows()[3], CZebGridModel::Row{});
 
     grid().DeleteAllRows();
     grid().AppendEmptyRowIfLastFilled();
@@ -306,4 +331,203 @@ TEST_F(ListCtrlTest, BrowsingWritesTheChosenNamesAndKeepsTheCellOnCancel) {
     ui.CancelChooser();
     grid().BrowsePartFiles(names);
     EXPECT_EQ(names.size(), 3u);
+}
+
+namespace {
+// A table whose column 1 holds values, as the clearance and length tables do.
+class NumberTable : public CZEBListCtrl {
+public:
+    using CZEBListCtrl::CZEBListCtrl;
+
+protected:
+    bool IsNumberCell(int, int column) const override { return column == 1; }
+};
+
+class NumberTableTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        EnsureQtTestApp();
+        grid().SetColumns({L"Name", L"Size"});
+        grid().SetRows(Rows{{L"a", L"1.0"}, {L"b", L"2.0"}, {}, {}});
+        ShowActive(&dlg);
+    }
+    NumberTable& grid() { return *dlg.table; }
+    QLineEdit* editor() { return FindZebControlAs<QLineEdit>(&grid(), CZEBListCtrl::kTextEditorId); }
+    void TypeAndPress(int row, const char* text, int key) {
+        grid().BeginCellEdit(row, 1, 260);
+        editor()->setText(QString::fromUtf8(text));
+        QTest::keyClick(editor(), Qt::Key(key));
+    }
+
+    GridDialog<NumberTable> dlg;
+    CZebRecordingUiService ui;
+};
+}  // namespace
+
+TEST_F(NumberTableTest, AValueIsStoredInTheRulesFormOrRefusedWhereItWasTyped) {
+    TypeAndPress(0, "0,125", Qt::Key_Return);
+    EXPECT_EQ(grid().GetCellText(0, 1), L"0.125");
+    EXPECT_EQ(grid().GetEditRow(), 1);  // Enter went on down
+    EXPECT_TRUE(ui.messages.empty());
+
+    for (const char* refused : {"abc", "-1", "1,500"}) {
+        SCOPED_TRACE(refused);
+        ui.messages.clear();
+        TypeAndPress(1, refused, Qt::Key_Return);
+        // The cell keeps its value, the editor its text, and the message says where and what.
+        EXPECT_TRUE(grid().IsCellEditOpen());
+        EXPECT_TRUE(grid().HoldsRefusedText());
+        EXPECT_EQ(editor()->text().toStdString(), refused);
+        EXPECT_EQ(grid().GetCellText(1, 1), L"2.0");
+        ASSERT_EQ(ui.messages.size(), 1u);
+        const std::wstring& text = ui.messages[0].text;
+        EXPECT_NE(text.find(L"2"), std::wstring::npos);
+        EXPECT_NE(text.find(L"Size"), std::wstring::npos);
+        EXPECT_NE(text.find(QString::fromUtf8(refused).toStdWString()), std::wstring::npos);
+        EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Warning);
+        // Moving away does not take the text elsewhere; Escape gives the old value back.
+        QTest::keyClick(editor(), Qt::Key_Down);
+        EXPECT_EQ(grid().GetEditRow(), 1);
+        EXPECT_EQ(editor()->text().toStdString(), refused);
+        QTest::keyClick(editor(), Qt::Key_Escape);
+        EXPECT_FALSE(grid().IsCellEditOpen());
+        EXPECT_FALSE(grid().HoldsRefusedText());
+        EXPECT_EQ(grid().GetCellText(1, 1), L"2.0");
+    }
+    // An emptied value is no refusal, and names are never read as numbers.
+    ui.messages.clear();
+    TypeAndPress(1, "", Qt::Key_Return);
+    EXPECT_EQ(grid().GetCellText(1, 1), L"");
+    grid().BeginCellEdit(0, 0, 260);
+    editor()->setText("M8,5");
+    QTest::keyClick(editor(), Qt::Key_Return);
+    EXPECT_EQ(grid().GetCellText(0, 0), L"M8,5");
+    EXPECT_TRUE(ui.messages.empty());
+}
+
+TEST_F(NumberTableTest, DeletingEveryRowKeepsTheSpareRows) {
+    grid().selectAll();
+    EXPECT_EQ(grid().DeleteSelectedRows(), 1);
+    EXPECT_EQ(grid().GetRows(), (Rows{{}, {}}));
+    // Deleting filled rows above the spare ones adds none.
+    grid().SetRows(Rows{{L"a", L"1"}, {L"b", L"2"}, {}});
+    grid().selectionModel()->select(grid().model()->index(0, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    EXPECT_EQ(grid().DeleteSelectedRows(), 1);
+    EXPECT_EQ(grid().GetRows(), (Rows{{L"b", L"2"}, {}}));
+}
+
+TEST_F(NumberTableTest, AScrolledTableThatShrinksRepaintsWithoutRecursion) {
+    static std::vector<std::string> warnings;
+    warnings.clear();
+    const QtMessageHandler previous = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+        warnings.push_back(text.toStdString());
+    });
+    grid().AppendEmptyRows(300);
+    QApplication::processEvents();
+    grid().verticalScrollBar()->setValue(grid().verticalScrollBar()->maximum());
+    QApplication::processEvents();
+    // Rows go while the view is scrolled to its end: its next paint lays it out and moves the
+    // scroll bar back.
+    grid().SetRows(Rows{{L"a", L"1"}, {}});
+    grid().viewport()->repaint();
+    QApplication::processEvents();
+    qInstallMessageHandler(previous);
+    for (const std::string& warning : warnings) EXPECT_EQ(warning.find("Recursive repaint"), std::string::npos) << warning;
+    EXPECT_EQ(grid().verticalScrollBar()->value(), 0);
+}
+
+namespace {
+// A name chosen from a list, a size and a note: the cells of the fastener tables.
+class KeyTable : public CZEBListCtrl {
+public:
+    using CZEBListCtrl::CZEBListCtrl;
+    CellEditor EditorOf(int, int column) const override { return column == 0 ? CellEditor::Choice : CellEditor::Text; }
+
+protected:
+    bool IsNumberCell(int, int column) const override { return column == 1; }
+};
+}  // namespace
+
+// A whole table filled from the keyboard alone, with the keys a spreadsheet user expects.
+TEST(KeyboardTable, FilledWithKeysAlone) {
+    EnsureQtTestApp();
+    CZebRecordingUiService ui;
+    GridDialog<KeyTable> dlg;
+    KeyTable& grid = *dlg.table;
+    grid.SetColumns({L"Name", L"Size", L"Note"});
+    grid.ChoiceList() = {L"Bolt", L"Nut", L"Pin"};
+    grid.AppendEmptyRows(3);
+    ShowActive(&dlg);
+    grid.setFocus();
+    grid.setCurrentIndex(grid.model()->index(0, 0));
+    const auto key = [](int k, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key(k), modifiers);
+    };
+    // Key by key, each to whichever widget has the focus then.
+    const auto type = [](const char* text) {
+        for (const char* c = text; *c; ++c) QTest::keyClicks(QApplication::focusWidget(), QString(QChar(*c)));
+    };
+
+    // F2 opens the drop-down of a name cell; its arrows stay its own, Enter takes the entry.
+    key(Qt::Key_F2);
+    ASSERT_TRUE(grid.IsCellChoiceOpen());
+    key(Qt::Key_Down);
+    EXPECT_TRUE(grid.IsCellChoiceOpen());
+    key(Qt::Key_Return);
+    EXPECT_EQ(grid.GetCellText(0, 0), L"Nut");
+    EXPECT_FALSE(grid.IsCellChoiceOpen());
+    EXPECT_TRUE(dlg.isVisible());  // Enter never reached the dialog's OK
+
+    // Tab runs on through the cells; typing replaces, Enter commits and goes down.
+    grid.setCurrentIndex(grid.model()->index(0, 1));
+    type("0,5");
+    ASSERT_TRUE(grid.IsCellEditOpen());
+    key(Qt::Key_Tab);
+    EXPECT_EQ(grid.GetCellText(0, 1), L"0.5");
+    EXPECT_EQ(grid.GetEditColumn(), 2);
+    type("coarse");
+    key(Qt::Key_Return);
+    EXPECT_EQ(grid.GetCellText(0, 2), L"coarse");
+    EXPECT_EQ(grid.GetEditRow(), 1);
+    EXPECT_EQ(grid.GetEditColumn(), 2);
+    key(Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(grid.GetEditColumn(), 1);
+    type("12");
+    key(Qt::Key_Escape);
+    EXPECT_EQ(grid.GetCellText(1, 1), L"");
+    EXPECT_TRUE(dlg.isVisible());
+
+    // Alt+Down opens a name cell with its list shown.
+    grid.setCurrentIndex(grid.model()->index(1, 0));
+    key(Qt::Key_Down, Qt::AltModifier);
+    ASSERT_TRUE(grid.IsCellChoiceOpen());
+    auto* combo = FindZebControlAs<CCustomComboBox>(&grid, CZEBListCtrl::kChoiceEditorId);
+    ASSERT_NE(combo, nullptr);
+    EXPECT_TRUE(combo->view()->isVisible());
+    combo->hidePopup();
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(grid.IsCellChoiceOpen());
+
+    // Rows go to the clipboard as tab-separated text and come back below; Insert adds a row,
+    // Shift+Delete removes the selected ones.
+    grid.setCurrentIndex(grid.model()->index(0, 0));
+    grid.selectRow(0);
+    key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "Nut\t0.5\tcoarse\n");
+    grid.setCurrentIndex(grid.model()->index(2, 0));
+    key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(grid.GetRows()[2], (CZebGridModel::Row{L"Nut", L"0.5", L"coarse"}));
+    QGuiApplication::clipboard()->setText("Pin\tabc\tx\n");
+    key(Qt::Key_V, Qt::ControlModifier);
+    ASSERT_EQ(ui.messages.size(), 1u);  // the size is refused, the rest taken
+    EXPECT_EQ(grid.GetRows()[2], (CZebGridModel::Row{L"Pin", L"0.5", L"x"}));
+    const int rows = grid.GetRowCount();
+    key(Qt::Key_Insert);
+    EXPECT_EQ(grid.GetRowCount(), rows + 1);
+    EXPECT_EQ(grid.GetRows()[2], CZebGridModel::Row{});
+    grid.selectRow(3);
+    key(Qt::Key_Delete, Qt::ShiftModifier);
+    EXPECT_EQ(grid.GetRowCount(), rows);
+    EXPECT_EQ(grid.GetCellText(0, 0), L"Nut");
+    EXPECT_EQ(grid.GetCellText(3, 0), L"");
 }

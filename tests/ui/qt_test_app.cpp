@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QStandardPaths>
 #include <QTest>
 #include <cstdlib>
 
@@ -16,6 +17,8 @@ void EnsureQtTestApp() {
     static ScopedModule module;
     if (!QApplication::instance()) {
         setenv("QT_QPA_PLATFORM", "offscreen", 0);
+        // Settings the dialogs keep (their sizes) go to a test folder, not the user's.
+        QStandardPaths::setTestModeEnabled(true);
         new QApplication(argc, argv);
     }
 }

@@ -49,6 +49,23 @@ TEST(NumberBox, KeepsOnlyDigitsAndPointsAsTyped) {
     EXPECT_EQ(box.text(), "7.5");
 }
 
+TEST(NumberBox, TakesEitherDecimalSeparatorAndReadsWhatItShows) {
+    EnsureQtTestApp();
+    // "0,5" used to lose its comma and become "05".
+    EXPECT_EQ(Typed("0,5"), "0,5");
+    CDoubleEditEx box;
+    QTest::keyClicks(&box, "0,5");
+    EXPECT_EQ(box.Read().value, 0.5);
+    EXPECT_TRUE(box.Read().Ok());
+    box.setText("1,500");  // may group thousands where '.' is the separator
+    EXPECT_EQ(box.Read().fault, NumberTextFault::Ambiguous);
+    box.setText("1.2.3");
+    EXPECT_EQ(box.Read().fault, NumberTextFault::NotNumber);
+    box.SetAllowNegative(true);
+    box.setText("-2,5");
+    EXPECT_EQ(box.Read().value, -2.5);
+}
+
 TEST(WrapperCombo, FillCollectAndAddIfAbsent) {
     EnsureQtTestApp();
     CWrapperComboCtrl combo;

@@ -333,11 +333,14 @@ TEST_F(FileHelpersTest, FileNames) {
 
 TEST_F(FileHelpersTest, ComponentNames) {
     EXPECT_FALSE(ComponentNamesDiffer(L"bolt.prt", L"bolt.prt;3"));
-    EXPECT_TRUE(ComponentNamesDiffer(L"Bolt.prt", L"bolt.prt"));
+    // Letter case counts nowhere else in the program's names, so not here either.
+    EXPECT_FALSE(ComponentNamesDiffer(L"Bolt.prt", L"bolt.prt"));
+    EXPECT_FALSE(ComponentNamesDiffer(L"BOLT.PRT;2", L"bolt.prt"));
+    EXPECT_TRUE(ComponentNamesDiffer(L"Bolt.prt", L"bolts.prt"));
     EXPECT_FALSE(ComponentNamesDiffer(L"bolt", L"bolt"));
     EXPECT_FALSE(ComponentNamesDiffer(L"frame.asm.2", L"frame.asm"));
     EXPECT_TRUE(ComponentNamesDiffer(L"bolt.prt", L"bolt.asm"));
-    EXPECT_TRUE(ComponentNamesDiffer(L"bolt.PRT", L"bolt.prt"));
+    EXPECT_TRUE(ComponentNamesDiffer(L"bolt.PRT", L"bolt.ASM"));
     std::wstring name = L"x.asm.prt.7", ext;
     SplitComponentName(name, ext);
     EXPECT_EQ(name, L"x.asm.prt");  // ".prt" is looked for first

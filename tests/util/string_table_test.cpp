@@ -62,13 +62,17 @@ TEST(StringTable, ValidateFindsTheFirstConflictColumnThreeFirst) {
     EXPECT_EQ(row, 2);
     EXPECT_EQ(column, 3);
 
-    // Names compare up to their first ".prt", case counting; a row's own fourth column counts.
-    Rows own{{L"", L"Pin.prt", L"", L"pin.prt"}, {L"", L"pin.prt@1", L"", L"x.prt"}};
+    // Names compare up to their first ".prt", letter case aside; a row's own fourth column counts.
+    Rows own{{L"", L"Pin.PRT", L"", L"pin.prt"}, {L"", L"nut.prt", L"", L"x.prt"}};
+    EXPECT_FALSE(CZEBStringTableParser::Validate(own, row, column));
+    EXPECT_EQ(row, 0);
+    EXPECT_EQ(column, 2);
+    own[0].Col2 = L"Bolt.prt";
+    EXPECT_TRUE(CZEBStringTableParser::Validate(own, row, column));
+    own[1].Col2 = L"X.PRT;2";
     EXPECT_FALSE(CZEBStringTableParser::Validate(own, row, column));
     EXPECT_EQ(row, 1);
     EXPECT_EQ(column, 2);
-    own[1].Col2 = L"Pin.prt";
-    EXPECT_TRUE(CZEBStringTableParser::Validate(own, row, column));
     // Without ".prt" the names are cut behind ".asm".
     EXPECT_FALSE(
         CZEBStringTableParser::Validate({{L"", L"", L"frame.asm/3", L"frame.asm"}}, row, column));

@@ -11,6 +11,9 @@
 #include <limits>
 #include <memory>
 #include <random>
+#include <thread>
+#include <atomic>
+#include <vector>
 
 #include "framework/text_convert.h"
 #include "framework/zeb_xml.h"
@@ -241,4 +244,57 @@ TEST(NumberTexts, CellNumbersAreExactlyTheGeneralReading) {
                                 L"+3.5"})
         check(text);
     EXPECT_GT(checked, 400000u);
+}
+
+TEST_F(TextsTest, EnteredNumbersReadWithEitherSeparatorOrAreRefusedWithTheReason) {
+    struct Case {
+        const wchar_t* text;
+        const wchar_t* separator;
+        NumberTextFault fault;
+        double value;
+        const wchar_t* stored;
+    };
+    const Case cases[] = {
+        {L"0,5", L".", NumberTextFault::None, 0.5, L"0.5"},
+        {L" 0,125 ", L".", NumberTextFault::None, 0.125, L"0.125"},
+        {L"1,5", L".", NumberTextFault::None, 1.5, L"1.5"},
+        {L"0,5", L",", NumberTextFault::None, 0.5, L"0.5"},
+        {L"0.5", L",", NumberTextFault::None, 0.5, L"0.5"},
+        {L"1,500", L",", NumberTextFault::None, 1.5, L"1.500"},
+        {L"12", L".", NumberTextFault::None, 12.0, L"12"},
+        // The program's own text of a value reads in every locale.
+        {L"12.125", L",", NumberTextFault::None, 12.125, L"12.125"},
+        {L"100.", L",", NumberTextFault::None, 100.0, L"100."},
+        {L"1,500", L".", NumberTextFault::Ambiguous, 0, L""},
+        {L"1.500", L",", NumberTextFault::Ambiguous, 0, L""},
+        {L"-1", L".", NumberTextFault::Negative, 0, L""},
+        {L"-0,5", L",", NumberTextFault::Negative, 0, L""},
+        {L"abc", L".", NumberTextFault::NotNumber, 0, L""},
+        {L"12mm", L".", NumberTextFault::NotNumber, 0, L""},
+        {L"1.2.3", L".", NumberTextFault::NotNumber, 0, L""},
+        {L"1,234.5", L".", NumberTextFault::NotNumber, 0, L""},
+        {L",", L".", NumberTextFault::NotNumber, 0, L""},
+        {L"  ", L".", NumberTextFault::Empty, 0, L""},
+    };
+    for (const Case& c : cases) {
+        const NumberEntry entry = ReadNumberEntry(c.text, c.separator);
+        SCOPED_TRACE(ToUtf8(std::wstring(c.text) + L" with " + c.separator));
+        EXPECT_EQ(entry.fault, c.fault);
+        if (!entry.Ok()) continue;
+        EXPECT_EQ(entry.value, c.value);
+        EXPECT_EQ(entry.text, c.stored);
+    }
+}
+
+TEST(NumberTexts, TheSeparatorIsReadSafelyFromSeveralThreads) {
+    // A conversion formats cells on worker threads; the race check sees any shared cache.
+    std::vector<std::thread> threads;
+    std::atomic<int> wrong{0};
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&wrong] {
+            for (int i = 0; i < 2000; ++i)
+                if (FormatNumber(0.5) != L"0.5" && FormatNumber(0.5) != L"0,5") ++wrong;
+        });
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(wrong.load(), 0);
 }
