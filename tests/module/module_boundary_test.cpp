@@ -4,8 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "framework/module_entry_points.h"
+#include "framework/ui_message.h"
 #include "framework/zeb_rule.h"
 #include "framework/zeb_xml.h"
 
@@ -72,4 +75,100 @@ TEST_F(ModuleBoundaryTest, NothingThrownInsideReachesTheHost) {
     EXPECT_EQ(rule, hosts);
     deleteRule(&rule);
     EXPECT_EQ(rule, nullptr);
+}
+
+namespace {
+class RecordingSink : public IZebMessageSink {
+public:
+    int ShowMessage(const std::wstring&, const std::wstring& text, ZebMsgIcon, ZebMsgButtons) override {
+        texts.push_back(text);
+        return ZebIdOk;
+    }
+    std::vector<std::wstring> texts;
+};
+}  // namespace
+
+// The host calls a rule's methods directly too; each keeps its failure inside the module and
+// answers as its signature allows, worker threads' failures included.
+TEST_F(ModuleBoundaryTest, RuleMethodsKeepTheirFailuresInside) {
+    const auto made = [&](const std::wstring& method) {
+        CZebRule* rule = nullptr;
+        auto node = RuleNamed(L"Fails in " + method);
+        getRule(node.get(), &rule);
+        EXPECT_NE(rule, nullptr);
+        return rule;
+    };
+    const UnitSetting mm{0, 0}, inch{1, 0};
+
+    // Sound methods still answer: the guard changes nothing when nothing fails.
+    CZebRule* sound = made(L"nothing");
+    ASSERT_NE(sound, nullptr);
+    sound->ConvertUnits(&mm, &inch);
+    EXPECT_EQ(sound->CurrentUnits.LengthUnit, 1);
+    std::unique_ptr<ZebXMLNode> written(sound->ExportToXML());
+    EXPECT_NE(written, nullptr);
+    EXPECT_TRUE(sound->IsApplicable(nullptr));
+    EXPECT_EQ(sound->Evaluate(nullptr, nullptr, nullptr), 0);
+    deleteRule(&sound);
+
+    // A conversion that fails on a worker thread, out of memory, leaves values in doubt: the
+    // rule refuses to be written rather than write them in the wrong unit.
+    CZebRule* converting = made(L"ConvertUnits");
+    ASSERT_NE(converting, nullptr);
+    ASSERT_NO_THROW(converting->ConvertUnits(&mm, &inch));
+    std::unique_ptr<ZebXMLNode> unconverted;
+    ASSERT_NO_THROW(unconverted.reset(converting->ExportToXML()));
+    EXPECT_EQ(unconverted, nullptr);
+    // Read again, it is sound again.
+    auto again = RuleNamed(L"Fails in ConvertUnits");
+    getRule(again.get(), &converting);
+    written.reset(converting->ExportToXML());
+    EXPECT_NE(written, nullptr);
+    deleteRule(&converting);
+
+    // Writing that fails on the thread that prints the rows gives no element.
+    CZebRule* exporting = made(L"ExportToXML");
+    ASSERT_NE(exporting, nullptr);
+    std::unique_ptr<ZebXMLNode> partial;
+    ASSERT_NO_THROW(partial.reset(exporting->ExportToXML()));
+    EXPECT_EQ(partial, nullptr);
+    deleteRule(&exporting);
+
+    // A dialog that fails puts back what it changed and tells the user.
+    RecordingSink sink;
+    IZebMessageSink* previous = SetZebMessageSink(&sink);
+    CZebRule* configuring = made(L"Configure");
+    ASSERT_NE(configuring, nullptr);
+    const std::wstring summary = configuring->Summary;
+    ASSERT_NO_THROW(configuring->Configure());
+    SetZebMessageSink(previous);
+    EXPECT_EQ(configuring->Summary, summary);
+    ASSERT_EQ(sink.texts.size(), 1u);
+    EXPECT_NE(sink.texts[0].find(L"Fails in Configure"), std::wstring::npos);
+    EXPECT_NE(sink.texts[0].find(L"the rule's own fault"), std::wstring::npos);
+    deleteRule(&configuring);
+
+    // The rest answer as a rule that did nothing, or failed, would.
+    CZebRule* evaluating = made(L"Evaluate");
+    ASSERT_NE(evaluating, nullptr);
+    EXPECT_NE(evaluating->Evaluate(nullptr, nullptr, nullptr), 0);
+    deleteRule(&evaluating);
+    CZebRule* applicable = made(L"IsApplicable");
+    ASSERT_NE(applicable, nullptr);
+    EXPECT_FALSE(applicable->IsApplicable(nullptr));
+    deleteRule(&applicable);
+    CZebRule* importing = made(L"Import");
+    ASSERT_NE(importing, nullptr);
+    EXPECT_NE(importing->Import(nullptr, nullptr, nullptr), 0);
+    deleteRule(&importing);
+    CZebRule* clearing = made(L"ClearState");
+    ASSERT_NE(clearing, nullptr);
+    EXPECT_NO_THROW(clearing->ClearState());
+    deleteRule(&clearing);
+    CZebRule* initialising = made(L"InitParameters");
+    ASSERT_NE(initialising, nullptr);
+    ASSERT_NO_THROW(initialising->InitParameters());
+    written.reset(initialising->ExportToXML());
+    EXPECT_EQ(written, nullptr);
+    deleteRule(&initialising);
 }
