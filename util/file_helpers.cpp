@@ -222,7 +222,7 @@ long ReadShellProperty(const std::wstring& path, const std::wstring& property, s
 
 std::wstring GetPartDisplayName(const std::wstring& path, const std::wstring& name) {
     std::wstring type;
-    ReadShellProperty(path, L"Siemens.NX.PartType", type);
+    ReadShellProperty(path, L"Vantor.PartType", type);
     if (type != L"Part") return name;
     return name.substr(0, name.find(L'.'));
 }

@@ -44,5 +44,6 @@ bool ComponentNamesDiffer(const std::wstring& first, const std::wstring& second)
 // Reads a file property kept as the extended attribute "user.<property>". Returns 0 and sets
 // `value` when the property was read; otherwise a failure code, `value` unchanged.
 long ReadShellProperty(const std::wstring& path, const std::wstring& property, std::wstring& value);
-// `name` cut before its first point when the file's part type reads "Part"; else `name`.
+// `name` cut before its first point when the file's part type (the property "Vantor.PartType")
+// reads "Part"; else `name`.
 std::wstring GetPartDisplayName(const std::wstring& path, const std::wstring& name);
