@@ -30,17 +30,18 @@ inline bool IsRuleSpoiled(const CZebRule& rule) {
 // and false is returned.
 template <class Body>
 bool RunRuleMethod(const CZebRule& rule, const char* method, Body&& body) noexcept {
-    const char* reason = nullptr;
+    // Copied without allocating: the exception is gone once its handler ends, and memory may be
+    // what ran out.
+    char reason[256] = "";
     try {
         body();
         return true;
     } catch (const std::exception& e) {
-        reason = e.what();
+        std::snprintf(reason, sizeof reason, ": %s", e.what());
     } catch (...) {
     }
     try {
-        std::fprintf(stderr, "vantor: %s of the rule '%s' failed%s%s\n", method, ToUtf8(rule.Name).c_str(),
-                     reason ? ": " : "", reason ? reason : "");
+        std::fprintf(stderr, "vantor: %s of the rule '%s' failed%s\n", method, ToUtf8(rule.Name).c_str(), reason);
     } catch (...) {
         std::fprintf(stderr, "vantor: %s of a rule failed\n", method);
     }
@@ -90,19 +91,19 @@ public:
     }
     // A dialog that fails leaves the rule as it was before it opened, and the user is told.
     void Configure() override {
-        std::string reason;
+        char reason[256] = "";
         try {
             Rule before(*this);
             try {
                 Rule::Configure();
                 return;
             } catch (const std::exception& e) {
-                reason = e.what();
+                std::snprintf(reason, sizeof reason, "%s", e.what());
             } catch (...) {
             }
             Rule::operator=(before);
         } catch (...) {
-            // No copy to be had: the dialog never opened.
+            // No copy to be had (the dialog never opened), or none to put back.
         }
         TellUser(reason);
     }
@@ -115,11 +116,11 @@ public:
 private:
     static constexpr long kFailed = -1;
 
-    void TellUser(const std::string& reason) noexcept {
+    void TellUser(const char* reason) noexcept {
         try {
             std::wstring text = L"The settings of the rule '" + this->Name +
                                 L"' could not be changed; they stay as they were.";
-            if (!reason.empty()) text += L"\n" + FromUtf8(reason);
+            if (*reason) text += L"\n" + FromUtf8(reason);
             ZebMessageBox(text, L"Vantor", ZebMsgIcon::Error);
         } catch (...) {
             std::fprintf(stderr, "vantor: Configure of a rule failed\n");
