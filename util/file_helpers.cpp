@@ -172,26 +172,6 @@ char* ToAnsiBuffer(const std::wstring& text) {
     return buffer;
 }
 
-void SplitComponentName(std::wstring& name, std::wstring& extension) {
-    for (const wchar_t* candidate : {L".prt", L".asm"}) {
-        const size_t at = name.find(candidate);
-        if (at != std::wstring::npos) {
-            name.erase(at + 4);
-            extension = candidate;
-            return;
-        }
-    }
-    extension.clear();
-}
-
-bool ComponentNamesDiffer(const std::wstring& first, const std::wstring& second) {
-    std::wstring a = first, b = second, extA, extB;
-    SplitComponentName(a, extA);
-    SplitComponentName(b, extB);
-    if (a != b) return true;
-    return !extA.empty() && !extB.empty() && extA != extB;
-}
-
 long ReadShellProperty(const std::wstring& path, const std::wstring& property, std::wstring& value) {
     if (!IsCanonicalPropertyName(property)) {
         std::printf("Invalid property specified: %s\n", ToUtf8(property).c_str());

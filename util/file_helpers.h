@@ -35,12 +35,6 @@ bool WriteImportLogPass(const std::wstring& logPath, bool firstPass, const std::
 // the caller frees it with delete[].
 char* ToAnsiBuffer(const std::wstring& text);
 
-// Cuts `name` just behind its first ".prt" (else ".asm") and gives that extension; a name with
-// neither stays whole with an empty extension.
-void SplitComponentName(std::wstring& name, std::wstring& extension);
-// False when both names stand for the same component.
-bool ComponentNamesDiffer(const std::wstring& first, const std::wstring& second);
-
 // Reads a file property kept as the extended attribute "user.<property>". Returns 0 and sets
 // `value` when the property was read; otherwise a failure code, `value` unchanged.
 long ReadShellProperty(const std::wstring& path, const std::wstring& property, std::wstring& value);

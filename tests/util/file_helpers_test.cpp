@@ -1,3 +1,4 @@
+#include "util/component_names.h"
 #include "util/file_helpers.h"
 
 #include <fcntl.h>
