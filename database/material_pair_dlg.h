@@ -36,4 +36,5 @@ private:
     CZebRule* m_rule;
     MaterialChoice& m_target;
     std::vector<std::wstring> m_preChecked;
+    bool m_readFailed = false;
 };

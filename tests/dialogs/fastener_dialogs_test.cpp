@@ -87,7 +87,9 @@ protected:
     std::list<std::wstring> DatabaseNames() {
         std::list<std::wstring> names;
         IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
-        if (db) db->GetFastenerNames(names);
+        if (db) {
+            EXPECT_EQ(db->GetFastenerNames(names), ZebDbOk);
+        }
         return names;
     }
 
