@@ -4,7 +4,7 @@
 #include <QMouseEvent>
 
 #include "app/assembly_rules_app.h"
-#include "database/material_pair_dlg.h"
+#include "dialogs/database/material_pair_dlg.h"
 
 void CZEBAsmContactMaterialListCtrl::SetOwner(QWidget* owner, CZebRule* rule) {
     m_owner = owner;

@@ -14,9 +14,9 @@
 #include <list>
 
 #include "app/assembly_rules_app.h"
-#include "database/material_db_dlg.h"
-#include "database/material_pair_dlg.h"
-#include "database/material_tree.h"
+#include "dialogs/database/material_db_dlg.h"
+#include "dialogs/database/material_pair_dlg.h"
+#include "dialogs/database/material_tree.h"
 #include "framework/resource_library.h"
 #include "framework/ui/recording_ui_service.h"
 #include "rules/contact_material_rule.h"

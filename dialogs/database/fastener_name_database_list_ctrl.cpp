@@ -1,4 +1,4 @@
-#include "database/fastener_name_database_list_ctrl.h"
+#include "dialogs/database/fastener_name_database_list_ctrl.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

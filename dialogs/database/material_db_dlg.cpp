@@ -1,4 +1,4 @@
-#include "database/material_db_dlg.h"
+#include "dialogs/database/material_db_dlg.h"
 
 #include <QGridLayout>
 #include <QLabel>

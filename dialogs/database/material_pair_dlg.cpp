@@ -1,4 +1,4 @@
-#include "database/material_pair_dlg.h"
+#include "dialogs/database/material_pair_dlg.h"
 
 #include <QDialogButtonBox>
 #include <QTreeWidget>

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "database/material_tree.h"
+#include "dialogs/database/material_tree.h"
 #include "framework/ui/control_id.h"
 
 class CZebRule;

@@ -1,4 +1,4 @@
-#include "database/fastener_name_database_dlg.h"
+#include "dialogs/database/fastener_name_database_dlg.h"
 
 #include <QBoxLayout>
 #include <QDialogButtonBox>
@@ -14,7 +14,7 @@
 #include "controls/database_module.h"
 #include "controls/sheet_import.h"
 #include "controls/zeb_button.h"
-#include "database/fastener_name_database_list_ctrl.h"
+#include "dialogs/database/fastener_name_database_list_ctrl.h"
 #include "database/service/data_helper.h"
 #include "framework/case_fold.h"
 #include "framework/ui/dialog_buttons.h"

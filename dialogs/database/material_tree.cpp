@@ -1,4 +1,4 @@
-#include "database/material_tree.h"
+#include "dialogs/database/material_tree.h"
 
 #include <QTreeWidget>
 #include <algorithm>
