@@ -3,11 +3,13 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "framework/module_entry_points.h"
+#include "framework/text_convert.h"
 #include "framework/ui_message.h"
 #include "framework/zeb_rule.h"
 #include "framework/zeb_xml.h"
@@ -149,26 +151,20 @@ TEST_F(ModuleBoundaryTest, RuleMethodsKeepTheirFailuresInside) {
     deleteRule(&configuring);
 
     // The rest answer as a rule that did nothing, or failed, would.
-    CZebRule* evaluating = made(L"Evaluate");
-    ASSERT_NE(evaluating, nullptr);
-    EXPECT_NE(evaluating->Evaluate(nullptr, nullptr, nullptr), 0);
-    deleteRule(&evaluating);
-    CZebRule* applicable = made(L"IsApplicable");
-    ASSERT_NE(applicable, nullptr);
-    EXPECT_FALSE(applicable->IsApplicable(nullptr));
-    deleteRule(&applicable);
-    CZebRule* importing = made(L"Import");
-    ASSERT_NE(importing, nullptr);
-    EXPECT_NE(importing->Import(nullptr, nullptr, nullptr), 0);
-    deleteRule(&importing);
-    CZebRule* clearing = made(L"ClearState");
-    ASSERT_NE(clearing, nullptr);
-    EXPECT_NO_THROW(clearing->ClearState());
-    deleteRule(&clearing);
-    CZebRule* initialising = made(L"InitParameters");
-    ASSERT_NE(initialising, nullptr);
-    ASSERT_NO_THROW(initialising->InitParameters());
-    written.reset(initialising->ExportToXML());
-    EXPECT_EQ(written, nullptr);
-    deleteRule(&initialising);
+    const auto check = [&](const std::wstring& method, const std::function<void(CZebRule&)>& answers) {
+        SCOPED_TRACE(ToUtf8(method));
+        CZebRule* rule = made(method);
+        ASSERT_NE(rule, nullptr);
+        ASSERT_NO_THROW(answers(*rule));
+        deleteRule(&rule);
+    };
+    check(L"Evaluate", [](CZebRule& r) { EXPECT_NE(r.Evaluate(nullptr, nullptr, nullptr), 0); });
+    check(L"IsApplicable", [](CZebRule& r) { EXPECT_FALSE(r.IsApplicable(nullptr)); });
+    check(L"Import", [](CZebRule& r) { EXPECT_NE(r.Import(nullptr, nullptr, nullptr), 0); });
+    check(L"ClearState", [](CZebRule& r) { r.ClearState(); });
+    check(L"InitParameters", [](CZebRule& r) {
+        r.InitParameters();
+        const std::unique_ptr<ZebXMLNode> unwritten(r.ExportToXML());
+        EXPECT_EQ(unwritten, nullptr);
+    });
 }
