@@ -43,7 +43,9 @@ BENCHMARK(BM_GetInstance);
 void BM_GetFastenerNames(benchmark::State& state) {
     BenchFolder();
     std::list<std::wstring> names;
-    for (auto _ : state) zeb_db::ZEBDataHelper::getInstance()->GetFastenerNames(names);
+    for (auto _ : state)
+        if (zeb_db::ZEBDataHelper::getInstance()->GetFastenerNames(names) != ZebDbOk)
+            state.SkipWithError("the names could not be read");
     state.counters["names"] = static_cast<double>(names.size());
 }
 BENCHMARK(BM_GetFastenerNames);
@@ -53,7 +55,8 @@ void BM_AddFastenerName(benchmark::State& state) {
     BenchFolder();
     long n = 0;
     for (auto _ : state)
-        zeb_db::ZEBDataHelper::getInstance()->AddFastenerName(L"Bench " + std::to_wstring(n++));
+        if (zeb_db::ZEBDataHelper::getInstance()->AddFastenerName(L"Bench " + std::to_wstring(n++)) != ZebDbOk)
+            state.SkipWithError("a name could not be stored");
 }
 BENCHMARK(BM_AddFastenerName)->Unit(benchmark::kMillisecond);
 
@@ -135,10 +138,12 @@ void AddAndList(benchmark::State& state, bool server) {
         zeb_db::ZEBDataHelper::getInstance();
         state.ResumeTiming();
 
+        bool stored = true;
         for (int i = 0; i < kNames; ++i)
-            zeb_db::ZEBDataHelper::getInstance()->AddFastenerName(L"Bench M" + std::to_wstring(i));
+            stored = zeb_db::ZEBDataHelper::getInstance()->AddFastenerName(L"Bench M" + std::to_wstring(i)) == ZebDbOk && stored;
         std::list<std::wstring> names;
-        zeb_db::ZEBDataHelper::getInstance()->GetFastenerNames(names);
+        if (!stored || zeb_db::ZEBDataHelper::getInstance()->GetFastenerNames(names) != ZebDbOk)
+            state.SkipWithError("the names could not be stored and read back");
         listed = names.size();
 
         state.PauseTiming();

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <exception>
-#include <system_error>
 #include <thread>
 #include <vector>
+
+#include "framework/thread_start.h"
 
 void ZebForRanges(size_t count, const std::function<void(size_t begin, size_t end)>& work) {
     const size_t processors = std::max(1u, std::thread::hardware_concurrency());
@@ -22,16 +23,18 @@ void ZebForRanges(size_t count, const std::function<void(size_t begin, size_t en
             errors[range] = std::current_exception();
         }
     };
-    std::vector<std::thread> threads;
+    // Room for every thread first, so that no thread is left running when a later one fails.
+    std::vector<std::jthread> threads;
+    threads.reserve(ranges - 1);
     for (size_t range = 1; range < ranges; ++range) {
         try {
-            threads.emplace_back(run, range);
-        } catch (const std::system_error&) {
-            run(range);  // no thread to be had: done here instead
+            threads.push_back(ZebStartThread([&run, range] { run(range); }));
+        } catch (...) {
+            run(range);  // no thread to be had (or no memory for one): done here instead
         }
     }
     run(0);
-    for (std::thread& thread : threads) thread.join();
+    threads.clear();  // joins them
     for (const std::exception_ptr& error : errors)
         if (error) std::rethrow_exception(error);
 }

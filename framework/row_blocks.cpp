@@ -45,7 +45,18 @@ struct alignas(8) Header {
 // Blocks follow the chunk's count, each starting with its header.
 static_assert(sizeof(Chunk) % alignof(Header) == 0);
 
-void Release(Chunk* chunk) noexcept { ::munmap(chunk, kChunkBytes); }
+void* MapChunk(size_t bytes) {
+    // The chunk is filled right away: its pages are made in one call rather than one fault each.
+    void* memory = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE,
+                          MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0);
+    return memory == MAP_FAILED ? nullptr : memory;
+}
+void UnmapChunk(void* chunk, size_t bytes) { ::munmap(chunk, bytes); }
+
+constexpr ChunkSource kSystem{&MapChunk, &UnmapChunk};
+std::atomic<const ChunkSource*> g_source{&kSystem};
+
+void Release(Chunk* chunk) noexcept { g_source.load()->unmap(chunk, kChunkBytes); }
 
 void Drop(Chunk* chunk, uint64_t count) noexcept {
     if (chunk->live.fetch_sub(count, std::memory_order_acq_rel) == count) Release(chunk);
@@ -66,11 +77,8 @@ struct Cutter {
         cut = 0;
     }
     void Start() {
-        // The chunk is filled right away: its pages are made in one call rather than one fault
-        // each.
-        void* memory = ::mmap(nullptr, kChunkBytes, PROT_READ | PROT_WRITE,
-                              MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0);
-        if (memory == MAP_FAILED) throw std::bad_alloc();
+        void* memory = g_source.load()->map(kChunkBytes);
+        if (!memory) throw std::bad_alloc();
         Retire();
         chunk = new (memory) Chunk{{kHeld}};
         next = static_cast<char*>(memory) + sizeof(Chunk);
@@ -99,6 +107,12 @@ void* Allocate(size_t bytes) {
     ++cutter.cut;
     return header + 1;
 }
+
+const ChunkSource* SetChunkSource(const ChunkSource* source) {
+    return g_source.exchange(source ? source : &kSystem);
+}
+
+bool CutsFromChunks() { return !kOneByOne; }
 
 void Free(void* block) noexcept {
     if (!block) return;

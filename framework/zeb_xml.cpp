@@ -15,12 +15,12 @@
 #include <optional>
 #include <pugixml.hpp>
 #include <sstream>
-#include <system_error>
 #include <thread>
 #include <utility>
 
 #include "framework/file_beside.h"
 #include "framework/hand_off.h"
+#include "framework/thread_start.h"
 #include "framework/text_convert.h"
 
 namespace {
@@ -120,7 +120,7 @@ public:
     }
     // True when everything was written; errno is the failure's otherwise.
     bool Complete() {
-        if (m_writer) HandOver();
+        if (m_writer.joinable()) HandOver();
         Stop();
         WriteOut(m_filling);  // nothing left here when the writer took it
         m_filling.clear();
@@ -133,14 +133,15 @@ private:
     static constexpr size_t kQueuedBlocks = 2;
 
     void HandOver() {
-        if (!m_writer) {
+        if (!m_writer.joinable()) {
             try {
-                m_writer.emplace([this] {
+                m_writer = ZebStartThread([this] {
                     while (std::optional<std::vector<char>> block = m_blocks.Take())
                         WriteOut(*block);
                 });
-            } catch (const std::system_error&) {
-                WriteOut(m_filling);  // no thread to be had: written here instead
+            } catch (...) {
+                // No thread to be had (or no memory for one): written here instead.
+                WriteOut(m_filling);
                 m_filling.clear();
                 return;
             }
@@ -149,10 +150,9 @@ private:
         m_filling.reserve(kBlock);
     }
     void Stop() {
-        if (!m_writer) return;
+        if (!m_writer.joinable()) return;
         m_blocks.Close();
-        m_writer->join();
-        m_writer.reset();
+        m_writer.join();
     }
     void WriteOut(const std::vector<char>& block) {
         const char* bytes = block.data();
@@ -177,7 +177,7 @@ private:
     int m_fd;
     std::vector<char> m_filling;
     ZebHandOff<std::vector<char>> m_blocks{kQueuedBlocks};
-    std::optional<std::thread> m_writer;
+    std::jthread m_writer;
     // Written by the writer while it runs, read here once it has ended.
     off_t m_written = 0;
     bool m_ok = true;
@@ -360,28 +360,41 @@ bool ZebXMLNode::AppendElements1(
         }
         full(std::move(batch));
     };
-    std::optional<std::thread> writer;
     ZebHandOff<ZebXMLElementText> queue(kQueuedBatches);
+    // When parsing here fails, the writer is told to stop before it is joined.
+    struct Writer {
+        ZebHandOff<ZebXMLElementText>& queue;
+        std::jthread thread;
+        ~Writer() {
+            if (!thread.joinable()) return;
+            queue.LetGo();
+            thread.join();
+        }
+    } writer{queue, {}};
     if (count >= kPipelinedElements) {
         try {
-            writer.emplace([&] {
+            writer.thread = ZebStartThread([&] {
+                struct LetGo {};
                 try {
-                    writeAll([&](ZebXMLElementText&& batch) { queue.Give(std::move(batch)); });
+                    writeAll([&](ZebXMLElementText&& batch) {
+                        if (!queue.Give(std::move(batch))) throw LetGo{};
+                    });
                     queue.Close();
+                } catch (const LetGo&) {
                 } catch (...) {
                     queue.Close(std::current_exception());
                 }
             });
-        } catch (const std::system_error&) {
-            writer.reset();  // no thread to be had: written here instead
+        } catch (...) {
+            // No thread to be had (or no memory for one): written here.
         }
     }
-    if (!writer) {
+    if (!writer.thread.joinable()) {
         writeAll([&](ZebXMLElementText&& batch) { parse(batch); });
         return ok;
     }
     while (std::optional<ZebXMLElementText> batch = queue.Take()) parse(*batch);
-    writer->join();
+    writer.thread.join();
     if (std::exception_ptr error = queue.Error()) std::rethrow_exception(error);
     return ok;
 }

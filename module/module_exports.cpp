@@ -7,6 +7,7 @@
 #include "framework/zeb_rule.h"
 #include "framework/zeb_xml.h"
 #include "module/entry_guard.h"
+#include "module/guarded_rule.h"
 #include "module/rule_catalogue.h"
 
 VANTOR_MODULE_API void SetXMLDoc(ZebXMLDocument* doc) { SetSettingsDocument(doc); }
@@ -25,18 +26,22 @@ VANTOR_MODULE_API void GetAllRules(ZebArray<CZebRule*>* rules) {
 }
 
 // A rule made here whose import fails is destroyed again, so the host gets none. A rule the host
-// passed in stays its own, read as far as the import came.
+// passed in stays its own, read as far as the import came, and refuses to be written.
 VANTOR_MODULE_API void GetRule(ZebXMLNode* node, CZebRule** rule) {
     if (!node || !rule) return;
     CZebResourceScope scope;
     std::unique_ptr<CZebRule> made;
-    const bool done = RunGuarded("GetRule", [&] {
+    bool read = false;
+    RunGuarded("GetRule", [&] {
         std::wstring name;
         node->GetAttributeValue(L"Name", name);
         if (!*rule) made.reset(CreateRuleByName(name));
-        if (CZebRule* target = made ? made.get() : *rule) target->ImportFromXML(node);
+        if (CZebRule* target = made ? made.get() : *rule) {
+            target->ImportFromXML(node);
+            read = !IsRuleSpoiled(*target);
+        }
     });
-    if (done && made) *rule = made.release();
+    if (read && made) *rule = made.release();
 }
 
 VANTOR_MODULE_API void DeleteRule(CZebRule** rule) {

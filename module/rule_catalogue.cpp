@@ -14,6 +14,7 @@
 #include "dialogs/parts/min_clearance_dlg.h"
 #include "dialogs/parts/pref_comp_dlg.h"
 #include "framework/case_fold.h"
+#include "module/guarded_rule.h"
 #include "rules/bolt_screw_rationalization_rule.h"
 #include "rules/contact_material_rule.h"
 #include "rules/fastener_accessibility_rule.h"
@@ -30,10 +31,10 @@
 namespace {
 template <class Rule>
 CZebRule* Make() {
-    return new Rule();
+    return new CGuardedRule<Rule>();
 }
 CZebRule* MakeSlotAlignment() {
-    return new CZEBASMSlotAlignmentCheckRule(IDS_RULE_SLOT_ALIGNMENT, IDS_SUMMARY_SLOT_ALIGNMENT,
+    return new CGuardedRule<CZEBASMSlotAlignmentCheckRule>(IDS_RULE_SLOT_ALIGNMENT, IDS_SUMMARY_SLOT_ALIGNMENT,
                                              13090);
 }
 

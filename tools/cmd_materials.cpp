@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "database/material_db_dlg.h"
-#include "database/material_pair_dlg.h"
+#include "dialogs/database/material_db_dlg.h"
+#include "dialogs/database/material_pair_dlg.h"
 #include "framework/ui/ui_service.h"
 #include "host/host_command.h"
 #include "host/screenshot.h"

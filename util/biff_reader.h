@@ -16,17 +16,17 @@ constexpr const char* kBiffReaderProgram = "vantor-xls-reader";
 constexpr const char* kBiffReaderEnvironment = "VANTOR_XLS_READER";
 
 // Address space of the reader program: libfreexl's cell slots (16 bytes each, for at most the
-// declared cells accepted), the workbook stream and the libraries. AddressSanitizer maps
-// terabytes of shadow memory at start, so a checking build leaves it open (0) and relies on the
-// sanitizer's own allocation checks.
-#if defined(__SANITIZE_ADDRESS__)
-#define VANTOR_ADDRESS_SANITIZER 1
+// declared cells accepted), the workbook stream and the libraries. The address and thread
+// sanitizers map terabytes of shadow memory at start, so a checking build leaves it open (0) and
+// relies on the sanitizer's own allocation checks.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define VANTOR_SHADOW_SANITIZER 1
 #elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define VANTOR_ADDRESS_SANITIZER 1
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define VANTOR_SHADOW_SANITIZER 1
 #endif
 #endif
-#ifdef VANTOR_ADDRESS_SANITIZER
+#ifdef VANTOR_SHADOW_SANITIZER
 constexpr uint64_t kBiffReaderAddressSpace = 0;
 #else
 constexpr uint64_t kBiffReaderAddressSpace = uint64_t(1) << 30;

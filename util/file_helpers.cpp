@@ -172,29 +172,6 @@ char* ToAnsiBuffer(const std::wstring& text) {
     return buffer;
 }
 
-void SplitComponentName(std::wstring& name, std::wstring& extension) {
-    // Extensions are found as names compare everywhere: without regard to letter case.
-    const std::wstring folded = ZebFoldCase(name);
-    const std::wstring& searched = folded.size() == name.size() ? folded : name;
-    for (const wchar_t* candidate : {L".prt", L".asm"}) {
-        const size_t at = searched.find(candidate);
-        if (at != std::wstring::npos) {
-            name.erase(at + 4);
-            extension = candidate;
-            return;
-        }
-    }
-    extension.clear();
-}
-
-bool ComponentNamesDiffer(const std::wstring& first, const std::wstring& second) {
-    std::wstring a = first, b = second, extA, extB;
-    SplitComponentName(a, extA);
-    SplitComponentName(b, extB);
-    if (!ZebEqualsNoCase(a, b)) return true;
-    return !extA.empty() && !extB.empty() && extA != extB;
-}
-
 long ReadShellProperty(const std::wstring& path, const std::wstring& property, std::wstring& value) {
     if (!IsCanonicalPropertyName(property)) {
         std::printf("Invalid property specified: %s\n", ToUtf8(property).c_str());
@@ -225,7 +202,7 @@ long ReadShellProperty(const std::wstring& path, const std::wstring& property, s
 
 std::wstring GetPartDisplayName(const std::wstring& path, const std::wstring& name) {
     std::wstring type;
-    ReadShellProperty(path, L"Siemens.NX.PartType", type);
+    ReadShellProperty(path, L"Vantor.PartType", type);
     if (type != L"Part") return name;
     return name.substr(0, name.find(L'.'));
 }

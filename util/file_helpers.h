@@ -35,14 +35,9 @@ bool WriteImportLogPass(const std::wstring& logPath, bool firstPass, const std::
 // the caller frees it with delete[].
 char* ToAnsiBuffer(const std::wstring& text);
 
-// Cuts `name` just behind its first ".prt" (else ".asm"), in any letter case, and gives that
-// extension in lower case; a name with neither stays whole with an empty extension.
-void SplitComponentName(std::wstring& name, std::wstring& extension);
-// False when both names stand for the same component; letter case does not count.
-bool ComponentNamesDiffer(const std::wstring& first, const std::wstring& second);
-
 // Reads a file property kept as the extended attribute "user.<property>". Returns 0 and sets
 // `value` when the property was read; otherwise a failure code, `value` unchanged.
 long ReadShellProperty(const std::wstring& path, const std::wstring& property, std::wstring& value);
-// `name` cut before its first point when the file's part type reads "Part"; else `name`.
+// `name` cut before its first point when the file's part type (the property "Vantor.PartType")
+// reads "Part"; else `name`.
 std::wstring GetPartDisplayName(const std::wstring& path, const std::wstring& name);

@@ -1,6 +1,6 @@
 #include "util/string_table.h"
 
-#include "util/file_helpers.h"
+#include "util/component_names.h"
 
 namespace {
 const std::wstring kTab = CZEBStringTableParser::kTabTag;

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "framework/folder_check.h"
@@ -78,6 +79,8 @@ IDatabaseCollector* ServerInstance(Cache& cache, const std::string& url) {
     return (cache.servers[url] = std::move(service)).get();
 }
 
+IDatabaseCollector* g_substitute = nullptr;
+
 bool SameFile(const OpenDatabase& entry, const struct stat& st) {
     return entry.device == st.st_dev && entry.inode == st.st_ino;
 }
@@ -100,7 +103,12 @@ std::wstring ZEBDataHelper::GetDatabaseLocation() {
     return url.empty() ? GetDatabaseFile() : FromUtf8(WithoutPassword(url));
 }
 
+IDatabaseCollector* ZEBDataHelper::Substitute(IDatabaseCollector* service) {
+    return std::exchange(g_substitute, service);
+}
+
 IDatabaseCollector* ZEBDataHelper::getInstance() {
+    if (g_substitute) return g_substitute;
     Cache& cache = TheCache();
     if (const std::string url = ServerUrl(); !url.empty()) return ServerInstance(cache, url);
     const std::wstring file = GetDatabaseFile();

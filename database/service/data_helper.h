@@ -18,6 +18,10 @@ public:
     // can change between uses.
     static IDatabaseCollector* getInstance();
 
+    // Puts `service` in the place of the database until it is taken out again with null, so that
+    // tests can drive callers over a service that fails; returns the one it replaces.
+    static IDatabaseCollector* Substitute(IDatabaseCollector* service);
+
     // VANTOR_DATABASE_DIR when set and not empty, else $XDG_DATA_HOME/vantor, else
     // ~/.local/share/vantor. Trailing separators removed.
     static std::wstring GetDatabaseFolder();

@@ -168,12 +168,12 @@ int32_t PostgresDatabase::Transaction(const char* operation, bool write,
     }
 }
 
-int32_t PostgresDatabase::Read(const char* operation, const std::function<int32_t()>& body) {
-    return Transaction(operation, false, body);
+ZebDbResult PostgresDatabase::Read(const char* operation, const std::function<int32_t()>& body) {
+    return static_cast<ZebDbResult>(Transaction(operation, false, body));
 }
 
-int32_t PostgresDatabase::Write(const char* operation, const std::function<int32_t()>& body) {
-    return Transaction(operation, true, body);
+ZebDbResult PostgresDatabase::Write(const char* operation, const std::function<int32_t()>& body) {
+    return static_cast<ZebDbResult>(Transaction(operation, true, body));
 }
 
 int32_t PostgresDatabase::WithTransaction(const char* operation,
@@ -181,10 +181,10 @@ int32_t PostgresDatabase::WithTransaction(const char* operation,
     return Transaction(operation, true, [&] { return body(conn_); });
 }
 
-int32_t PostgresDatabase::ReadTexts(const char* operation, const char* sql,
+ZebDbResult PostgresDatabase::ReadTexts(const char* operation, const char* sql,
                                     std::list<std::wstring>& texts) {
     std::list<std::wstring> read;
-    const int32_t result = Read(operation, [&] {
+    const ZebDbResult result = Read(operation, [&] {
         const PgResult select = Exec(conn_, sql);
         for (int r = 0; r < select.Rows(); ++r) read.push_back(select.Text(r, 0));
         return ZebDbOk;
@@ -195,7 +195,7 @@ int32_t PostgresDatabase::ReadTexts(const char* operation, const char* sql,
 
 // ---- materials ----
 
-int32_t PostgresDatabase::InsertMaterial(const std::wstring& group, const std::wstring& material) {
+ZebDbResult PostgresDatabase::InsertMaterial(const std::wstring& group, const std::wstring& material) {
     // A group another engineer creates at the same moment is waited for and then used.
     Exec(conn_,
          "INSERT INTO material_group(name, name_key) VALUES($1, $2)"
@@ -224,7 +224,7 @@ bool PostgresDatabase::RemoveMaterial(const std::wstring& group, const std::wstr
 
 int32_t PostgresDatabase::MaterialExistsInGroup(const std::wstring& material,
                                                 const std::wstring& group, int32_t) {
-    const int32_t result = Read("MaterialExistsInGroup", [&] {
+    const ZebDbResult result = Read("MaterialExistsInGroup", [&] {
         return Exec(conn_,
                     "SELECT 1 FROM material m JOIN material_group g ON g.id = m.group_id"
                     " WHERE g.name_key = $1 AND m.name_key = $2",
@@ -235,9 +235,9 @@ int32_t PostgresDatabase::MaterialExistsInGroup(const std::wstring& material,
     return result == 1 ? 1 : 0;
 }
 
-int32_t PostgresDatabase::GetMaterialPairs(ZebMaterialPairList& pairs, int32_t) {
+ZebDbResult PostgresDatabase::GetMaterialPairs(ZebMaterialPairList& pairs, int32_t) {
     ZebMaterialPairList read;
-    const int32_t result = Read("GetMaterialPairs", [&] {
+    const ZebDbResult result = Read("GetMaterialPairs", [&] {
         const PgResult select = Exec(conn_,
             "SELECT g.name, m.name FROM material m JOIN material_group g ON g.id = m.group_id"
             " ORDER BY g.name_key, m.name_key");
@@ -248,42 +248,52 @@ int32_t PostgresDatabase::GetMaterialPairs(ZebMaterialPairList& pairs, int32_t) 
     return result;
 }
 
-int32_t PostgresDatabase::AddMaterial(const std::wstring& group, const std::wstring& material,
+ZebDbResult PostgresDatabase::AddMaterial(const std::wstring& group, const std::wstring& material,
                                       int32_t) {
     if (group.empty() || material.empty()) return ZebDbFailed;
     return Write("AddMaterial", [&] { return InsertMaterial(group, material); });
 }
 
-int32_t PostgresDatabase::DeleteMaterial(const std::wstring& group, const std::wstring& material,
+ZebDbResult PostgresDatabase::DeleteMaterial(const std::wstring& group, const std::wstring& material,
                                          int32_t) {
     return Write("DeleteMaterial",
                  [&] { return RemoveMaterial(group, material) ? ZebDbOk : ZebDbFailed; });
 }
 
-int32_t PostgresDatabase::UndoAddedMaterials(const ZebMaterialPairList& added, int32_t) {
+ZebDbResult PostgresDatabase::UndoAddedMaterials(const ZebMaterialPairList& added, int32_t) {
     return Write("UndoAddedMaterials", [&] {
         for (const auto& [group, material] : added) RemoveMaterial(group, material);
         return ZebDbOk;
     });
 }
 
-int32_t PostgresDatabase::UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t) {
+ZebDbResult PostgresDatabase::UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t) {
     return Write("UndoDeletedMaterials", [&] {
         for (const auto& [group, material] : deleted)
-            if (!group.empty() && !material.empty()) InsertMaterial(group, material);
+            if (!group.empty() && !material.empty()) (void)InsertMaterial(group, material);  // one there already stays
         return ZebDbOk;
     });
 }
 
-int32_t PostgresDatabase::GetMaterialGroups(std::list<std::wstring>& groups, int32_t) {
+ZebDbResult PostgresDatabase::UndoMaterialChanges(const ZebMaterialPairList& added,
+                                              const ZebMaterialPairList& deleted, int32_t) {
+    return Write("UndoMaterialChanges", [&] {
+        for (const auto& [group, material] : added) RemoveMaterial(group, material);
+        for (const auto& [group, material] : deleted)
+            if (!group.empty() && !material.empty()) (void)InsertMaterial(group, material);  // one there already stays
+        return ZebDbOk;
+    });
+}
+
+ZebDbResult PostgresDatabase::GetMaterialGroups(std::list<std::wstring>& groups, int32_t) {
     return ReadTexts("GetMaterialGroups", "SELECT name FROM material_group ORDER BY name_key",
                      groups);
 }
 
-int32_t PostgresDatabase::GetGroupMaterials(const std::wstring& group, std::wstring& materials,
+ZebDbResult PostgresDatabase::GetGroupMaterials(const std::wstring& group, std::wstring& materials,
                                             int32_t) {
     std::wstring joined;
-    const int32_t result = Read("GetGroupMaterials", [&] {
+    const ZebDbResult result = Read("GetGroupMaterials", [&] {
         const PgResult select = Exec(conn_,
             "SELECT m.name FROM material m JOIN material_group g ON g.id = m.group_id"
             " WHERE g.name_key = $1 ORDER BY m.name_key",
@@ -310,16 +320,16 @@ int32_t PostgresDatabase::CheckMaterialUse(const std::wstring& material, const s
 
 // ---- fastener names ----
 
-int32_t PostgresDatabase::GetFastenerNames(std::list<std::wstring>& names) {
+ZebDbResult PostgresDatabase::GetFastenerNames(std::list<std::wstring>& names) {
     return ReadTexts("GetFastenerNames", "SELECT name FROM fastener_name ORDER BY id", names);
 }
 
-int32_t PostgresDatabase::GetAlternateFastenerNames(std::list<std::wstring>& names) {
+ZebDbResult PostgresDatabase::GetAlternateFastenerNames(std::list<std::wstring>& names) {
     return ReadTexts("GetAlternateFastenerNames",
                      "SELECT alternate FROM fastener_name WHERE alternate <> '' ORDER BY id", names);
 }
 
-int32_t PostgresDatabase::SetFastenerAttribute(const std::wstring& designation,
+ZebDbResult PostgresDatabase::SetFastenerAttribute(const std::wstring& designation,
                                                const std::wstring& text) {
     if (designation.empty()) return ZebDbFailed;
     return Write("SetFastenerAttribute", [&] {
@@ -332,7 +342,7 @@ int32_t PostgresDatabase::SetFastenerAttribute(const std::wstring& designation,
     });
 }
 
-int32_t PostgresDatabase::AddFastenerName(const std::wstring& name) {
+ZebDbResult PostgresDatabase::AddFastenerName(const std::wstring& name) {
     if (name.empty()) return ZebDbFailed;
     return Write("AddFastenerName", [&] {
         // Of two engineers adding the same name at once, the second waits on the key and then
@@ -345,14 +355,14 @@ int32_t PostgresDatabase::AddFastenerName(const std::wstring& name) {
     });
 }
 
-int32_t PostgresDatabase::DeleteFastenerName(const std::wstring& name) {
+ZebDbResult PostgresDatabase::DeleteFastenerName(const std::wstring& name) {
     return Write("DeleteFastenerName", [&] {
         return Exec(conn_, "DELETE FROM fastener_name WHERE name_key = $1", {ZebFoldCase(name)})
                        .Affected() == 0 ? ZebDbFailed : ZebDbOk;
     });
 }
 
-int32_t PostgresDatabase::RenameFastenerName(const std::wstring& oldName,
+ZebDbResult PostgresDatabase::RenameFastenerName(const std::wstring& oldName,
                                              const std::wstring& newName) {
     if (newName.empty()) return ZebDbFailed;
     return Write("RenameFastenerName", [&] {
@@ -370,9 +380,9 @@ int32_t PostgresDatabase::RenameFastenerName(const std::wstring& oldName,
 
 // ---- hardware records ----
 
-int32_t PostgresDatabase::GetHardwareList(std::list<ZebHardwareRecord>& records) {
+ZebDbResult PostgresDatabase::GetHardwareList(std::list<ZebHardwareRecord>& records) {
     std::list<ZebHardwareRecord> read;
-    const int32_t result = Read("GetHardwareList", [&] {
+    const ZebDbResult result = Read("GetHardwareList", [&] {
         const PgResult select = Exec(conn_,
             "SELECT id, designation, kind, standard, thread, length, material FROM hardware"
             " ORDER BY designation_key");
@@ -385,10 +395,10 @@ int32_t PostgresDatabase::GetHardwareList(std::list<ZebHardwareRecord>& records)
     return result;
 }
 
-int32_t PostgresDatabase::AddHardwareRecord(ZebHardwareRecord& record) {
+ZebDbResult PostgresDatabase::AddHardwareRecord(ZebHardwareRecord& record) {
     if (record.designation.empty()) return ZebDbFailed;
     int64_t id = 0;
-    const int32_t result = Write("AddHardwareRecord", [&] {
+    const ZebDbResult result = Write("AddHardwareRecord", [&] {
         const PgResult insert = Exec(conn_,
             "INSERT INTO hardware(designation, designation_key, kind, standard, thread, length,"
             " material, material_key) VALUES($1, $2, $3, $4, $5, $6, $7, $8)"
@@ -403,7 +413,7 @@ int32_t PostgresDatabase::AddHardwareRecord(ZebHardwareRecord& record) {
     return result;
 }
 
-int32_t PostgresDatabase::UpdateHardwareRecord(const ZebHardwareRecord& record) {
+ZebDbResult PostgresDatabase::UpdateHardwareRecord(const ZebHardwareRecord& record) {
     if (record.designation.empty()) return ZebDbFailed;
     return Write("UpdateHardwareRecord", [&] {
         try {
@@ -423,25 +433,25 @@ int32_t PostgresDatabase::UpdateHardwareRecord(const ZebHardwareRecord& record) 
     });
 }
 
-int32_t PostgresDatabase::DeleteHardwareRecord(int64_t id) {
+ZebDbResult PostgresDatabase::DeleteHardwareRecord(int64_t id) {
     return Write("DeleteHardwareRecord", [&] {
         return Exec(conn_, "DELETE FROM hardware WHERE id = $1", {id}).Affected() == 0 ? ZebDbFailed
                                                                                        : ZebDbOk;
     });
 }
 
-int32_t PostgresDatabase::GetThreadSizes(std::list<std::wstring>& threads) {
+ZebDbResult PostgresDatabase::GetThreadSizes(std::list<std::wstring>& threads) {
     return ReadTexts("GetThreadSizes", "SELECT text FROM thread_size ORDER BY diameter", threads);
 }
 
 // ---- interference ignore list ----
 
-int32_t PostgresDatabase::GetInterferenceIgnoreList(std::list<std::wstring>& names) {
+ZebDbResult PostgresDatabase::GetInterferenceIgnoreList(std::list<std::wstring>& names) {
     return ReadTexts("GetInterferenceIgnoreList", "SELECT name FROM ignore_item ORDER BY position",
                      names);
 }
 
-int32_t PostgresDatabase::SaveInterferenceIgnoreList(const std::list<std::wstring>& names) {
+ZebDbResult PostgresDatabase::SaveInterferenceIgnoreList(const std::list<std::wstring>& names) {
     return Write("SaveInterferenceIgnoreList", [&] {
         ExecScript(conn_, "DELETE FROM ignore_item");
         int64_t position = 0;
@@ -453,10 +463,10 @@ int32_t PostgresDatabase::SaveInterferenceIgnoreList(const std::list<std::wstrin
 
 // ---- attribute sets and the database itself ----
 
-int32_t PostgresDatabase::GetAttributeData(const std::wstring& setName,
+ZebDbResult PostgresDatabase::GetAttributeData(const std::wstring& setName,
                                            std::map<std::wstring, std::wstring>& data) {
     std::map<std::wstring, std::wstring> read;
-    const int32_t result = Read("GetAttributeData", [&] {
+    const ZebDbResult result = Read("GetAttributeData", [&] {
         const PgResult select = Exec(conn_,
             "SELECT designation, value FROM attribute WHERE set_name = $1", {setName});
         for (int r = 0; r < select.Rows(); ++r) read[select.Text(r, 0)] = select.Text(r, 1);
@@ -466,7 +476,7 @@ int32_t PostgresDatabase::GetAttributeData(const std::wstring& setName,
     return result;
 }
 
-int32_t PostgresDatabase::GetDatabaseName(std::wstring& name) {
+ZebDbResult PostgresDatabase::GetDatabaseName(std::wstring& name) {
     return Read("GetDatabaseName", [&] {
         const PgResult select = Exec(conn_, "SELECT value FROM meta WHERE key = 'name'");
         if (select.Rows() == 0) return ZebDbFailed;

@@ -127,18 +127,18 @@ int32_t SqliteDatabase::Transaction(const char* operation, bool write,
     }
 }
 
-int32_t SqliteDatabase::Read(const char* operation, const std::function<int32_t()>& body) {
-    return Transaction(operation, false, body);
+ZebDbResult SqliteDatabase::Read(const char* operation, const std::function<int32_t()>& body) {
+    return static_cast<ZebDbResult>(Transaction(operation, false, body));
 }
 
-int32_t SqliteDatabase::Write(const char* operation, const std::function<int32_t()>& body) {
-    return Transaction(operation, true, body);
+ZebDbResult SqliteDatabase::Write(const char* operation, const std::function<int32_t()>& body) {
+    return static_cast<ZebDbResult>(Transaction(operation, true, body));
 }
 
-int32_t SqliteDatabase::ReadTexts(const char* operation, const char* sql,
+ZebDbResult SqliteDatabase::ReadTexts(const char* operation, const char* sql,
                                   std::list<std::wstring>& texts) {
     std::list<std::wstring> read;
-    const int32_t result = Read(operation, [&] {
+    const ZebDbResult result = Read(operation, [&] {
         Statement select(db_, sql);
         while (select.Step()) read.push_back(select.Text(0));
         return ZebDbOk;
@@ -149,7 +149,7 @@ int32_t SqliteDatabase::ReadTexts(const char* operation, const char* sql,
 
 // ---- materials ----
 
-int32_t SqliteDatabase::InsertMaterial(const std::wstring& group, const std::wstring& material) {
+ZebDbResult SqliteDatabase::InsertMaterial(const std::wstring& group, const std::wstring& material) {
     int64_t groupId = GroupId(db_, group);
     if (groupId == 0) {
         Statement insert(db_, "INSERT INTO material_group(name, name_key) VALUES(?1, ?2)");
@@ -178,7 +178,7 @@ bool SqliteDatabase::RemoveMaterial(const std::wstring& group, const std::wstrin
 
 int32_t SqliteDatabase::MaterialExistsInGroup(const std::wstring& material,
                                               const std::wstring& group, int32_t) {
-    const int32_t result = Read("MaterialExistsInGroup", [&] {
+    const ZebDbResult result = Read("MaterialExistsInGroup", [&] {
         Statement find(db_,
             "SELECT 1 FROM material m JOIN material_group g ON g.id = m.group_id"
             " WHERE g.name_key = ?1 AND m.name_key = ?2");
@@ -189,9 +189,9 @@ int32_t SqliteDatabase::MaterialExistsInGroup(const std::wstring& material,
     return result == 1 ? 1 : 0;
 }
 
-int32_t SqliteDatabase::GetMaterialPairs(ZebMaterialPairList& pairs, int32_t) {
+ZebDbResult SqliteDatabase::GetMaterialPairs(ZebMaterialPairList& pairs, int32_t) {
     ZebMaterialPairList read;
-    const int32_t result = Read("GetMaterialPairs", [&] {
+    const ZebDbResult result = Read("GetMaterialPairs", [&] {
         Statement select(db_,
             "SELECT g.name, m.name FROM material m JOIN material_group g ON g.id = m.group_id"
             " ORDER BY g.name_key, m.name_key");
@@ -202,42 +202,52 @@ int32_t SqliteDatabase::GetMaterialPairs(ZebMaterialPairList& pairs, int32_t) {
     return result;
 }
 
-int32_t SqliteDatabase::AddMaterial(const std::wstring& group, const std::wstring& material,
+ZebDbResult SqliteDatabase::AddMaterial(const std::wstring& group, const std::wstring& material,
                                     int32_t) {
     if (group.empty() || material.empty()) return ZebDbFailed;
     return Write("AddMaterial", [&] { return InsertMaterial(group, material); });
 }
 
-int32_t SqliteDatabase::DeleteMaterial(const std::wstring& group, const std::wstring& material,
+ZebDbResult SqliteDatabase::DeleteMaterial(const std::wstring& group, const std::wstring& material,
                                        int32_t) {
     return Write("DeleteMaterial",
                  [&] { return RemoveMaterial(group, material) ? ZebDbOk : ZebDbFailed; });
 }
 
-int32_t SqliteDatabase::UndoAddedMaterials(const ZebMaterialPairList& added, int32_t) {
+ZebDbResult SqliteDatabase::UndoAddedMaterials(const ZebMaterialPairList& added, int32_t) {
     return Write("UndoAddedMaterials", [&] {
         for (const auto& [group, material] : added) RemoveMaterial(group, material);
         return ZebDbOk;
     });
 }
 
-int32_t SqliteDatabase::UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t) {
+ZebDbResult SqliteDatabase::UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t) {
     return Write("UndoDeletedMaterials", [&] {
         for (const auto& [group, material] : deleted)
-            if (!group.empty() && !material.empty()) InsertMaterial(group, material);
+            if (!group.empty() && !material.empty()) (void)InsertMaterial(group, material);  // one there already stays
         return ZebDbOk;
     });
 }
 
-int32_t SqliteDatabase::GetMaterialGroups(std::list<std::wstring>& groups, int32_t) {
+ZebDbResult SqliteDatabase::UndoMaterialChanges(const ZebMaterialPairList& added,
+                                              const ZebMaterialPairList& deleted, int32_t) {
+    return Write("UndoMaterialChanges", [&] {
+        for (const auto& [group, material] : added) RemoveMaterial(group, material);
+        for (const auto& [group, material] : deleted)
+            if (!group.empty() && !material.empty()) (void)InsertMaterial(group, material);  // one there already stays
+        return ZebDbOk;
+    });
+}
+
+ZebDbResult SqliteDatabase::GetMaterialGroups(std::list<std::wstring>& groups, int32_t) {
     return ReadTexts("GetMaterialGroups", "SELECT name FROM material_group ORDER BY name_key",
                      groups);
 }
 
-int32_t SqliteDatabase::GetGroupMaterials(const std::wstring& group, std::wstring& materials,
+ZebDbResult SqliteDatabase::GetGroupMaterials(const std::wstring& group, std::wstring& materials,
                                           int32_t) {
     std::wstring joined;
-    const int32_t result = Read("GetGroupMaterials", [&] {
+    const ZebDbResult result = Read("GetGroupMaterials", [&] {
         Statement select(db_,
             "SELECT m.name FROM material m JOIN material_group g ON g.id = m.group_id"
             " WHERE g.name_key = ?1 ORDER BY m.name_key");
@@ -265,16 +275,16 @@ int32_t SqliteDatabase::CheckMaterialUse(const std::wstring& material, const std
 
 // ---- fastener names ----
 
-int32_t SqliteDatabase::GetFastenerNames(std::list<std::wstring>& names) {
+ZebDbResult SqliteDatabase::GetFastenerNames(std::list<std::wstring>& names) {
     return ReadTexts("GetFastenerNames", "SELECT name FROM fastener_name ORDER BY id", names);
 }
 
-int32_t SqliteDatabase::GetAlternateFastenerNames(std::list<std::wstring>& names) {
+ZebDbResult SqliteDatabase::GetAlternateFastenerNames(std::list<std::wstring>& names) {
     return ReadTexts("GetAlternateFastenerNames",
                      "SELECT alternate FROM fastener_name WHERE alternate <> '' ORDER BY id", names);
 }
 
-int32_t SqliteDatabase::SetFastenerAttribute(const std::wstring& designation,
+ZebDbResult SqliteDatabase::SetFastenerAttribute(const std::wstring& designation,
                                              const std::wstring& text) {
     if (designation.empty()) return ZebDbFailed;
     return Write("SetFastenerAttribute", [&] {
@@ -288,7 +298,7 @@ int32_t SqliteDatabase::SetFastenerAttribute(const std::wstring& designation,
     });
 }
 
-int32_t SqliteDatabase::AddFastenerName(const std::wstring& name) {
+ZebDbResult SqliteDatabase::AddFastenerName(const std::wstring& name) {
     if (name.empty()) return ZebDbFailed;
     return Write("AddFastenerName", [&] {
         Statement insert(db_,
@@ -299,7 +309,7 @@ int32_t SqliteDatabase::AddFastenerName(const std::wstring& name) {
     });
 }
 
-int32_t SqliteDatabase::DeleteFastenerName(const std::wstring& name) {
+ZebDbResult SqliteDatabase::DeleteFastenerName(const std::wstring& name) {
     return Write("DeleteFastenerName", [&] {
         Statement remove(db_, "DELETE FROM fastener_name WHERE name_key = ?1");
         remove.Bind(1, ZebFoldCase(name)).Run();
@@ -307,7 +317,7 @@ int32_t SqliteDatabase::DeleteFastenerName(const std::wstring& name) {
     });
 }
 
-int32_t SqliteDatabase::RenameFastenerName(const std::wstring& oldName,
+ZebDbResult SqliteDatabase::RenameFastenerName(const std::wstring& oldName,
                                            const std::wstring& newName) {
     if (newName.empty()) return ZebDbFailed;
     return Write("RenameFastenerName", [&] {
@@ -321,9 +331,9 @@ int32_t SqliteDatabase::RenameFastenerName(const std::wstring& oldName,
 
 // ---- hardware records ----
 
-int32_t SqliteDatabase::GetHardwareList(std::list<ZebHardwareRecord>& records) {
+ZebDbResult SqliteDatabase::GetHardwareList(std::list<ZebHardwareRecord>& records) {
     std::list<ZebHardwareRecord> read;
-    const int32_t result = Read("GetHardwareList", [&] {
+    const ZebDbResult result = Read("GetHardwareList", [&] {
         Statement select(db_,
             "SELECT id, designation, kind, standard, thread, length, material FROM hardware"
             " ORDER BY designation_key");
@@ -336,10 +346,10 @@ int32_t SqliteDatabase::GetHardwareList(std::list<ZebHardwareRecord>& records) {
     return result;
 }
 
-int32_t SqliteDatabase::AddHardwareRecord(ZebHardwareRecord& record) {
+ZebDbResult SqliteDatabase::AddHardwareRecord(ZebHardwareRecord& record) {
     if (record.designation.empty()) return ZebDbFailed;
     int64_t id = 0;
-    const int32_t result = Write("AddHardwareRecord", [&] {
+    const ZebDbResult result = Write("AddHardwareRecord", [&] {
         Statement insert(db_,
             "INSERT INTO hardware(designation, designation_key, kind, standard, thread, length,"
             " material, material_key) VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"
@@ -356,7 +366,7 @@ int32_t SqliteDatabase::AddHardwareRecord(ZebHardwareRecord& record) {
     return result;
 }
 
-int32_t SqliteDatabase::UpdateHardwareRecord(const ZebHardwareRecord& record) {
+ZebDbResult SqliteDatabase::UpdateHardwareRecord(const ZebHardwareRecord& record) {
     if (record.designation.empty()) return ZebDbFailed;
     return Write("UpdateHardwareRecord", [&] {
         Statement stored(db_, "SELECT 1 FROM hardware WHERE id = ?1");
@@ -376,7 +386,7 @@ int32_t SqliteDatabase::UpdateHardwareRecord(const ZebHardwareRecord& record) {
     });
 }
 
-int32_t SqliteDatabase::DeleteHardwareRecord(int64_t id) {
+ZebDbResult SqliteDatabase::DeleteHardwareRecord(int64_t id) {
     return Write("DeleteHardwareRecord", [&] {
         Statement remove(db_, "DELETE FROM hardware WHERE id = ?1");
         remove.Bind(1, id).Run();
@@ -384,18 +394,18 @@ int32_t SqliteDatabase::DeleteHardwareRecord(int64_t id) {
     });
 }
 
-int32_t SqliteDatabase::GetThreadSizes(std::list<std::wstring>& threads) {
+ZebDbResult SqliteDatabase::GetThreadSizes(std::list<std::wstring>& threads) {
     return ReadTexts("GetThreadSizes", "SELECT text FROM thread_size ORDER BY diameter", threads);
 }
 
 // ---- interference ignore list ----
 
-int32_t SqliteDatabase::GetInterferenceIgnoreList(std::list<std::wstring>& names) {
+ZebDbResult SqliteDatabase::GetInterferenceIgnoreList(std::list<std::wstring>& names) {
     return ReadTexts("GetInterferenceIgnoreList", "SELECT name FROM ignore_item ORDER BY position",
                      names);
 }
 
-int32_t SqliteDatabase::SaveInterferenceIgnoreList(const std::list<std::wstring>& names) {
+ZebDbResult SqliteDatabase::SaveInterferenceIgnoreList(const std::list<std::wstring>& names) {
     return Write("SaveInterferenceIgnoreList", [&] {
         Execute(db_, "DELETE FROM ignore_item");
         Statement insert(db_, "INSERT INTO ignore_item(position, name) VALUES(?1, ?2)");
@@ -410,10 +420,10 @@ int32_t SqliteDatabase::SaveInterferenceIgnoreList(const std::list<std::wstring>
 
 // ---- attribute sets and the database itself ----
 
-int32_t SqliteDatabase::GetAttributeData(const std::wstring& setName,
+ZebDbResult SqliteDatabase::GetAttributeData(const std::wstring& setName,
                                          std::map<std::wstring, std::wstring>& data) {
     std::map<std::wstring, std::wstring> read;
-    const int32_t result = Read("GetAttributeData", [&] {
+    const ZebDbResult result = Read("GetAttributeData", [&] {
         Statement select(db_, "SELECT designation, value FROM attribute WHERE set_name = ?1");
         select.Bind(1, setName);
         while (select.Step()) read[select.Text(0)] = select.Text(1);
@@ -423,7 +433,7 @@ int32_t SqliteDatabase::GetAttributeData(const std::wstring& setName,
     return result;
 }
 
-int32_t SqliteDatabase::GetDatabaseName(std::wstring& name) {
+ZebDbResult SqliteDatabase::GetDatabaseName(std::wstring& name) {
     return Read("GetDatabaseName", [&] {
         Statement select(db_, "SELECT value FROM meta WHERE key = 'name'");
         if (!select.Step()) return ZebDbFailed;

@@ -31,34 +31,36 @@ public:
 
     int32_t MaterialExistsInGroup(const std::wstring& material, const std::wstring& group,
                                   int32_t reserved) override;
-    int32_t GetMaterialPairs(ZebMaterialPairList& pairs, int32_t reserved) override;
-    int32_t AddMaterial(const std::wstring& group, const std::wstring& material,
+    ZebDbResult GetMaterialPairs(ZebMaterialPairList& pairs, int32_t reserved) override;
+    ZebDbResult AddMaterial(const std::wstring& group, const std::wstring& material,
                         int32_t reserved) override;
-    int32_t DeleteMaterial(const std::wstring& group, const std::wstring& material,
+    ZebDbResult DeleteMaterial(const std::wstring& group, const std::wstring& material,
                            int32_t reserved) override;
-    int32_t UndoAddedMaterials(const ZebMaterialPairList& added, int32_t reserved) override;
-    int32_t UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t reserved) override;
-    int32_t GetMaterialGroups(std::list<std::wstring>& groups, int32_t reserved) override;
-    int32_t GetGroupMaterials(const std::wstring& group, std::wstring& materials,
+    ZebDbResult UndoAddedMaterials(const ZebMaterialPairList& added, int32_t reserved) override;
+    ZebDbResult UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t reserved) override;
+    ZebDbResult GetMaterialGroups(std::list<std::wstring>& groups, int32_t reserved) override;
+    ZebDbResult GetGroupMaterials(const std::wstring& group, std::wstring& materials,
                               int32_t reserved) override;
     int32_t CheckMaterialUse(const std::wstring& material, const std::wstring& group,
                              int32_t reserved) override;
-    int32_t GetFastenerNames(std::list<std::wstring>& names) override;
-    int32_t GetAlternateFastenerNames(std::list<std::wstring>& names) override;
-    int32_t SetFastenerAttribute(const std::wstring& designation, const std::wstring& text) override;
-    int32_t AddFastenerName(const std::wstring& name) override;
-    int32_t DeleteFastenerName(const std::wstring& name) override;
-    int32_t RenameFastenerName(const std::wstring& oldName, const std::wstring& newName) override;
-    int32_t GetHardwareList(std::list<ZebHardwareRecord>& records) override;
-    int32_t GetInterferenceIgnoreList(std::list<std::wstring>& names) override;
-    int32_t SaveInterferenceIgnoreList(const std::list<std::wstring>& names) override;
-    int32_t GetAttributeData(const std::wstring& setName,
+    ZebDbResult GetFastenerNames(std::list<std::wstring>& names) override;
+    ZebDbResult GetAlternateFastenerNames(std::list<std::wstring>& names) override;
+    ZebDbResult SetFastenerAttribute(const std::wstring& designation, const std::wstring& text) override;
+    ZebDbResult AddFastenerName(const std::wstring& name) override;
+    ZebDbResult DeleteFastenerName(const std::wstring& name) override;
+    ZebDbResult RenameFastenerName(const std::wstring& oldName, const std::wstring& newName) override;
+    ZebDbResult GetHardwareList(std::list<ZebHardwareRecord>& records) override;
+    ZebDbResult GetInterferenceIgnoreList(std::list<std::wstring>& names) override;
+    ZebDbResult SaveInterferenceIgnoreList(const std::list<std::wstring>& names) override;
+    ZebDbResult GetAttributeData(const std::wstring& setName,
                              std::map<std::wstring, std::wstring>& data) override;
-    int32_t AddHardwareRecord(ZebHardwareRecord& record) override;
-    int32_t UpdateHardwareRecord(const ZebHardwareRecord& record) override;
-    int32_t DeleteHardwareRecord(int64_t id) override;
-    int32_t GetThreadSizes(std::list<std::wstring>& threads) override;
-    int32_t GetDatabaseName(std::wstring& name) override;
+    ZebDbResult AddHardwareRecord(ZebHardwareRecord& record) override;
+    ZebDbResult UpdateHardwareRecord(const ZebHardwareRecord& record) override;
+    ZebDbResult DeleteHardwareRecord(int64_t id) override;
+    ZebDbResult GetThreadSizes(std::list<std::wstring>& threads) override;
+    ZebDbResult GetDatabaseName(std::wstring& name) override;
+    ZebDbResult UndoMaterialChanges(const ZebMaterialPairList& added,
+                                    const ZebMaterialPairList& deleted, int32_t reserved) override;
     std::wstring GetDatabasePath() const override { return path_; }
 
 private:
@@ -66,16 +68,16 @@ private:
 
     // Runs `body` in one transaction. A failed SQLite call rolls back, is reported on standard
     // error and gives -1; a write whose body returns non-zero is rolled back as well.
-    int32_t Read(const char* operation, const std::function<int32_t()>& body);
-    int32_t Write(const char* operation, const std::function<int32_t()>& body);
+    ZebDbResult Read(const char* operation, const std::function<int32_t()>& body);
+    ZebDbResult Write(const char* operation, const std::function<int32_t()>& body);
     int32_t Transaction(const char* operation, bool write, const std::function<int32_t()>& body);
 
     // Shared by the single changes and their undo. 0 stored, 5 already there.
-    int32_t InsertMaterial(const std::wstring& group, const std::wstring& material);
+    ZebDbResult InsertMaterial(const std::wstring& group, const std::wstring& material);
     // True when the pair was stored; a group left empty goes too.
     bool RemoveMaterial(const std::wstring& group, const std::wstring& material);
     // A column of texts, in the query's order.
-    int32_t ReadTexts(const char* operation, const char* sql, std::list<std::wstring>& texts);
+    ZebDbResult ReadTexts(const char* operation, const char* sql, std::list<std::wstring>& texts);
 
     sqlite3* db_;
     std::wstring path_;

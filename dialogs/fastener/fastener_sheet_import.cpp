@@ -7,7 +7,7 @@
 
 #include "app/assembly_rules_app.h"
 #include "controls/sheet_import.h"
-#include "database/fastener_error_dlg.h"
+#include "dialogs/database/fastener_error_dlg.h"
 #include "dialogs/common/fastener_additions.h"
 #include "framework/case_fold.h"
 #include "framework/ui/ui_service.h"

@@ -9,7 +9,7 @@
 #include "app/help_topics.h"
 #include "controls/wrapper_combo_ctrl.h"
 #include "controls/zeb_asm_recomm_thread_conn_list_ctrl.h"
-#include "database/thread_size_dlg.h"
+#include "dialogs/database/thread_size_dlg.h"
 #include "dialogs/common/parameter_controls.h"
 #include "dialogs/common/severity_list.h"
 #include "framework/ui/control_id.h"

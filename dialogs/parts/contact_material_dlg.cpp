@@ -11,7 +11,7 @@
 #include "controls/database_module.h"
 #include "controls/double_edit_ex.h"
 #include "controls/wrapper_combo_ctrl.h"
-#include "database/material_db_dlg.h"
+#include "dialogs/database/material_db_dlg.h"
 #include "dialogs/common/parameter_controls.h"
 #include "dialogs/common/severity_list.h"
 #include "dialogs/parts/zeb_asm_contact_material_list_ctrl.h"

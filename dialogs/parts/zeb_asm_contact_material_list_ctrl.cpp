@@ -1,7 +1,7 @@
 #include "dialogs/parts/zeb_asm_contact_material_list_ctrl.h"
 
 #include "app/assembly_rules_app.h"
-#include "database/material_pair_dlg.h"
+#include "dialogs/database/material_pair_dlg.h"
 
 void CZEBAsmContactMaterialListCtrl::SetOwner(QWidget* owner, CZebRule* rule) {
     m_owner = owner;

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "controls/zeb_list_ctrl.h"
-#include "database/material_tree.h"
+#include "dialogs/database/material_tree.h"
 
 class CZebRule;
 

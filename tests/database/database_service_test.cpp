@@ -235,6 +235,14 @@ TEST_P(DatabaseServiceOn, MaterialsBelongToGroupsAndUndoRestoresTheEarlierState)
     // undoing twice changes nothing more
     EXPECT_EQ(db->UndoDeletedMaterials(deleted, 0), ZebDbOk);
     EXPECT_EQ(Pairs(*db), before);
+
+    // Both lists at once, as the editor's Cancel takes them back.
+    for (const auto& [group, material] : added) EXPECT_EQ(db->AddMaterial(group, material, 0), ZebDbOk);
+    for (const auto& [group, material] : deleted) EXPECT_EQ(db->DeleteMaterial(group, material, 0), ZebDbOk);
+    EXPECT_NE(Pairs(*db), before);
+    EXPECT_EQ(db->UndoMaterialChanges(added, deleted, 0), ZebDbOk);
+    EXPECT_EQ(Pairs(*db), before);
+    EXPECT_EQ(Groups(*db), groupsBefore);
 }
 
 TEST_P(DatabaseServiceOn, MaterialInUseByHardwareRecordsAsksForANotice) {

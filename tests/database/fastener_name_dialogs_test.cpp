@@ -17,12 +17,13 @@
 #include "app/assembly_rules_app.h"
 #include "controls/hyper_link.h"
 #include "controls/zeb_button.h"
-#include "database/fastener_error_dlg.h"
-#include "database/fastener_name_database_dlg.h"
-#include "database/fastener_name_database_list_ctrl.h"
+#include "dialogs/database/fastener_error_dlg.h"
+#include "dialogs/database/fastener_name_database_dlg.h"
+#include "dialogs/database/fastener_name_database_list_ctrl.h"
 #include "framework/resource_library.h"
 #include "framework/ui/recording_ui_service.h"
 #include "tests/database/db_test_support.h"
+#include "tests/database/failing_database.h"
 #include "tests/support/module_environment.h"
 #include "tests/ui/qt_test_app.h"
 
@@ -35,7 +36,9 @@ constexpr const char* kDatabaseModule = VANTOR_BUILD_DIR "/tests/ZEBDatabaseu.so
 Names StoredNames() {
     std::list<std::wstring> names;
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
-    if (db) db->GetFastenerNames(names);
+    if (db) {
+        EXPECT_EQ(db->GetFastenerNames(names), ZebDbOk);
+    }
     return Names(names.begin(), names.end());
 }
 bool Stored(const std::wstring& name) {
@@ -281,11 +284,12 @@ TEST_F(FastenerNameDialogTest, DeletingPassesUpperCaseNames) {
     EXPECT_EQ(ui.messages[0].text, Text(IDS_DATABASE_DELETE_FAILED));
     EXPECT_EQ(d.row(L"Maß 8"), -1);
 
-    // The button says nothing when the database refuses; the spare row comes back.
+    // The button says so too when the database refuses; the spare row comes back.
     d.select({d.row(L"ISO 4032 M20"), d.table().GetRowCount() - 1});
     ASSERT_EQ(db->DeleteFastenerName(L"ISO 4032 M20"), ZebDbOk);
     d.button(Dlg::kDeleteId)->click();
-    EXPECT_EQ(ui.messages.size(), 1u);
+    ASSERT_EQ(ui.messages.size(), 2u);
+    EXPECT_EQ(ui.messages[1].text, Text(IDS_DATABASE_DELETE_FAILED));
     EXPECT_EQ(d.row(L"ISO 4032 M20"), -1);
     EXPECT_EQ(d.column().back(), L"");
 }
@@ -368,6 +372,38 @@ TEST_F(FastenerNameDialogTest, ImportAddsNewNamesInUpperCaseAtTheirRows) {
     EXPECT_EQ(ui.messages[1].text, Text(IDS_SHEET_NO_FASTENER_NAMES));
     EXPECT_EQ(ui.messages[1].icon, ZebMsgIcon::Warning);
     EXPECT_EQ(StoredNames(), stored);
+}
+
+// A list that cannot be read is said to be so, and an import that cannot check for repeats, or
+// whose names are not stored, puts nothing into the table that the database does not hold.
+TEST_F(FastenerNameDialogTest, DatabaseFailuresAreToldAndTheTableHoldsOnlyStoredNames) {
+    FailingDatabase db;
+    db.failing = {"GetFastenerNames"};
+    {
+        NameDialog d;
+        ASSERT_EQ(ui.messages.size(), 1u);
+        EXPECT_EQ(ui.messages[0].text, Text(IDS_DATABASE_READ_FAILED));
+        EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Error);
+        EXPECT_EQ(d.table().GetRowCount(), 0);
+
+        ui.ChooseFiles({WriteColumnA(sheets, "new.xlsx", {"pin", "rivet"})});
+        d.dlg.OnImport();
+        ASSERT_EQ(ui.messages.size(), 2u);
+        EXPECT_EQ(ui.messages[1].text, Text(IDS_DATABASE_READ_FAILED));
+        EXPECT_EQ(std::count(db.calls.begin(), db.calls.end(), "AddFastenerName"), 0);
+    }
+    ui.messages.clear();
+    db.failing = {"AddFastenerName"};
+    NameDialog d;
+    const Names shown = d.column();
+    ui.ChooseFiles({WriteColumnA(sheets, "more.xlsx", {"pin", "rivet"})});
+    d.dlg.OnImport();
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_EQ(ui.messages[0].text, Text(IDS_DATABASE_SAVE_FAILED));
+    EXPECT_EQ(d.column(), shown);
+    db.failing.clear();
+    EXPECT_FALSE(Stored(L"PIN"));
+    EXPECT_FALSE(Stored(L"RIVET"));
 }
 
 // A blocking error has one button, Close; a warning offers OK to go on and Cancel to stop. The

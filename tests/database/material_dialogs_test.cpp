@@ -7,19 +7,21 @@
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <functional>
 #include <list>
 
 #include "app/assembly_rules_app.h"
-#include "database/material_db_dlg.h"
-#include "database/material_pair_dlg.h"
-#include "database/material_tree.h"
+#include "dialogs/database/material_db_dlg.h"
+#include "dialogs/database/material_pair_dlg.h"
+#include "dialogs/database/material_tree.h"
 #include "framework/resource_library.h"
 #include "framework/ui/recording_ui_service.h"
 #include "rules/contact_material_rule.h"
 #include "tests/database/db_test_support.h"
+#include "tests/database/failing_database.h"
 #include "tests/ui/qt_test_app.h"
 
 namespace {
@@ -50,7 +52,7 @@ Names Children(const QTreeWidgetItem* item) {
 
 Names ServiceGroups() {
     std::list<std::wstring> groups;
-    zeb_db::ZEBDataHelper::getInstance()->GetMaterialGroups(groups, 0);
+    EXPECT_EQ(zeb_db::ZEBDataHelper::getInstance()->GetMaterialGroups(groups, 0), ZebDbOk);
     return Names(groups.begin(), groups.end());
 }
 
@@ -341,6 +343,100 @@ TEST_F(MaterialDialogTest, CancelUndoesTheDatabaseChangesOnYesOnly) {
     EXPECT_EQ(d.dlg.result(), DbDlg::kIdCancel);
     EXPECT_EQ(HostMaterialsList(), before);
     EXPECT_TRUE(rule.MaterialSelection.empty());
+}
+
+// Cancel takes back additions and deletions in one transaction. When that fails the user is told,
+// the dialog stays open with what it would take back, and a second Cancel can still do it.
+TEST_F(MaterialDialogTest, CancelsUndoIsOneTransactionAndAFailureKeepsTheDialogOpen) {
+    DbDialog d(&rule);
+    d.type("Woods", "Oak");
+    d.button(DbDlg::kAddId)->click();
+    ClickLabel(d.tree(), d.item(L"Plastics", L"PEEK"));
+    d.button(DbDlg::kDeleteId)->click();
+    const std::string changed = HostMaterialsList();
+
+    FailingDatabase db;
+    db.failing = {"UndoMaterialChanges"};
+    size_t shown = ui.messages.size();
+    d.button(DbDlg::kIdCancel)->click();
+    ExpectMessage(shown + 1, Text(IDS_DATABASE_UNDO_FAILED), ZebMsgIcon::Error);
+    EXPECT_TRUE(d.dlg.isVisible());
+    EXPECT_EQ(HostMaterialsList(), changed);
+    EXPECT_EQ(db.calls, (std::vector<std::string>{"UndoMaterialChanges"}));
+
+    db.failing.clear();
+    db.calls.clear();
+    d.button(DbDlg::kIdCancel)->click();
+    EXPECT_FALSE(d.dlg.isVisible());
+    EXPECT_EQ(HostMaterialsList(), before);
+    EXPECT_EQ(db.calls, (std::vector<std::string>{"UndoMaterialChanges"}));
+}
+
+// Every read and write the editors make can fail; each failure is told, and nothing is taken for
+// stored, checked or deleted that was not.
+TEST_F(MaterialDialogTest, DatabaseFailuresAreToldAndChangeNothingUnseen) {
+    FailingDatabase db;
+    db.failing = {"GetGroupMaterials"};
+    {
+        DbDialog d(&rule);
+        ExpectMessage(0, Text(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
+        MaterialChoice target;
+        CEditMaterialPairDlg pair(nullptr, &rule, target, {});
+        QTimer::singleShot(0, &pair, [&] { pair.reject(); });
+        pair.DoModal();
+        ASSERT_EQ(ui.messages.size(), 2u);
+        EXPECT_EQ(ui.messages[1].text, Text(IDS_DATABASE_READ_FAILED));
+    }
+    ui.messages.clear();
+    db.failing = {"AddMaterial"};
+    {
+        DbDialog d(&rule);
+        d.type("Woods", "Oak");
+        d.button(DbDlg::kAddId)->click();
+        ExpectMessage(0, Text(IDS_DATABASE_SAVE_FAILED), ZebMsgIcon::Error);
+        EXPECT_TRUE(d.dlg.GetAddedPairs().empty());
+        EXPECT_EQ(d.item(L"Woods", L"Oak"), nullptr);
+    }
+    ui.messages.clear();
+    db.failing = {"GetMaterialGroups"};
+    db.calls.clear();
+    {
+        // The tree cannot be built, and a name that cannot be checked is not added.
+        DbDialog d(&rule);
+        ExpectMessage(0, Text(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
+        d.type("Woods", "Oak");
+        d.button(DbDlg::kAddId)->click();
+        ExpectMessage(1, Text(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
+        EXPECT_EQ(std::count(db.calls.begin(), db.calls.end(), "AddMaterial"), 0);
+    }
+    EXPECT_EQ(HostMaterialsList(), before);
+    for (const char* failing : {"GetMaterialPairs", "CheckMaterialUse", "DeleteMaterial"}) {
+        SCOPED_TRACE(failing);
+        ui.messages.clear();
+        db.failing = {failing};
+        DbDialog d(&rule);
+        d.type("Plastics", "PEEK");
+            d.button(DbDlg::kDeleteId)->click();
+        const std::wstring expected =
+            Text(std::string(failing) == "DeleteMaterial" ? IDS_DATABASE_DELETE_FAILED : IDS_DATABASE_READ_FAILED);
+        ASSERT_FALSE(ui.messages.empty());
+        EXPECT_EQ(ui.messages.back().text, expected);
+        EXPECT_NE(d.item(L"Plastics", L"PEEK"), nullptr);
+        EXPECT_EQ(HostMaterialsList(), before);
+    }
+    ui.messages.clear();
+    db.failing = {"GetGroupMaterials"};
+    {
+        // A group whose materials cannot be read is not deleted.
+        db.failing.clear();
+        DbDialog d(&rule);
+        db.failing = {"GetGroupMaterials"};
+        d.type("Plastics", "");
+            d.button(DbDlg::kDeleteId)->click();
+        ASSERT_FALSE(ui.messages.empty());
+        EXPECT_EQ(ui.messages.back().text, Text(IDS_DATABASE_READ_FAILED));
+        EXPECT_EQ(HostMaterialsList(), before);
+    }
 }
 
 // A material added and deleted again in the same run leaves nothing to take back.

@@ -21,7 +21,7 @@
 #include "app/help_topics.h"
 #include "controls/custom_combo_box.h"
 #include "controls/wrapper_combo_ctrl.h"
-#include "database/fastener_error_dlg.h"
+#include "dialogs/database/fastener_error_dlg.h"
 #include "dialogs/fastener/fastener_clearance_dlg.h"
 #include "dialogs/fastener/fastener_engagement_len_dlg.h"
 #include "dialogs/fastener/zeb_asm_fastener_clearance_rule_list_ctrl.h"
@@ -90,7 +90,9 @@ protected:
     std::list<std::wstring> DatabaseNames() {
         std::list<std::wstring> names;
         IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
-        if (db) db->GetFastenerNames(names);
+        if (db) {
+            EXPECT_EQ(db->GetFastenerNames(names), ZebDbOk);
+        }
         return names;
     }
 

@@ -11,7 +11,7 @@
 #include "app/assembly_rules_app.h"
 #include "app/settings_document.h"
 #include "controls/zeb_asm_recomm_thread_conn_list_ctrl.h"
-#include "database/thread_size_dlg.h"
+#include "dialogs/database/thread_size_dlg.h"
 #include "dialogs/fastener/recomm_thread_types_dlg.h"
 #include "framework/ui/recording_ui_service.h"
 #include "framework/zeb_xml.h"

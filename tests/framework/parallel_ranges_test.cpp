@@ -2,11 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <new>
 #include <set>
 #include <stdexcept>
 #include <thread>
 #include <vector>
+
+#include "framework/thread_start.h"
 
 // Whatever the count, every index is worked on exactly once, in ranges that never overlap, and
 // a table too small for a second thread stays on the caller's.
@@ -49,4 +53,25 @@ TEST(ParallelRanges, AFailureInAnyRangeIsThrownToTheCaller) {
                      std::runtime_error);
         EXPECT_LT(done, count);
     }
+}
+
+// Where no thread can be had, every range is done on the caller's thread: each index still once,
+// and a failure still reaches the caller.
+TEST(ParallelRanges, WithoutThreadsEveryRangeRunsOnTheCallersThread) {
+    const ZebRefusedThreads refused;
+    const size_t count = 4 * kMinRowsPerRange;
+    std::vector<int> seen(count);
+    const std::thread::id caller = std::this_thread::get_id();
+    bool elsewhere = false;
+    ZebForRanges(count, [&](size_t begin, size_t end) {
+        elsewhere = elsewhere || std::this_thread::get_id() != caller;
+        for (size_t i = begin; i < end; ++i) ++seen[i];
+    });
+    EXPECT_FALSE(elsewhere);
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), 1), static_cast<long>(count));
+    EXPECT_THROW(ZebForRanges(count,
+                              [&](size_t begin, size_t) {
+                                  if (begin > 0) throw std::bad_alloc();
+                              }),
+                 std::bad_alloc);
 }

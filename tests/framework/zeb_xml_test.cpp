@@ -9,9 +9,13 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <new>
+#include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "framework/text_convert.h"
+#include "framework/thread_start.h"
 #include "tests/support/file_bytes.h"
 #include "tests/support/scoped_temp_dir.h"
 
@@ -171,6 +175,13 @@ TEST(ZebXml, ALargeDocumentIsSavedWholeOrNotAtAll) {
     std::wstring error;
     ASSERT_TRUE(doc.SaveFile(target.wstring(), error)) << ToUtf8(error);
     EXPECT_EQ(FileBytes(target), whole);
+    {
+        // Without a thread for the writing, it is all written here, alike.
+        const ZebRefusedThreads refused;
+        std::filesystem::remove(target);
+        ASSERT_TRUE(doc.SaveFile(target.wstring(), error)) << ToUtf8(error);
+        EXPECT_EQ(FileBytes(target), whole);
+    }
 
     delete doc.CreateDocumentElement(L"Replaced");
     rlimit old{};
@@ -228,7 +239,7 @@ TEST(ZebXml, SaveReplacesAWholeFileOrNothing) {
 
 // Elements appended as parsed text must give the document that element-by-element building gives,
 // whatever the values hold, in order across batches, and whether they are written on the calling
-// thread (a short table) or on a thread of their own (a long one).
+// thread (a short table, or where no thread can be had) or on a thread of their own (a long one).
 TEST(ZebXml, AppendedElementsEqualElementsBuiltOneByOne) {
     const std::wstring values[] = {
         L"a&b<c>d\"e'f",
@@ -244,8 +255,12 @@ TEST(ZebXml, AppendedElementsEqualElementsBuiltOneByOne) {
         std::wstring(L"x") + static_cast<wchar_t>(0x110000) + static_cast<wchar_t>(-5),
     };
     const char* const names[] = {"Attribute1", "Attribute2", "Attribute3"};
-    for (const size_t count : {size_t{300}, size_t{30000}}) {
+    for (const auto& [count, threads] : {std::pair{size_t{300}, true}, std::pair{size_t{30000}, true},
+                                        std::pair{size_t{30000}, false}}) {
         SCOPED_TRACE(count);
+        SCOPED_TRACE(threads);
+        std::optional<ZebRefusedThreads> refused;
+        if (!threads) refused.emplace();
         ZebXMLDocument built, appended;
         auto builtTop = Own(built.CreateDocumentElement(L"Parameter"));
         auto appendedTop = Own(appended.CreateDocumentElement(L"Parameter"));
@@ -298,6 +313,22 @@ TEST(ZebXml, AFailureWhileAppendingReachesTheCaller) {
         });
     };
     EXPECT_THROW(appendFailingAt(20000), std::runtime_error);
+    {
+        // Here too where the elements are written on the calling thread.
+        ZebXMLDocument other;
+        auto otherTop = Own(other.CreateDocumentElement(L"Parameter"));
+        const ZebRefusedThreads refused;
+        EXPECT_THROW(otherTop->AppendElements1("Value", 50000,
+                                               [&](size_t i, ZebXMLElementText& text) {
+                                                   if (i == 20000) throw std::bad_alloc();
+                                                   text.BeginElement();
+                                                   text.EndElement();
+                                               }),
+                     std::bad_alloc);
+        std::wstring error;
+        ZebXMLDocument again;
+        EXPECT_TRUE(again.LoadXML(other.GetXML(), error)) << ToUtf8(error);
+    }
     auto list = Own(top->GetNodeList(L"Value"));
     EXPECT_LE(list->GetSize(), 20000);
     std::wstring text;

@@ -1,3 +1,4 @@
+#include "util/component_names.h"
 #include "util/file_helpers.h"
 
 #include <fcntl.h>
@@ -352,9 +353,9 @@ TEST_F(FileHelpersTest, PartTypeShortensPartNames) {
     const fs::path assembly = tmp_ / "frame.prt";
     std::ofstream(part) << "p";
     std::ofstream(assembly) << "a";
-    if (::setxattr(part.c_str(), "user.Siemens.NX.PartType", "Part", 4, 0) != 0)
+    if (::setxattr(part.c_str(), "user.Vantor.PartType", "Part", 4, 0) != 0)
         GTEST_SKIP() << "no user attributes on this file system: " << std::strerror(errno);
-    ASSERT_EQ(::setxattr(assembly.c_str(), "user.Siemens.NX.PartType", "Assembly", 8, 0), 0);
+    ASSERT_EQ(::setxattr(assembly.c_str(), "user.Vantor.PartType", "Assembly", 8, 0), 0);
 
     EXPECT_EQ(GetPartDisplayName(part.wstring(), L"bracket.prt"), L"bracket");
     EXPECT_EQ(GetPartDisplayName(assembly.wstring(), L"frame.prt"), L"frame.prt");
@@ -366,7 +367,7 @@ TEST_F(FileHelpersTest, PartTypeShortensPartNames) {
     EXPECT_NE(ReadShellProperty(part.wstring(), L"bad name!", value), 0);
     EXPECT_EQ(value, L"unchanged");
     setenv("ZEB_PART_FOLDER", tmp_.c_str(), 1);
-    EXPECT_EQ(ReadShellProperty(L"${ZEB_PART_FOLDER}/bracket.prt", L"Siemens.NX.PartType", value), 0);
+    EXPECT_EQ(ReadShellProperty(L"${ZEB_PART_FOLDER}/bracket.prt", L"Vantor.PartType", value), 0);
     EXPECT_EQ(value, L"Part");
 }
 

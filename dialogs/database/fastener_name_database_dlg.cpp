@@ -1,4 +1,4 @@
-#include "database/fastener_name_database_dlg.h"
+#include "dialogs/database/fastener_name_database_dlg.h"
 
 #include <QBoxLayout>
 #include <QDialogButtonBox>
@@ -14,7 +14,7 @@
 #include "controls/database_module.h"
 #include "controls/sheet_import.h"
 #include "controls/zeb_button.h"
-#include "database/fastener_name_database_list_ctrl.h"
+#include "dialogs/database/fastener_name_database_list_ctrl.h"
 #include "database/service/data_helper.h"
 #include "framework/case_fold.h"
 #include "framework/ui/dialog_buttons.h"
@@ -126,7 +126,11 @@ void ZEBEditFastenerNameDatabaseDlg::Fill() {
     if (!GetLoadedDatabaseModuleName(moduleName)) return;
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     std::list<std::wstring> names;
-    if (!db || db->GetFastenerNames(names) != ZebDbOk) return;
+    if (!db) return;
+    if (db->GetFastenerNames(names) != ZebDbOk) {
+        ZebUiMessage(this, LoadLocalizedString(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
+        return;
+    }
     std::vector<CZebGridModel::Row> rows;
     rows.reserve(names.size() + 1);
     for (std::wstring& name : names) rows.push_back({std::move(name)});
@@ -155,7 +159,8 @@ void ZEBEditFastenerNameDatabaseDlg::OnRename() {
     m_table->EditName(rows.front());
 }
 
-void ZEBEditFastenerNameDatabaseDlg::OnDelete() { m_table->DeleteSelectedNames(false); }
+// A name the database keeps after all must not vanish from the table unseen.
+void ZEBEditFastenerNameDatabaseDlg::OnDelete() { m_table->DeleteSelectedNames(true); }
 
 void ZEBEditFastenerNameDatabaseDlg::OnImport() {
     // Rows move under an open editor otherwise.
@@ -176,7 +181,8 @@ void ZEBEditFastenerNameDatabaseDlg::OnImport() {
 
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     std::list<std::wstring> stored;
-    if (db) db->GetFastenerNames(stored);
+    // Without the stored names, repeats cannot be told apart: nothing is imported.
+    const bool read = db && db->GetFastenerNames(stored) == ZebDbOk;
     if (values.empty()) {
         ZebUiMessage(this, LoadLocalizedString(IDS_SHEET_NO_FASTENER_NAMES), ZebMsgIcon::Warning);
         return;
@@ -185,11 +191,16 @@ void ZEBEditFastenerNameDatabaseDlg::OnImport() {
         ZebUiMessage(this, LoadLocalizedString(IDS_DATABASE_SAVE_FAILED), ZebMsgIcon::Error);
         return;
     }
+    if (!read) {
+        ZebUiMessage(this, LoadLocalizedString(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
+        return;
+    }
 
     std::unordered_set<std::wstring> known;
     known.reserve(stored.size() + values.size());
     for (const std::wstring& name : stored) known.insert(ZebFoldCase(name));
     std::vector<std::wstring> skipped;
+    bool failed = false;
     std::vector<std::pair<size_t, std::wstring>> added;  // (row, name)
     for (size_t i = 0; i < values.size(); ++i) {
         if (values[i].empty()) continue;
@@ -199,8 +210,14 @@ void ZEBEditFastenerNameDatabaseDlg::OnImport() {
             skipped.push_back(std::move(name));
             continue;
         }
-        db->AddFastenerName(name);
-        added.emplace_back(i, std::move(name));
+        const ZebDbResult result = db->AddFastenerName(name);
+        if (result == ZebDbExists) {
+            skipped.push_back(std::move(name));  // stored meanwhile by someone else
+        } else if (result != ZebDbOk) {
+            failed = true;  // only names the database holds go into the table
+        } else {
+            added.emplace_back(i, std::move(name));
+        }
     }
 
     if (!added.empty()) {
@@ -219,6 +236,7 @@ void ZEBEditFastenerNameDatabaseDlg::OnImport() {
         m_table->AppendEmptyRowIfLastFilled();
     }
 
+    if (failed) ZebUiMessage(this, LoadLocalizedString(IDS_DATABASE_SAVE_FAILED), ZebMsgIcon::Error);
     if (!skipped.empty())
         ZebUiMessage(this, LoadLocalizedString(IDS_FASTENER_NAMES_NOT_IMPORTED) + JoinLines(skipped),
                      ZebMsgIcon::Warning);

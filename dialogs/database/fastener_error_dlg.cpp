@@ -1,4 +1,4 @@
-#include "database/fastener_error_dlg.h"
+#include "dialogs/database/fastener_error_dlg.h"
 
 #include <QBoxLayout>
 #include <QDialogButtonBox>

@@ -1,4 +1,4 @@
-#include "database/material_db_dlg.h"
+#include "dialogs/database/material_db_dlg.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -71,7 +71,7 @@ CEditMaterialDBDlg::CEditMaterialDBDlg(QWidget* parent, CZebRule* rule)
 
 bool CEditMaterialDBDlg::OnInitDialog() {
     CZEBRuleDlgBase::OnInitDialog();
-    m_tree->Rebuild();
+    if (!m_tree->Rebuild()) Message(Text(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
     if (m_rule && !m_rule->MaterialSelection.empty())
         m_tree->MarkChoice(
             MaterialChoice(m_rule->MaterialSelection.begin(), m_rule->MaterialSelection.end()));
@@ -128,13 +128,17 @@ int CEditMaterialDBDlg::Message(const std::wstring& text, ZebMsgIcon icon, ZebMs
 
 void CEditMaterialDBDlg::RebuildKeepingChecks() {
     const CZebMaterialTree::Snapshot snapshot = m_tree->Remember();
-    m_tree->Rebuild();
+    if (!m_tree->Rebuild()) Message(Text(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
     m_tree->Reapply(snapshot);
 }
 
 bool CEditMaterialDBDlg::MayAdd(IDatabaseCollector& db, const std::wstring& material) {
+    // A name that cannot be checked is not added.
     std::list<std::wstring> groups;
-    db.GetMaterialGroups(groups, 0);
+    if (db.GetMaterialGroups(groups, 0) != ZebDbOk) {
+        Message(Text(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
+        return false;
+    }
     for (const std::wstring& group : groups) {
         if (material == group) {
             Message(ZebFormatText(Text(IDS_MATERIAL_NAME_IS_GROUP), {material}),
@@ -167,8 +171,10 @@ void CEditMaterialDBDlg::OnAdd() {
         } else {
             m_delete->setEnabled(true);
             RebuildKeepingChecks();
+            // The group as stored (an existing group keeps its letter case); as typed when the
+            // database cannot say.
             std::list<std::wstring> groups;
-            db->GetMaterialGroups(groups, 0);
+            if (db->GetMaterialGroups(groups, 0) != ZebDbOk) groups.clear();
             const auto stored = std::find_if(groups.begin(), groups.end(), [&](const std::wstring& g) {
                 return ZebEqualsNoCase(g, group);
             });
@@ -204,7 +210,11 @@ void CEditMaterialDBDlg::OnDelete() {
     }
 
     ZebMaterialPairList pairs;
-    db->GetMaterialPairs(pairs, 0);
+    if (db->GetMaterialPairs(pairs, 0) != ZebDbOk) {
+        Message(Text(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
+        ClearFields();
+        return;
+    }
     for (const auto& [storedGroup, storedMaterial] : pairs) {
         if (!ZebEqualsNoCase(storedGroup, group)) continue;
         group = storedGroup;
@@ -213,7 +223,13 @@ void CEditMaterialDBDlg::OnDelete() {
             break;
         }
     }
-    if (db->CheckMaterialUse(material, group, 0) == 0) {
+    const int32_t use = db->CheckMaterialUse(material, group, 0);
+    if (use == ZebDbFailed) {
+        Message(Text(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
+        ClearFields();
+        return;
+    }
+    if (use == 0) {
         const bool shown = !material.empty() && m_tree->FindMaterial(group, material);
         Message(Text(shown ? IDS_MATERIAL_IN_USE : IDS_MATERIAL_GROUP_IN_USE), ZebMsgIcon::Warning);
         m_groupField->clear();
@@ -246,7 +262,10 @@ void CEditMaterialDBDlg::DeleteMaterial(IDatabaseCollector& db, const std::wstri
 
 void CEditMaterialDBDlg::DeleteGroup(IDatabaseCollector& db, const std::wstring& group) {
     std::wstring list;
-    db.GetGroupMaterials(group, list, 0);
+    if (db.GetGroupMaterials(group, list, 0) != ZebDbOk) {
+        Message(Text(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
+        return;
+    }
     ZebMaterialPairList pairs;
     for (std::wstring& material : SplitMaterialList(list)) pairs.emplace_back(group, std::move(material));
     if (!pairs.empty()) DeletePairs(db, pairs, IDS_WORD_GROUP, group);
@@ -256,7 +275,7 @@ void CEditMaterialDBDlg::DeletePairs(IDatabaseCollector& db, const ZebMaterialPa
                                      ZebStringId word, const std::wstring& name) {
     bool anyDeleted = false;
     for (const ZebMaterialPair& pair : pairs) {
-        if (db.DeleteMaterial(pair.first, pair.second, 0) == ZebDbFailed) {
+        if (db.DeleteMaterial(pair.first, pair.second, 0) != ZebDbOk) {
             Message(Text(IDS_DATABASE_DELETE_FAILED), ZebMsgIcon::Error);
             continue;
         }
@@ -294,9 +313,12 @@ void CEditMaterialDBDlg::OnCancel() {
         if (Message(Text(IDS_CONFIRM_UNDO_MATERIAL_CHANGES), ZebMsgIcon::Question,
                     ZebMsgButtons::YesNo) != ZebIdYes)
             return;
-        if (IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance()) {
-            db->UndoAddedMaterials(m_added, 0);
-            db->UndoDeletedMaterials(m_deleted, 0);
+        // Both lists are taken back together or not at all; a failure keeps the dialog open with
+        // its lists, so that the user may try again or keep the changes with OK.
+        IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
+        if (!db || db->UndoMaterialChanges(m_added, m_deleted, 0) != ZebDbOk) {
+            Message(Text(IDS_DATABASE_UNDO_FAILED), ZebMsgIcon::Error);
+            return;
         }
         m_added.clear();
         m_deleted.clear();

@@ -1,4 +1,4 @@
-#include "database/material_pair_dlg.h"
+#include "dialogs/database/material_pair_dlg.h"
 
 #include <QDialogButtonBox>
 #include <QTreeWidget>
@@ -6,6 +6,7 @@
 
 #include "app/assembly_rules_app.h"
 #include "framework/ui/dialog_buttons.h"
+#include "framework/ui/ui_service.h"
 
 CEditMaterialPairDlg::CEditMaterialPairDlg(QWidget* parent, CZebRule* rule, MaterialChoice& target,
                                            std::vector<std::wstring> preChecked)
@@ -21,13 +22,16 @@ CEditMaterialPairDlg::CEditMaterialPairDlg(QWidget* parent, CZebRule* rule, Mate
     layout->addWidget(m_tree->Widget(), 1);
     layout->addWidget(MakeZebDialogButtons(this).box);
 
-    m_tree->Rebuild();
+    m_readFailed = !m_tree->Rebuild();
     for (const std::wstring& name : m_preChecked) m_tree->CheckNamed(name);
     m_tree->ExpandCheckedGroups();
     m_tree->Highlight(m_tree->Root());
 }
 
-int CEditMaterialPairDlg::DoModal() { return exec(); }
+int CEditMaterialPairDlg::DoModal() {
+    if (m_readFailed) ZebUiMessage(this, LoadLocalizedString(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
+    return exec();
+}
 
 void CEditMaterialPairDlg::accept() {
     m_target = m_tree->Checked();

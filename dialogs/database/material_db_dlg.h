@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "database/material_tree.h"
+#include "dialogs/database/material_tree.h"
 #include "database/service/database_collector.h"
 #include "framework/ui/rule_dlg_base.h"
 #include "framework/ui_message.h"

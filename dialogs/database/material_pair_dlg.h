@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "database/material_tree.h"
+#include "dialogs/database/material_tree.h"
 #include "framework/ui/control_id.h"
 
 class CZebRule;
@@ -36,4 +36,5 @@ private:
     CZebRule* m_rule;
     MaterialChoice& m_target;
     std::vector<std::wstring> m_preChecked;
+    bool m_readFailed = false;
 };

@@ -1,4 +1,4 @@
-#include "database/thread_size_dlg.h"
+#include "dialogs/database/thread_size_dlg.h"
 
 #include <QVBoxLayout>
 

@@ -1,4 +1,4 @@
-#include "database/fastener_name_database_list_ctrl.h"
+#include "dialogs/database/fastener_name_database_list_ctrl.h"
 
 #include <QKeyEvent>
 #include <cstdlib>
@@ -30,11 +30,12 @@ bool AddFastenerNameGuarded(QWidget* parent, const std::wstring& name) {
     }
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     // No service counts as a failed write: the user still learns that nothing was stored.
-    const int32_t result = db ? db->AddFastenerName(name) : ZebDbFailed;
+    const ZebDbResult result = db ? db->AddFastenerName(name) : ZebDbFailed;
     if (result == ZebDbOk) return true;
-    if (result == ZebDbFailed) ShowError(parent, LoadLocalizedString(IDS_DATABASE_SAVE_FAILED));
-    else if (result == ZebDbExists)
+    if (result == ZebDbExists)
         ShowError(parent, ZebFormatText(LoadLocalizedString(IDS_DATABASE_ENTRY_EXISTS), {name}));
+    else
+        ShowError(parent, LoadLocalizedString(IDS_DATABASE_SAVE_FAILED));
     return false;
 }
 
@@ -72,12 +73,11 @@ void CZEBFastenerNameDatabaseListCtrl::CommitEdit() {
         return;
     }
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
-    const int32_t result = db ? db->RenameFastenerName(original, text) : ZebDbFailed;
-    if (result == ZebDbOk) {
+    if (db && db->RenameFastenerName(original, text) == ZebDbOk) {
         EndCellEdit(text);
         return;
     }
-    if (result == ZebDbFailed) ShowError(window(), LoadLocalizedString(IDS_RENAME_FAILED));
+    ShowError(window(), LoadLocalizedString(IDS_RENAME_FAILED));
     CancelCellEdit();
     RemoveRow(row);
 }
@@ -91,8 +91,7 @@ bool CZEBFastenerNameDatabaseListCtrl::DeleteSelectedNames(bool reportFailure) {
     for (const std::wstring& name : names) {
         // The spare empty row names nothing the database could hold.
         if (name.empty()) continue;
-        if ((db ? db->DeleteFastenerName(ZebUpperCase(name)) : ZebDbFailed) == ZebDbFailed)
-            failed = true;
+        if (!db || db->DeleteFastenerName(ZebUpperCase(name)) != ZebDbOk) failed = true;
     }
     // The spare empty row may have been among the selected ones.
     AppendEmptyRowIfLastFilled();

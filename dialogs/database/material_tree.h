@@ -38,8 +38,9 @@ public:
     CZebMaterialTree(QTreeWidget* tree, MaterialParentRule rule);
 
     // Builds the tree anew from the database service and expands the root; without the service
-    // the tree stays empty.
-    void Rebuild();
+    // the tree stays empty. False when the database could not be read: the tree then holds what
+    // was read, and the caller tells the user.
+    [[nodiscard]] bool Rebuild();
 
     QTreeWidget* Widget() const { return m_tree; }
     // Null while the tree is empty.

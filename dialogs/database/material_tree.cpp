@@ -1,4 +1,4 @@
-#include "database/material_tree.h"
+#include "dialogs/database/material_tree.h"
 
 #include <QTreeWidget>
 #include <algorithm>
@@ -80,18 +80,19 @@ CZebMaterialTree::CZebMaterialTree(QTreeWidget* tree, MaterialParentRule rule)
             [this](QTreeWidgetItem* item) { emit Clicked(item); });
 }
 
-void CZebMaterialTree::Rebuild() {
+bool CZebMaterialTree::Rebuild() {
     m_updating = true;
     m_tree->clear();
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     std::list<std::wstring> groups;
-    if (db && db->GetMaterialGroups(groups, 0) == ZebDbOk) {
+    bool read = true;
+    if (db && (read = db->GetMaterialGroups(groups, 0) == ZebDbOk)) {
         auto* root = NewItem(nullptr, LoadLocalizedString(IDS_MATERIALS_ROOT));
         m_tree->addTopLevelItem(root);
         for (const std::wstring& group : groups) {
             QTreeWidgetItem* groupItem = NewItem(root, group);
             std::wstring list;
-            db->GetGroupMaterials(group, list, 0);
+            if (db->GetGroupMaterials(group, list, 0) != ZebDbOk) read = false;
             std::vector<std::wstring> materials = SplitMaterialList(list);
             std::sort(materials.begin(), materials.end(), MaterialBefore);
             for (const std::wstring& material : materials) NewItem(groupItem, material);
@@ -99,6 +100,7 @@ void CZebMaterialTree::Rebuild() {
         root->setExpanded(true);
     }
     m_updating = false;
+    return read;
 }
 
 QTreeWidgetItem* CZebMaterialTree::Root() const { return m_tree->topLevelItem(0); }
