@@ -22,13 +22,17 @@ inline TopoDS_Shape Drill(const TopoDS_Shape& solid, const gp_Pnt& from, const g
     return BRepAlgoAPI_Cut(solid, Rod(from, dir, diameter, depth)).Shape();
 }
 
-// A slot through a plate lying in z, along x: centre (x, y), from z0 over `depth`.
+// A slot cut into a plate lying in z: centre (x, y), from z0 over `depth`, along x or along y.
 inline TopoDS_Shape CutSlot(const TopoDS_Shape& solid, double x, double y, double z0, double width, double length,
-                            double depth) {
-    const double straight = length - width;
-    TopoDS_Shape cutter = BRepPrimAPI_MakeBox(gp_Pnt(x - straight / 2, y - width / 2, z0), straight, width, depth).Shape();
-    cutter = BRepAlgoAPI_Fuse(cutter, Rod(gp_Pnt(x - straight / 2, y, z0), gp::DZ(), width, depth)).Shape();
-    cutter = BRepAlgoAPI_Fuse(cutter, Rod(gp_Pnt(x + straight / 2, y, z0), gp::DZ(), width, depth)).Shape();
+                            double depth, bool alongY = false) {
+    const double half = (length - width) / 2;
+    const gp_Vec along = alongY ? gp_Vec(0, half, 0) : gp_Vec(half, 0, 0);
+    const gp_Pnt centre(x, y, z0);
+    const gp_Pnt corner = alongY ? gp_Pnt(x - width / 2, y - half, z0) : gp_Pnt(x - half, y - width / 2, z0);
+    TopoDS_Shape cutter =
+        BRepPrimAPI_MakeBox(corner, alongY ? width : 2 * half, alongY ? 2 * half : width, depth).Shape();
+    cutter = BRepAlgoAPI_Fuse(cutter, Rod(centre.Translated(-along), gp::DZ(), width, depth)).Shape();
+    cutter = BRepAlgoAPI_Fuse(cutter, Rod(centre.Translated(along), gp::DZ(), width, depth)).Shape();
     return BRepAlgoAPI_Cut(solid, cutter).Shape();
 }
 
