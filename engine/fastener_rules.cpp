@@ -205,3 +205,79 @@ bool CheckFastenerAlignment(FeatureCache& cache, const FastenerAlignmentOptions&
     }
     return true;
 }
+
+namespace {
+// The space a tool needs at a fastener's head: a cylinder about its axis, `factor` times the
+// head's diameter across, from just above the face the head bears on to one head diameter above
+// its top.
+TopoDS_Shape ToolSpace(const FastenerShape& f, double factor) {
+    constexpr double kAboveBearing = 0.01;
+    const gp_Dir up = f.Axis().Reversed();
+    const gp_Pnt from = f.bearing.Translated(gp_Vec(up) * kAboveBearing);
+    const double height = f.top.Distance(f.bearing) - kAboveBearing + f.headDiameter;
+    return BRepPrimAPI_MakeCylinder(gp_Ax2(from, up), factor * f.headDiameter / 2, height).Shape();
+}
+}  // namespace
+
+bool CheckFastenerAccessibility(FeatureCache& cache, const AccessibilityOptions& options,
+                                const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
+                                std::vector<ZebFinding>& findings) {
+    if (!cache.Recognize(context)) return false;
+    const std::vector<AssemblyPart>& parts = cache.assembly().parts;
+    const std::vector<PartFeatures>& features = cache.features();
+    const AssemblyFasteners fasteners = cache.Fasteners(fastenerNames);
+    std::vector<double> factors{options.tool};
+    if (options.second) factors.push_back(*options.second);
+    // Tool spaces join the parts as extra entries of the same box hierarchy.
+    struct Space {
+        int joint;
+        double factor;
+    };
+    std::vector<AssemblyPart> all = parts;
+    std::vector<Space> spaces;
+    for (size_t k = 0; k < fasteners.joints.size(); ++k)
+        for (double factor : factors) {
+            AssemblyPart tool;
+            tool.shape = ToolSpace(features[fasteners.joints[k].fastener].fastener, factor);
+            BRepBndLib::Add(tool.shape, tool.box);
+            all.push_back(std::move(tool));
+            spaces.push_back({static_cast<int>(k), factor});
+        }
+    const int count = static_cast<int>(parts.size());
+    std::vector<std::pair<int, int>> pairs;  // (space, part)
+    for (const auto& [i, j] : NearPairs(all, 0.0))
+        if (i < count && j >= count && i != fasteners.joints[spaces[j - count].joint].fastener)
+            pairs.emplace_back(j - count, i);
+    // Per pair: does the part reach into the space, and how far is it from the fastener.
+    std::vector<std::optional<double>> blocked(pairs.size());
+    const bool complete = RunParallel(
+        pairs.size(), context.threads,
+        [&](size_t p) {
+            const auto [space, part] = pairs[p];
+            try {
+                if (MeasureDistance(all[count + space], parts[part]).distance > kTouchTolerance) return;
+                blocked[p] = MeasureDistance(parts[fasteners.joints[spaces[space].joint].fastener], parts[part]).distance;
+            } catch (const Standard_Failure&) {
+                blocked[p] = 0.0;
+            }
+        },
+        nullptr, context.cancel);
+    if (!complete) return false;
+    for (size_t p = 0; p < pairs.size(); ++p) {
+        if (!blocked[p]) continue;
+        const Space& space = spaces[pairs[p].first];
+        const AssemblyPart& fastener = parts[fasteners.joints[space.joint].fastener];
+        const FastenerShape& shape = features[fasteners.joints[space.joint].fastener].fastener;
+        const AssemblyPart& other = parts[pairs[p].second];
+        ZebFinding finding = Finding(context, {fastener.path, other.path},
+                                     other.path + L" lies " + LengthText(*blocked[p], context) + L" from " +
+                                         FastenerLabel(fastener, shape) + L", inside the space its tool needs: " +
+                                         Number(space.factor) + L" x the head's " +
+                                         LengthText(shape.headDiameter, context) + L" across");
+        finding.value = *blocked[p] * context.toReport;
+        // The free space around the head that the tool asks for.
+        finding.limit = (space.factor - 1) * shape.headDiameter / 2 * context.toReport;
+        findings.push_back(std::move(finding));
+    }
+    return true;
+}

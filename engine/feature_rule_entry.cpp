@@ -10,6 +10,8 @@ using Slot_ = SlotAlignmentParams;
 using Clearance_ = FastenerClearanceParams;
 using Engagement_ = FastenerEngagementParams;
 using Alignment_ = FastenerAlignmentParams;
+using Access_ = FastenerAccessibilityParams;
+using Kinds_ = BoltScrewParams;
 
 // A value parameter as a limit: its operator and first value.
 Bound BoundOf(CZebRule& rule, long id, double toKernel) {
@@ -51,7 +53,7 @@ std::vector<std::wstring> DatabaseFastenerNames() {
 
 bool IsFeatureRule(CZebRule& rule) {
     for (long id : {Hole_::kOffset.id, Slot_::kOffset.id, Clearance_::kConditionA.id, Engagement_::kLengths.id,
-                    Alignment_::kOffset.id})
+                    Alignment_::kOffset.id, Access_::kToolClearance.id, Kinds_::kLengthStep.id})
         if (rule.FindParameterInArray(id)) return true;
     return false;
 }
@@ -93,6 +95,28 @@ bool CheckFeatureRule(CZebRule& rule, double toKernel, FeatureCache& cache, cons
         options.offset = BoundOf(rule, Alignment_::kOffset.id, toKernel);
         options.parallel = Enabled(rule, Alignment_::kSwitch.id);
         return CheckFastenerAlignment(cache, options, DatabaseFastenerNames(), context, findings);
+    }
+    if (rule.FindParameterInArray(Access_::kToolClearance.id)) {
+        // Multiples of the head's diameter: no unit.
+        AccessibilityOptions options;
+        options.tool = Value<double>(rule, Access_::kToolClearance.id).value_or(options.tool);
+        if (static_cast<long>(Value<double>(rule, Access_::kSecondSwitch.id).value_or(0.0)) != 0)
+            options.second = Value<double>(rule, Access_::kSecondClearance.id);
+        return CheckFastenerAccessibility(cache, options, DatabaseFastenerNames(), context, findings);
+    }
+    if (rule.FindParameterInArray(Kinds_::kLengthStep.id)) {
+        RationalizationOptions options;
+        options.sameHead = Enabled(rule, Kinds_::kSameHead.id);
+        options.sameMaterial = Enabled(rule, Kinds_::kSameMaterial.id);
+        options.together = Enabled(rule, Kinds_::kTogether.id);
+        const auto step = [&](long id) -> std::optional<Bound> {
+            const ZebTypedParam<double>* p = Param<double>(rule, id);
+            if (!p || !p->criteriaStatus) return std::nullopt;
+            return BoundOf(rule, id, toKernel);
+        };
+        options.lengthStep = step(Kinds_::kLengthStep.id);
+        options.diameterStep = step(Kinds_::kDiameterStep.id);
+        return CheckRationalization(cache, options, DatabaseFastenerNames(), context, findings);
     }
     return true;
 }

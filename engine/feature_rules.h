@@ -47,6 +47,18 @@ struct FastenerAlignmentOptions {
     bool parallel = false;
 };
 
+// Tool spaces as multiples of the head's diameter.
+struct AccessibilityOptions {
+    double tool = 1.2;
+    std::optional<double> second;  // when switched on
+};
+
+struct RationalizationOptions {
+    bool sameHead = true, sameMaterial = true;
+    std::optional<Bound> lengthStep, diameterStep;  // between consecutive sizes, when switched on
+    bool together = true;                           // bolts and screws compared with each other
+};
+
 // The features of the assembly, recognised when a rule first needs them, and the fasteners of
 // one set of names.
 class FeatureCache {
@@ -79,6 +91,13 @@ bool CheckFastenerEngagement(FeatureCache& cache, const std::vector<NamedBound>&
 bool CheckFastenerAlignment(FeatureCache& cache, const FastenerAlignmentOptions& options,
                             const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
                             std::vector<ZebFinding>& findings);
+
+bool CheckFastenerAccessibility(FeatureCache& cache, const AccessibilityOptions& options,
+                                const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
+                                std::vector<ZebFinding>& findings);
+bool CheckRationalization(FeatureCache& cache, const RationalizationOptions& options,
+                          const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
+                          std::vector<ZebFinding>& findings);
 
 // "9 mm": a length in the report's unit.
 std::wstring LengthText(double value, const CheckContext& context);

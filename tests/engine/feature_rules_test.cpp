@@ -237,3 +237,68 @@ TEST_F(EngineTest, SharedAssemblyFasteners) {
     EXPECT_EQ(play, 12u);
     EXPECT_EQ(engaged, 6u);
 }
+
+TEST_F(EngineTest, FastenerAccessibility) {
+    const std::string path = Write(BoltedJoints());
+    IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
+    ASSERT_NE(db, nullptr);
+    for (const wchar_t* name : {L"bolt", L"screw", L"stud"}) ASSERT_EQ(db->AddFastenerName(name), ZebDbOk);
+    CZebRule* rule = Rule(6080);
+    // 1.2 x 13 across: the stud's tilted head reaches into its plate, so a tool would too; the
+    // wall 1.5 from the screw's head is outside 0.1 x 13 / 2 + 6.5 = 7.8.
+    ZebCheckReport report = Check(path);
+    EXPECT_EQ(Lines(report), Names{"stud-top 0.000"});
+    EXPECT_NEAR(*report.findings[0].limit, 0.2 * 13 / 2, 1e-9);
+    // The second tool, 2.5 x 13 across, switched on: the wall is in its way.
+    Set<double>(rule, 6093, {1.0});
+    report = Check(path);
+    EXPECT_EQ(Lines(report), (Names{"screw-wall 1.500", "stud-top 0.000", "stud-top 0.000"}));
+    EXPECT_TRUE(Mentions(report, L"top/wall lies 1.5 mm from M8 screw (top/screw), inside the space its tool needs: 2.5 x the head's 13 mm across"));
+    // A smaller first tool and the second off: the stud's head alone.
+    Set<double>(rule, 6093, {0.0});
+    Set<double>(rule, 6080, {1.1});
+    EXPECT_EQ(Lines(Check(path)), Names{"stud-top 0.000"});
+}
+
+// Loose fasteners of known sizes (length from the top of the head to the tip): a, b, c M8 with
+// heads 13 of steel, 35.6, 37.6 and 45.6 long; d M10 with a head 16, 37 long; e M8 with a head 15,
+// 37.6 long; f like a but of brass; b ends in a nut.
+TEST_F(EngineTest, BoltAndScrewRationalization) {
+    const auto bolt = [](double x, double shank, double length, double head) {
+        return Bolt(gp_Pnt(x, 0, 60), -gp::DZ(), shank, length, head, 0.7 * shank);
+    };
+    std::vector<SolidToWrite> solids{{L"a", bolt(0, 8, 30, 13), L"", L"Steel"},
+                                     {L"b", bolt(30, 8, 32, 13), L"", L"Steel"},
+                                     {L"c", bolt(60, 8, 40, 13), L"", L"steel"},
+                                     {L"d", bolt(90, 10, 30, 16), L"", L"Steel"},
+                                     {L"e", bolt(120, 8, 32, 15), L"", L"Steel"},
+                                     {L"f", bolt(150, 8, 30, 13), L"", L"Brass"},
+                                     {L"nut", Nut(gp_Pnt(30, 0, 34), -gp::DZ(), 8, 6), L"", L"Steel"}};
+    const std::string path = Write(solids);
+    IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
+    ASSERT_NE(db, nullptr);
+    for (const wchar_t* name : {L"a", L"b", L"c", L"d", L"e", L"f", L"nut"}) ASSERT_EQ(db->AddFastenerName(name), ZebDbOk);
+    CZebRule* rule = Rule(9026);
+    // Defaults: same head and material, lengths at least 4 apart, diameters at least 2 apart.
+    ZebCheckReport report = Check(path);
+    EXPECT_EQ(Lines(report), Names{"a-b 2.000"});
+    EXPECT_TRUE(Mentions(report, L"bolts and screws with heads 13 mm across of steel of 8 mm diameter use the lengths 35.6 mm and 37.6 mm, 2 mm apart: one would do; allowed >= 4 mm"));
+    // Any material: f joins a.
+    Param<bool>(rule, 9025).status = false;
+    EXPECT_EQ(Lines(Check(path)), Names{"a-b-f 2.000"});
+    Param<bool>(rule, 9025).status = true;
+    // Any head: e joins b; M8 and M10 are 2 apart, which "> 2" does not allow.
+    Param<bool>(rule, 9024).status = false;
+    EXPECT_EQ(Lines(Check(path)), Names{"a-b-e 2.000"});
+    Param<double>(rule, 9027).op = ZebOp_Greater;
+    EXPECT_EQ(Lines(Check(path)), (Names{"a-b-c-d-e 2.000", "a-b-e 2.000"}));
+    // Length steps switched off leave the diameters.
+    Param<double>(rule, 9026).criteriaStatus = false;
+    EXPECT_EQ(Lines(Check(path)), Names{"a-b-c-d-e 2.000"});
+    Param<double>(rule, 9026).criteriaStatus = true;
+    Param<double>(rule, 9027).criteriaStatus = false;
+    Param<bool>(rule, 9024).status = true;
+    // Bolts apart from screws: b, the one bolt, no longer meets a.
+    Param<bool>(rule, 9603).status = false;
+    EXPECT_TRUE(Check(path).findings.empty());
+}
