@@ -108,10 +108,8 @@ bool CheckFastenerClearance(FeatureCache& cache, const FastenerClearanceOptions&
                             const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
                             std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
-    const std::vector<AssemblyPart>& parts = cache.assembly().parts;
-    const std::vector<PartFeatures>& features = cache.features();
-    const AssemblyFasteners fasteners =
-        cache.Fasteners(NamesOf(options.headSpace, NamesOf(options.play, fastenerNames)));
+    const auto& [parts, features, fasteners] =
+        cache.Scene(NamesOf(options.headSpace, NamesOf(options.play, fastenerNames)));
     std::vector<double> spaces;
     if (!HeadSpaces(cache, fasteners, options.headSpace, context, spaces)) return false;
     for (size_t k = 0; k < fasteners.joints.size(); ++k) {
@@ -142,9 +140,7 @@ bool CheckFastenerEngagement(FeatureCache& cache, const std::vector<NamedBound>&
                              const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
                              std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
-    const std::vector<AssemblyPart>& parts = cache.assembly().parts;
-    const std::vector<PartFeatures>& features = cache.features();
-    const AssemblyFasteners fasteners = cache.Fasteners(NamesOf(lengths, fastenerNames));
+    const auto& [parts, features, fasteners] = cache.Scene(NamesOf(lengths, fastenerNames));
     for (const FastenerJoint& joint : fasteners.joints) {
         const AssemblyPart& part = parts[joint.fastener];
         const NamedBound* row = RowFor(part, lengths);
@@ -172,9 +168,7 @@ bool CheckFastenerAlignment(FeatureCache& cache, const FastenerAlignmentOptions&
                             const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
                             std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
-    const std::vector<AssemblyPart>& parts = cache.assembly().parts;
-    const std::vector<PartFeatures>& features = cache.features();
-    const AssemblyFasteners fasteners = cache.Fasteners(fastenerNames);
+    const auto& [parts, features, fasteners] = cache.Scene(fastenerNames);
     for (const FastenerJoint& joint : fasteners.joints) {
         const AssemblyPart& part = parts[joint.fastener];
         const FastenerShape& shape = features[joint.fastener].fastener;
@@ -223,9 +217,7 @@ bool CheckFastenerAccessibility(FeatureCache& cache, const AccessibilityOptions&
                                 const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
                                 std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
-    const std::vector<AssemblyPart>& parts = cache.assembly().parts;
-    const std::vector<PartFeatures>& features = cache.features();
-    const AssemblyFasteners fasteners = cache.Fasteners(fastenerNames);
+    const auto& [parts, features, fasteners] = cache.Scene(fastenerNames);
     std::vector<double> factors{options.tool};
     if (options.second) factors.push_back(*options.second);
     // Tool spaces join the parts as extra entries of the same box hierarchy.

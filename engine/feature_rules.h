@@ -59,6 +59,13 @@ struct RationalizationOptions {
     bool together = true;                           // bolts and screws compared with each other
 };
 
+// What a fastener rule looks at: the parts, their features and the fasteners of its names.
+struct FastenerScene {
+    const std::vector<AssemblyPart>& parts;
+    const std::vector<PartFeatures>& features;
+    AssemblyFasteners fasteners;
+};
+
 // The features of the assembly, recognised when a rule first needs them, and the fasteners of
 // one set of names.
 class FeatureCache {
@@ -68,8 +75,9 @@ public:
     bool Recognize(const CheckContext& context);
     const Assembly& assembly() const { return m_assembly; }
     const std::vector<PartFeatures>& features() const { return *m_features; }
-    AssemblyFasteners Fasteners(const std::vector<std::wstring>& names) const {
-        return FindFasteners(m_assembly, *m_features, names);
+    // After Recognize.
+    FastenerScene Scene(const std::vector<std::wstring>& names) const {
+        return {m_assembly.parts, *m_features, FindFasteners(m_assembly, *m_features, names)};
     }
 
 private:

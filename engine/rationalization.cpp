@@ -59,9 +59,7 @@ bool CheckRationalization(FeatureCache& cache, const RationalizationOptions& opt
                           const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
                           std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
-    const std::vector<AssemblyPart>& parts = cache.assembly().parts;
-    const std::vector<PartFeatures>& features = cache.features();
-    const AssemblyFasteners fasteners = cache.Fasteners(fastenerNames);
+    const auto& [parts, features, fasteners] = cache.Scene(fastenerNames);
     std::map<std::wstring, Group> groups;
     for (const FastenerJoint& joint : fasteners.joints) {
         const AssemblyPart& part = parts[joint.fastener];
