@@ -178,7 +178,8 @@ bool CollectRules(const ZebCheckRequest& request, std::vector<PendingRule>& rule
             return false;
         }
     if (rules.empty()) {
-        error = "the settings hold none of the rules the engine checks";
+        error = "the settings hold none of the rules the engine checks (all but recommended thread types in "
+                "connection)";
         if (switchedOff > 0) error += " switched on";
         return false;
     }
