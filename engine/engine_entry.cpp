@@ -6,6 +6,8 @@
 #include "database/service/data_helper.h"
 #include "engine/assembly.h"
 #include "engine/engine_api.h"
+#include "engine/feature_rule_entry.h"
+#include "engine/rule_values.h"
 #include "engine/rule_checks.h"
 #include "framework/case_fold.h"
 #include "framework/settings_format.h"
@@ -23,34 +25,6 @@ constexpr long kClearanceGeneral = 2062, kClearancePairsSwitch = 2049, kClearanc
                kClearanceSame = 2063, kClearanceTouching = 6072;
 constexpr long kContactTable = 7065, kContactDistance = 7051;
 constexpr long kPreferredTable = 7002;
-
-template <class T>
-const ZebTypedParam<T>* Param(CZebRule& rule, long id) {
-    CZebParamStorage* storage = rule.FindParameterInArray(id);
-    return storage ? storage->As<T>() : nullptr;
-}
-
-template <class T>
-std::optional<T> Value(CZebRule& rule, long id, int index = 0) {
-    const ZebTypedParam<T>* p = Param<T>(rule, id);
-    if (!p || p->values.GetSize() <= index) return std::nullopt;
-    return p->values[index];
-}
-
-std::vector<ZebRow> Rows(CZebRule& rule, long id) {
-    std::vector<ZebRow> rows;
-    if (const ZebTypedParam<ZebRow>* p = Param<ZebRow>(rule, id))
-        for (const ZebRow& row : p->values) rows.push_back(row);
-    return rows;
-}
-
-double ParseLength(const std::wstring& text) {
-    try {
-        return std::stod(text);
-    } catch (...) {
-        return 0.0;
-    }
-}
 
 // Turns the rule's values, written in the document's unit, into kernel millimetres.
 struct Units {
@@ -135,13 +109,14 @@ std::vector<PreferredRow> ReadPreferred(CZebRule& rule) {
     return rows;
 }
 
-enum class RuleKind { None, Interference, Clearance, Contact, Preferred };
+enum class RuleKind { None, Interference, Clearance, Contact, Preferred, Features };
 
 RuleKind KindOf(CZebRule& rule) {
     if (rule.FindParameterInArray(kInterferenceAll)) return RuleKind::Interference;
     if (rule.FindParameterInArray(kClearanceGeneral)) return RuleKind::Clearance;
     if (rule.FindParameterInArray(kContactTable)) return RuleKind::Contact;
     if (rule.FindParameterInArray(kPreferredTable)) return RuleKind::Preferred;
+    if (IsFeatureRule(rule)) return RuleKind::Features;
     return RuleKind::None;
 }
 
@@ -203,8 +178,8 @@ bool CollectRules(const ZebCheckRequest& request, std::vector<PendingRule>& rule
             return false;
         }
     if (rules.empty()) {
-        error = "the settings hold none of the rules the engine checks (interference detection, minimum clearance, "
-                "contact material, preferred components)";
+        error = "the settings hold none of the rules the engine checks (all but recommended thread types in "
+                "connection)";
         if (switchedOff > 0) error += " switched on";
         return false;
     }
@@ -240,6 +215,7 @@ extern "C" __attribute__((visibility("default"))) int ZebCheckAssembly(const Zeb
     report.unit = unit;
     for (const AssemblyPart& part : assembly.parts) report.parts.push_back({part.path, part.product, part.material});
 
+    FeatureCache features(assembly);
     constexpr double kReading = 0.1;
     const double share = (1.0 - kReading) / static_cast<double>(rules.size());
     for (size_t r = 0; r < rules.size(); ++r) {
@@ -269,6 +245,9 @@ extern "C" __attribute__((visibility("default"))) int ZebCheckAssembly(const Zeb
                 break;
             case RuleKind::Preferred:
                 CheckPreferredComponents(assembly, ReadPreferred(rule), context, report.findings);
+                break;
+            case RuleKind::Features:
+                complete = CheckFeatureRule(rule, units.toKernel, features, context, report.findings);
                 break;
             case RuleKind::None:
                 break;

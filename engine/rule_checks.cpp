@@ -8,29 +8,15 @@
 #include <map>
 #include <set>
 
+#include "engine/finding_text.h"
 #include "engine/pair_search.h"
 #include "framework/case_fold.h"
 
 namespace {
 constexpr double kLimitTolerance = 0.000001;
 
-std::wstring Number(double value) {
-    wchar_t text[64];
-    std::swprintf(text, 64, L"%.6g", std::fabs(value) < 5e-13 ? 0.0 : value);
-    return text;
-}
-
 std::wstring Point(const gp_Pnt& p, double scale) {
     return L"(" + Number(p.X() * scale) + L", " + Number(p.Y() * scale) + L", " + Number(p.Z() * scale) + L")";
-}
-
-ZebFinding Finding(const CheckContext& context, std::vector<std::wstring> parts, std::wstring message) {
-    ZebFinding finding;
-    finding.rule = context.rule;
-    finding.severity = context.severity;
-    finding.parts = std::move(parts);
-    finding.message = std::move(message);
-    return finding;
 }
 
 // One flag per part: does it match one of the names.
