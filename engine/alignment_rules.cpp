@@ -13,7 +13,7 @@ namespace {
 // Ends of two features closer than this along their axes meet.
 constexpr double kMeet = 1e-3;
 // Axes whose directions differ by less than this (1 - |cos|, about 0.8 degrees) are parallel.
-constexpr double kParallel = 1e-4;
+constexpr double kAxesParallel = 1e-4;
 
 // Where a segment lies along an axis through `origin`.
 std::pair<double, double> Along(const gp_Pnt& origin, const gp_Dir& axis, const gp_Pnt& a, const gp_Pnt& b) {
@@ -41,7 +41,7 @@ bool CheckHoleAlignment(FeatureCache& cache, const HoleAlignmentOptions& options
     for (const auto& [i, j] : NearPairs(parts, 0.0))
         for (const Hole& a : features[i].holes)
             for (const Hole& b : features[j].holes) {
-                if (!checked(a) || !checked(b) || 1 - std::fabs(a.Axis().Dot(b.Axis())) > kParallel) continue;
+                if (!checked(a) || !checked(b) || 1 - std::fabs(a.Axis().Dot(b.Axis())) > kAxesParallel) continue;
                 if (!EndToEnd(Along(a.start, a.Axis(), a.start, a.end), Along(a.start, a.Axis(), b.start, b.end))) continue;
                 // Measured where the holes meet, on the nearer end of b.
                 const gp_Lin axis(a.start, a.Axis());
@@ -70,9 +70,9 @@ bool CheckSlotAlignment(FeatureCache& cache, const SlotAlignmentOptions& options
     const std::vector<AssemblyPart>& parts = cache.assembly().parts;
     const std::vector<PartFeatures>& features = cache.features();
     for (const auto& [i, j] : NearPairs(parts, 0.0))
-        for (const Slot& a : features[i].slots)
-            for (const Slot& b : features[j].slots) {
-                if (1 - std::fabs(a.axis.Dot(b.axis)) > kParallel) continue;
+        for (const Slot& a : features[i].slotFeatures)
+            for (const Slot& b : features[j].slotFeatures) {
+                if (1 - std::fabs(a.axis.Dot(b.axis)) > kAxesParallel) continue;
                 const auto depthOf = [&](const Slot& s) {
                     return Along(a.centre, a.axis, s.centre.Translated(gp_Vec(s.axis) * (s.depth / 2)),
                                  s.centre.Translated(gp_Vec(s.axis) * (-s.depth / 2)));
@@ -105,7 +105,7 @@ bool CheckSlotAlignment(FeatureCache& cache, const SlotAlignmentOptions& options
                     finding.limit = 0.0;
                     findings.push_back(std::move(finding));
                 }
-                if (options.sameDirection && 1 - std::fabs(a.direction.Dot(b.direction)) > kParallel) {
+                if (options.sameDirection && 1 - std::fabs(a.direction.Dot(b.direction)) > kAxesParallel) {
                     const double degrees = a.direction.Angle(b.direction) * 180 / M_PI;
                     ZebFinding finding = Finding(context, both, pair + L" run " + Number(std::min(degrees, 180 - degrees)) +
                                                                     L" degrees apart");

@@ -10,7 +10,7 @@
 #include "engine/pair_search.h"
 
 namespace {
-constexpr double kLength = 1e-4;
+constexpr double kFitLength = 1e-4;
 // A shank tilted by more than this in a hole is not taken to pass through it.
 constexpr double kMostTilt = 15.0 * M_PI / 180.0;
 
@@ -29,7 +29,7 @@ Along Span(const FastenerShape& f, const Hole& h) {
 double ShankInside(const FastenerShape& f, const Hole& h) {
     if (f.Axis().Angle(h.Axis()) > kMostTilt && f.Axis().Angle(h.Axis().Reversed()) > kMostTilt) return 0.0;
     const gp_Pnt middle((h.start.XYZ() + h.end.XYZ()) / 2);
-    if (gp_Lin(f.top, f.Axis()).Distance(middle) > h.diameter / 2 + kLength) return 0.0;
+    if (gp_Lin(f.top, f.Axis()).Distance(middle) > h.diameter / 2 + kFitLength) return 0.0;
     const Along hole = Span(f, h);
     const double shankFrom = f.top.Distance(f.bearing), shankTo = f.Length();
     return std::max(0.0, std::min(hole.to, shankTo) - std::max(hole.from, shankFrom));
@@ -89,7 +89,7 @@ AssemblyFasteners FindFasteners(const Assembly& assembly, const std::vector<Part
             const std::vector<Hole>& holes = features[other].holes;
             for (size_t h = 0; h < holes.size(); ++h) {
                 const double inside = ShankInside(shape, holes[h]);
-                if (inside <= kLength) continue;
+                if (inside <= kFitLength) continue;
                 const double at = Span(shape, holes[h]).from;
                 if (found.nut[other]) {
                     if (at > nutAt[jointOf[self]]) {
@@ -98,8 +98,8 @@ AssemblyFasteners FindFasteners(const Assembly& assembly, const std::vector<Part
                         joint.engagement = inside;
                         joint.tapped = {};
                     }
-                } else if (holes[h].diameter <= shape.shankDiameter + kLength &&
-                           Span(shape, holes[h]).to >= shape.Length() - kLength) {
+                } else if (holes[h].diameter <= shape.shankDiameter + kFitLength &&
+                           Span(shape, holes[h]).to >= shape.Length() - kFitLength) {
                     // No wider than the shank and holding its tip: the thread is cut in the part.
                     if (joint.nut < 0 && inside > joint.engagement) {
                         joint.tapped = {other, static_cast<int>(h)};

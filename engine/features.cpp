@@ -346,7 +346,7 @@ PartFeatures RecognizeFeatures(const TopoDS_Shape& shape) {
     const std::vector<Cylinder> cylinders = Cylinders(faces.turned);
     PartFeatures features;
     features.holes = Holes(shape, cylinders, faces.turned);
-    features.slots = Slots(cylinders, faces.planes);
+    features.slotFeatures = Slots(cylinders, faces.planes);
     features.fastener = Fastener(shape, cylinders);
     return features;
 }
@@ -357,7 +357,7 @@ PartFeatures Transformed(const PartFeatures& features, const gp_Trsf& placement)
         h.start.Transform(placement);
         h.end.Transform(placement);
     }
-    for (Slot& s : placed.slots) {
+    for (Slot& s : placed.slotFeatures) {
         s.centre.Transform(placement);
         s.axis.Transform(placement);
         s.direction.Transform(placement);

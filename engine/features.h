@@ -44,7 +44,7 @@ struct FastenerShape {
 
 struct PartFeatures {
     std::vector<Hole> holes;
-    std::vector<Slot> slots;
+    std::vector<Slot> slotFeatures;  // not "slots", which Qt takes for a keyword
     FastenerShape fastener;
 };
 

@@ -5,11 +5,10 @@
 #include "rules/rule_record.h"
 
 namespace {
-using P = BoltScrewParams;
-constexpr long kSameHead = P::kSameHead.id;
-constexpr long kSameMaterial = P::kSameMaterial.id;
-constexpr long kLengthStep = P::kLengthStep.id;
-constexpr long kDiameterStep = P::kDiameterStep.id;
+constexpr long kSameHead = BoltScrewParams::kSameHead.id;
+constexpr long kSameMaterial = BoltScrewParams::kSameMaterial.id;
+constexpr long kLengthStep = BoltScrewParams::kLengthStep.id;
+constexpr long kDiameterStep = BoltScrewParams::kDiameterStep.id;
 }  // namespace
 
 CZEBAssemblyBoltScrewRationalizationRule::CZEBAssemblyBoltScrewRationalizationRule() {
@@ -23,7 +22,7 @@ CZEBAssemblyBoltScrewRationalizationRule::CZEBAssemblyBoltScrewRationalizationRu
 }
 
 void CZEBAssemblyBoltScrewRationalizationRule::InitParameters() {
-    AddParameters(*this, P::kAll);
+    AddParameters(*this, BoltScrewParams::kAll);
     IsPopulated = true;
 }
 

@@ -5,7 +5,6 @@
 #include "rules/rule_record.h"
 
 namespace {
-using P = FastenerAccessibilityParams;
 }  // namespace
 
 CZEBAssemblyFastenerAccessibilityRule::CZEBAssemblyFastenerAccessibilityRule() {
@@ -18,12 +17,12 @@ CZEBAssemblyFastenerAccessibilityRule::CZEBAssemblyFastenerAccessibilityRule() {
 }
 
 void CZEBAssemblyFastenerAccessibilityRule::InitParameters() {
-    AddParameters(*this, P::kAll);
+    AddParameters(*this, FastenerAccessibilityParams::kAll);
 }
 
 void CZEBAssemblyFastenerAccessibilityRule::ImportFromXML(ZebXMLNode* node) {
     CZebResourceScope scope;
-    for (const ParamSpec& p : P::kAll) RemoveFirstValue(*this, p.id);
+    for (const ParamSpec& p : FastenerAccessibilityParams::kAll) RemoveFirstValue(*this, p.id);
     ImportRuleXML(this, node);
 }
 

@@ -6,9 +6,8 @@
 #include "rules/rule_units.h"
 
 namespace {
-using P = FastenerClearanceParams;
-constexpr long kClearances = P::kConditionA.id;
-constexpr long kAlternative = P::kConditionB.id;
+constexpr long kClearances = FastenerClearanceParams::kConditionA.id;
+constexpr long kAlternative = FastenerClearanceParams::kConditionB.id;
 
 // Settings of older versions kept (name, A, B) in condition A only; B moves to a condition B row.
 void MigrateOldLayout(ZebTypedParam<ZebRow>& clearances, ZebTypedParam<ZebRow>& alternative) {
@@ -37,7 +36,7 @@ CZEBAssemblyFastenerClearanceRule::CZEBAssemblyFastenerClearanceRule() {
 }
 
 void CZEBAssemblyFastenerClearanceRule::InitParameters() {
-    AddParameters(*this, P::kAll);
+    AddParameters(*this, FastenerClearanceParams::kAll);
 }
 
 void CZEBAssemblyFastenerClearanceRule::ImportFromXML(ZebXMLNode* node) {
@@ -60,9 +59,9 @@ ZebXMLNode* CZEBAssemblyFastenerClearanceRule::ExportToXML() {
 void CZEBAssemblyFastenerClearanceRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
     if (!to) return;
     if (LengthUnitsDiffer(from, to)) {
-        ConvertLengthCells(FindTyped<ZebRow>(*this, kClearances), P::kConditionA, from->LengthUnit,
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kClearances), FastenerClearanceParams::kConditionA, from->LengthUnit,
                            to->LengthUnit);
-        ConvertLengthCells(FindTyped<ZebRow>(*this, kAlternative), P::kConditionB, from->LengthUnit,
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kAlternative), FastenerClearanceParams::kConditionB, from->LengthUnit,
                            to->LengthUnit);
     }
     CurrentUnits = *to;

@@ -6,8 +6,7 @@
 #include "rules/rule_units.h"
 
 namespace {
-using P = FastenerEngagementParams;
-constexpr long kLengths = P::kLengths.id;
+constexpr long kLengths = FastenerEngagementParams::kLengths.id;
 }
 
 CZEBAssemblyFastenerEngagementLenRule::CZEBAssemblyFastenerEngagementLenRule() {
@@ -20,7 +19,7 @@ CZEBAssemblyFastenerEngagementLenRule::CZEBAssemblyFastenerEngagementLenRule() {
 }
 
 void CZEBAssemblyFastenerEngagementLenRule::InitParameters() {
-    AddParameters(*this, P::kAll);
+    AddParameters(*this, FastenerEngagementParams::kAll);
 }
 
 void CZEBAssemblyFastenerEngagementLenRule::ImportFromXML(ZebXMLNode* node) {
@@ -37,7 +36,7 @@ ZebXMLNode* CZEBAssemblyFastenerEngagementLenRule::ExportToXML() {
 void CZEBAssemblyFastenerEngagementLenRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
     if (!to) return;
     if (LengthUnitsDiffer(from, to))
-        ConvertLengthCells(FindTyped<ZebRow>(*this, kLengths), P::kLengths, from->LengthUnit, to->LengthUnit);
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kLengths), FastenerEngagementParams::kLengths, from->LengthUnit, to->LengthUnit);
     CurrentUnits = *to;
 }
 

@@ -11,13 +11,12 @@
 #include "util/texts.h"
 
 namespace {
-using P = HoleAlignmentParams;
-constexpr long kOffset = P::kOffset.id;
-constexpr long kSecond = P::kThroughHoles.id;
-constexpr long kThird = P::kBlindHoles.id;
-constexpr long kTolerance = P::kTolerance.id;
-constexpr double kDefaultOffset = P::kOffset.defaults.values[0];
-constexpr double kDefaultTolerance = P::kTolerance.defaults.values[0];
+constexpr long kHoleOffset = HoleAlignmentParams::kOffset.id;
+constexpr long kSecond = HoleAlignmentParams::kThroughHoles.id;
+constexpr long kThird = HoleAlignmentParams::kBlindHoles.id;
+constexpr long kTolerance = HoleAlignmentParams::kTolerance.id;
+constexpr double kDefaultOffset = HoleAlignmentParams::kOffset.defaults.values[0];
+constexpr double kDefaultTolerance = HoleAlignmentParams::kTolerance.defaults.values[0];
 // Settings older than this lack the criteria defaults of the offset and the two hole kinds.
 constexpr double kCriteriaVersion = 3.3;
 
@@ -36,20 +35,20 @@ CZEBASMHoleAlignmentCheckRule::CZEBASMHoleAlignmentCheckRule() {
 }
 
 void CZEBASMHoleAlignmentCheckRule::InitParameters() {
-    AddParameters(*this, P::kAll);
+    AddParameters(*this, HoleAlignmentParams::kAll);
     IsPopulated = true;
     RebuildSummary();
 }
 
 void CZEBASMHoleAlignmentCheckRule::RebuildSummary() {
-    RebuildOffsetSummary(*this, kOffset, IDS_SUMMARY_HOLE_ALIGNMENT);
+    RebuildOffsetSummary(*this, kHoleOffset, IDS_SUMMARY_HOLE_ALIGNMENT);
 }
 
 long CZEBASMHoleAlignmentCheckRule::Evaluate(void*, void*, void*) { return -3; }
 
 void CZEBASMHoleAlignmentCheckRule::ImportFromXML(ZebXMLNode* node) {
     if (!node) return;
-    RemoveFirstValue(*this, kOffset);
+    RemoveFirstValue(*this, kHoleOffset);
     RemoveFirstValue(*this, kSecond);
     RemoveFirstValue(*this, kTolerance);
     // A detached element has no parent to say in which version and unit it was written.
@@ -57,7 +56,7 @@ void CZEBASMHoleAlignmentCheckRule::ImportFromXML(ZebXMLNode* node) {
     if (!parent) return;
     ImportRuleXML(this, node);
     if (HoleSettingsVersion(node) < kCriteriaVersion) {
-        if (auto* offset = FindTyped<double>(*this, kOffset)) {
+        if (auto* offset = FindTyped<double>(*this, kHoleOffset)) {
             offset->criteriaStatus = true;
             offset->values.Add(kDefaultOffset);
         }
@@ -81,7 +80,7 @@ ZebXMLNode* CZEBASMHoleAlignmentCheckRule::ExportToXML() {
 }
 
 void CZEBASMHoleAlignmentCheckRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
-    auto* offset = FindTyped<double>(*this, kOffset);
+    auto* offset = FindTyped<double>(*this, kHoleOffset);
     auto* tolerance = FindTyped<double>(*this, kTolerance);
     if (!to || !offset || !tolerance || !FindParameterInArray(kSecond)) return;
     if (LengthUnitsDiffer(from, to)) {

@@ -6,10 +6,9 @@
 #include "rules/rule_record.h"
 
 namespace {
-using P = InterferenceParams;
-constexpr long kSwitches[] = {P::kCheckAll.id, P::kFirstOption.id, P::kGroups.id, P::kSecondOption.id};
-constexpr long kVolumeLimit = P::kVolumeLimit.id;
-constexpr long kComponentPairs = P::kComponents.id;
+constexpr long kSwitches[] = {InterferenceParams::kCheckAll.id, InterferenceParams::kFirstOption.id, InterferenceParams::kGroups.id, InterferenceParams::kSecondOption.id};
+constexpr long kVolumeLimit = InterferenceParams::kVolumeLimit.id;
+constexpr long kComponentPairs = InterferenceParams::kComponents.id;
 }  // namespace
 
 CZEBAssemblyInterferenceDetectionRule::CZEBAssemblyInterferenceDetectionRule() {
@@ -21,7 +20,7 @@ CZEBAssemblyInterferenceDetectionRule::CZEBAssemblyInterferenceDetectionRule() {
 }
 
 void CZEBAssemblyInterferenceDetectionRule::InitParameters() {
-    AddParameters(*this, P::kAll);
+    AddParameters(*this, InterferenceParams::kAll);
     IsPopulated = true;
 }
 

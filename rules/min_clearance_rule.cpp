@@ -8,12 +8,11 @@
 #include "util/texts.h"
 
 namespace {
-using P = MinClearanceParams;
 // The general clearance holds (switch, clearance); the pairs switch turns the part-pair list on.
-constexpr long kGeneral = P::kGeneral.id;
-constexpr long kPairSwitch = P::kPairsSwitch.id;
-constexpr long kPairs = P::kPairs.id;
-constexpr long kOthers[] = {P::kSameSubassembly.id, P::kTouching.id, P::kHiddenSwitchA.id, P::kHiddenSwitchB.id};
+constexpr long kGeneral = MinClearanceParams::kGeneral.id;
+constexpr long kPairSwitch = MinClearanceParams::kPairsSwitch.id;
+constexpr long kPairs = MinClearanceParams::kPairs.id;
+constexpr long kOthers[] = {MinClearanceParams::kSameSubassembly.id, MinClearanceParams::kTouching.id, MinClearanceParams::kHiddenSwitchA.id, MinClearanceParams::kHiddenSwitchB.id};
 
 double ValueAt(const ZebTypedParam<double>* p, int32_t index) {
     return p && p->values.GetSize() > index ? p->values[index] : 0.0;
@@ -30,7 +29,7 @@ CZEBAssemblyMinClearanceBetPartsRule::CZEBAssemblyMinClearanceBetPartsRule() {
 }
 
 void CZEBAssemblyMinClearanceBetPartsRule::InitParameters() {
-    AddParameters(*this, P::kAll);
+    AddParameters(*this, MinClearanceParams::kAll);
     IsPopulated = true;
     Summary = GeneralClearanceSummary();
 }
@@ -74,7 +73,7 @@ void CZEBAssemblyMinClearanceBetPartsRule::ConvertUnits(const UnitSetting* from,
             general->values[1] = ConvertLength(general->values[1], from->LengthUnit, to->LengthUnit);
         auto* pairs = FindTyped<ZebRow>(*this, kPairs);
         if (!pairs) return;
-        ConvertLengthCells(pairs, P::kPairs, from->LengthUnit, to->LengthUnit);
+        ConvertLengthCells(pairs, MinClearanceParams::kPairs, from->LengthUnit, to->LengthUnit);
     }
     CurrentUnits = *to;
     CZebResourceScope scope;

@@ -8,11 +8,10 @@
 #include "util/texts.h"
 
 namespace {
-using P = SlotAlignmentParams;
-constexpr long kOffset = P::kOffset.id;
-constexpr long kSecondOffset = P::kSecondOffset.id;
-constexpr long kFirstSwitch = P::kDirection.id;
-constexpr long kSecondSwitch = P::kWidth.id;
+constexpr long kOffset = SlotAlignmentParams::kOffset.id;
+constexpr long kSecondOffset = SlotAlignmentParams::kSecondOffset.id;
+constexpr long kFirstSwitch = SlotAlignmentParams::kDirection.id;
+constexpr long kSecondSwitch = SlotAlignmentParams::kWidth.id;
 // Settings older than this lack the two switches.
 constexpr double kSwitchVersion = 3.5;
 }  // namespace
@@ -28,7 +27,7 @@ CZEBASMSlotAlignmentCheckRule::CZEBASMSlotAlignmentCheckRule(ZebStringId nameId,
 }
 
 void CZEBASMSlotAlignmentCheckRule::InitParameters() {
-    AddParameters(*this, P::kAll);
+    AddParameters(*this, SlotAlignmentParams::kAll);
     IsPopulated = true;
 }
 

@@ -23,9 +23,9 @@ namespace {
 constexpr long kFirstValue = FastenerAccessibilityParams::kToolClearance.id;
 constexpr long kSecondValue = FastenerAccessibilityParams::kSecondClearance.id;
 constexpr long kSecondSwitch = FastenerAccessibilityParams::kSecondSwitch.id;
-constexpr unsigned kPictureBitmap = 6018;
+constexpr unsigned kAccessPictureBitmap = 6018;
 // A clearance below this is no clearance.
-constexpr double kSmallest = 0.000001;
+constexpr double kSmallestClearance = 0.000001;
 }  // namespace
 
 CZEBAssemblyFastenerAccessibilityDlg::CZEBAssemblyFastenerAccessibilityDlg(CZebRule* rule,
@@ -88,14 +88,14 @@ void CZEBAssemblyFastenerAccessibilityDlg::LoadFromRule(CZebRule& rule) {
     if (!secondSwitch) return;
     m_secondSwitch->setChecked(!secondSwitch->values.IsEmpty() && SwitchIsOn(secondSwitch->values[0]));
     if (!FillDatabaseModuleList(*m_database)) return;
-    m_picture->SetBitmapId(kPictureBitmap);
+    m_picture->SetBitmapId(kAccessPictureBitmap);
     m_second->setEnabled(m_secondSwitch->isChecked());
 }
 
 std::optional<ZebRefusal> CZEBAssemblyFastenerAccessibilityDlg::Validate(CZebRule&) {
-    if (ReadNumberField(*m_first) < kSmallest)
+    if (ReadNumberField(*m_first) < kSmallestClearance)
         return ZebRefusal{LoadLocalizedString(IDS_TOOL_CLEARANCE_REQUIRED), m_first, ZebMsgIcon::Plain};
-    if (m_secondSwitch->isChecked() && ReadNumberField(*m_second) < kSmallest)
+    if (m_secondSwitch->isChecked() && ReadNumberField(*m_second) < kSmallestClearance)
         return ZebRefusal{LoadLocalizedString(IDS_SECOND_TOOL_CLEARANCE_REQUIRED), m_second, ZebMsgIcon::Plain};
     return std::nullopt;
 }

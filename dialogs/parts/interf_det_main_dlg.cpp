@@ -23,7 +23,7 @@
 #include "util/texts.h"
 
 namespace {
-constexpr long kCheckAll = InterferenceParams::kCheckAll.id;
+constexpr long kCheckAllSwitch = InterferenceParams::kCheckAll.id;
 constexpr long kFirstOption = InterferenceParams::kFirstOption.id;
 constexpr long kSecondOption = InterferenceParams::kSecondOption.id;
 constexpr long kVolumeLimit = InterferenceParams::kVolumeLimit.id;
@@ -62,7 +62,7 @@ ZEBASMInterfDetMainDlg::ZEBASMInterfDetMainDlg(CZebRule* rule, const std::wstrin
 }
 
 void ZEBASMInterfDetMainDlg::LoadFromRule(CZebRule& rule) {
-    if (!rule.FindParameterInArray(kCheckAll)) return;
+    if (!rule.FindParameterInArray(kCheckAllSwitch)) return;
     m_checkPage = WithZebControlId(new ZEBASMInterfDetCheckCompDlg(&rule, m_tabs), ZEBASMInterfDetCheckCompDlg::kTemplateId);
     m_ignorePage = WithZebControlId(new ZEBASMInterfDetIgnoreCompDlg(&rule, m_tabs), ZEBASMInterfDetIgnoreCompDlg::kTemplateId);
     m_checkPage->OnInitDialog();

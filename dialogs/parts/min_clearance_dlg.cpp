@@ -22,16 +22,16 @@
 namespace {
 constexpr long kGeneralClearance = MinClearanceParams::kGeneral.id;
 constexpr long kPairsSwitch = MinClearanceParams::kPairsSwitch.id;
-constexpr long kPairs = MinClearanceParams::kPairs.id;
+constexpr long kPairTable = MinClearanceParams::kPairs.id;
 constexpr long kSameSubassembly = MinClearanceParams::kSameSubassembly.id;
 constexpr long kTouching = MinClearanceParams::kTouching.id;
-constexpr int kTableWidth = 600;
-constexpr int kFirst = 1;
-constexpr int kSecond = 2;
+constexpr int kPairTableWidth = 600;
+constexpr int kFirstPart = 1;
+constexpr int kSecondPart = 2;
 constexpr int kClearance = 3;
 
 // Columns "A", "B" and "C" (a number) into parts and clearance; every row emptied first.
-const ComponentImportLayout kImportLayout{
+const ComponentImportLayout kPairImportLayout{
     .columns = SheetColumnsOf(MinClearanceParams::kPairs.columns),
     .rowsBelow = CZEBAssemblyMinClearanceBetPartsDlg::kSpareRows,
     .emptyEveryRow = true,
@@ -55,7 +55,7 @@ CZEBAssemblyMinClearanceBetPartsDlg::CZEBAssemblyMinClearanceBetPartsDlg(CZebRul
       m_hint(WithZebControlId(new QLabel(Body()), kHintId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicMinimumClearance);
-    UseTable(m_table, TableSheetKind::PartPairs, kFirst, kClearance - kFirst + 1);
+    UseTable(m_table, TableSheetKind::PartPairs, kFirstPart, kClearance - kFirstPart + 1);
     m_table->setMinimumHeight(280);
     m_hint->setWordWrap(true);
 
@@ -102,12 +102,12 @@ void CZEBAssemblyMinClearanceBetPartsDlg::LoadFromRule(CZebRule& rule) {
 
 void CZEBAssemblyMinClearanceBetPartsDlg::LoadTable(CZebRule& rule) {
     const ZebTypedParam<double>* pairsSwitch = FindTyped<double>(rule, kPairsSwitch);
-    const ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kPairs);
+    const ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kPairTable);
     if (!pairsSwitch || !pairs) return;
     m_pairsSwitch->setChecked(pairsSwitch->values.GetSize() > 0 && SwitchIsOn(pairsSwitch->values[0]));
     m_table->SetUpColumns({L"", LoadLocalizedString(IDS_COMPONENT_1_HEADING), LoadLocalizedString(IDS_COMPONENT_2_HEADING),
                            LoadLocalizedString(IDS_CLEARANCE_HEADING)},
-                          kTableWidth, 0);
+                          kPairTableWidth, 0);
     // Part files chosen in the table are named as the rule names parts.
     m_table->SetMode(CZEBAsmRuleListCtrl::Mode::PartPairs, PartFileNaming::DisplayName);
     OfferTableExport(*m_table, [this] { ExportTable(); });
@@ -131,8 +131,8 @@ std::optional<ZebRefusal> CZEBAssemblyMinClearanceBetPartsDlg::Validate(CZebRule
     if (!rule.FindParameterInArray(kGeneralClearance)) return ZebRefusal{};
     if (!TableLoaded()) return std::nullopt;
     for (const CZebGridModel::Row& row : m_table->GetRows()) {
-        const std::wstring& first = CZebGridModel::CellOf(row, kFirst);
-        const std::wstring& second = CZebGridModel::CellOf(row, kSecond);
+        const std::wstring& first = CZebGridModel::CellOf(row, kFirstPart);
+        const std::wstring& second = CZebGridModel::CellOf(row, kSecondPart);
         if (first.empty() && second.empty()) continue;
         if (first.empty() || second.empty() || CZebGridModel::CellOf(row, kClearance).empty())
             return ZebRefusal{LoadLocalizedString(IDS_ROW_INCOMPLETE), m_table};
@@ -161,16 +161,16 @@ void CZEBAssemblyMinClearanceBetPartsDlg::StoreIntoRule(CZebRule& rule) {
 
 void CZEBAssemblyMinClearanceBetPartsDlg::StoreTable(CZebRule& rule) {
     StoreFirstValue(*FindTyped<double>(rule, kPairsSwitch), SwitchValue(*m_pairsSwitch), LongerList::FirstReplaced);
-    ZebTypedParam<ZebRow>& pairs = *FindTyped<ZebRow>(rule, kPairs);
+    ZebTypedParam<ZebRow>& pairs = *FindTyped<ZebRow>(rule, kPairTable);
     pairs.values.RemoveAll();
     for (const CZebGridModel::Row& row : m_table->GetRows()) {
-        const std::wstring& first = CZebGridModel::CellOf(row, kFirst);
-        const std::wstring& second = CZebGridModel::CellOf(row, kSecond);
+        const std::wstring& first = CZebGridModel::CellOf(row, kFirstPart);
+        const std::wstring& second = CZebGridModel::CellOf(row, kSecondPart);
         if (!first.empty() || !second.empty()) pairs.values.Add(ZebRow{first, second, CZebGridModel::CellOf(row, kClearance)});
     }
 }
 
 void CZEBAssemblyMinClearanceBetPartsDlg::ImportSpreadsheet() {
     if (!TableLoaded()) return;
-    ImportComponentTable(this, *m_table, kImportLayout, m_import, 0, GetLengthUnit());
+    ImportComponentTable(this, *m_table, kPairImportLayout, m_import, 0, GetLengthUnit());
 }

@@ -18,11 +18,11 @@
 
 namespace {
 constexpr long kTableText = PrefCompParams::kTable.id;
-constexpr int kTableWidth = 1000;
+constexpr int kPrefTableWidth = 1000;
 constexpr int kLastColumn = 4;
 
 // Columns "A" to "D" into the table's four columns, read by rows; every row emptied first.
-const ComponentImportLayout kImportLayout{.columns = SheetColumnsOf(PrefCompParams::kTable.columns),
+const ComponentImportLayout kPrefImportLayout{.columns = SheetColumnsOf(PrefCompParams::kTable.columns),
                                           .rowsBelow = CZEBAssemblyCheckPrefCompDlg::kSpareRows,
                                           .emptyEveryRow = true,
                                           .readByRows = true};
@@ -68,7 +68,7 @@ void CZEBAssemblyCheckPrefCompDlg::LoadFromRule(CZebRule& rule) {
     const ZebTypedParam<std::wstring>* text = FindTyped<std::wstring>(rule, kTableText);
     if (!text) return;
     // The description takes one and a half parts of the width, each component just under one.
-    const int unit = static_cast<int>((kTableWidth - 16) / 4.5);
+    const int unit = static_cast<int>((kPrefTableWidth - 16) / 4.5);
     m_table->SetRuleTableLook();
     m_table->InsertColumn(L"", 10);
     m_table->InsertColumn(LoadLocalizedString(IDS_DESCRIPTION_HEADING), static_cast<int>(unit * 1.5));
@@ -120,7 +120,7 @@ void CZEBAssemblyCheckPrefCompDlg::StoreIntoRule(CZebRule& rule) {
 
 void CZEBAssemblyCheckPrefCompDlg::ImportSpreadsheet() {
     if (m_table->GetColumnCount() == 0) return;
-    ImportComponentTable(this, *m_table, kImportLayout, m_import);
+    ImportComponentTable(this, *m_table, kPrefImportLayout, m_import);
 }
 
 TextRows CZEBAssemblyCheckPrefCompDlg::ExportRows() const {

@@ -21,6 +21,7 @@
 #include <atomic>
 #include <mutex>
 
+#include "host/editor/qt_text.h"
 #include "framework/text_convert.h"
 #include "framework/ui/ui_service.h"
 #include "framework/zeb_xml.h"
@@ -32,8 +33,6 @@ constexpr int kSortRole = Qt::UserRole + 1;
 // The rule's identity name, on the rule column.
 constexpr int kRuleRole = Qt::UserRole + 2;
 
-QString Q(const std::wstring& text) { return QString::fromStdWString(text); }
-QString Q(const std::string& text) { return QString::fromStdString(text); }
 
 std::string ChooseFile(QWidget* parent, const QString& filter, const wchar_t* extension, bool forSaving) {
     IZebUiService* ui = GetZebUiService();

@@ -25,6 +25,7 @@
 #include <QVBoxLayout>
 #include <map>
 
+#include "host/editor/qt_text.h"
 #include "app/help_topics.h"
 #include "database/service/data_helper.h"
 #include "framework/case_fold.h"
@@ -48,8 +49,6 @@ const char* const kGeometryKey = "editor/geometry";
 const char* const kSplitterKey = "editor/splitter";
 enum Column { kRuleColumn, kSeverityColumn, kSummaryColumn, kColumns };
 
-QString Q(const std::wstring& text) { return QString::fromStdWString(text); }
-QString Q(const std::string& text) { return QString::fromStdString(text); }
 
 QSettings EditorSettings() { return QSettings("Vantor", "vantor-rules"); }
 
@@ -69,7 +68,7 @@ const CZebResourceLibrary* ModuleResources(bool english) {
 }
 
 // The severity names the rule dialogs show, from the module's resources in the user's language.
-QString SeverityName(int code) {
+QString SeverityText(int code) {
     static const ZebStringId kIds[] = {IDS_SEVERITY_CRITICAL, IDS_SEVERITY_MAJOR, IDS_SEVERITY_MODERATE,
                                        IDS_SEVERITY_MINOR, IDS_SEVERITY_INFO};
     const CZebResourceLibrary* resources = ModuleResources(false);
@@ -148,7 +147,7 @@ QString RowStateText(const CZebRule* rule) {
 QString DetailsHtml(const CZebRule& rule, const QString& unit, const QColor& offColor) {
     const bool off = !RuleInUse(rule);
     QString html = "<h3>" + (Q(rule.DisplayName) + (off ? " " + OffText() : QString())).toHtmlEscaped() + "</h3><p>" +
-                   CRuleSetEditor::tr("Severity: %1").arg(SeverityName(rule.Severity)).toHtmlEscaped() + "<br>" +
+                   CRuleSetEditor::tr("Severity: %1").arg(SeverityText(rule.Severity)).toHtmlEscaped() + "<br>" +
                    SwitchText(rule).toHtmlEscaped() + "<br>" +
                    CRuleSetEditor::tr("Lengths in %1").arg(unit).toHtmlEscaped() + "</p><p>" +
                    Q(rule.Summary).toHtmlEscaped() + "</p><table cellspacing=\"0\" cellpadding=\"3\" border=\"1\">" +
@@ -289,7 +288,7 @@ CRuleSetEditor::CRuleSetEditor(const ModuleLoader& module, QWidget* parent)
     m_check = new CAssemblyCheck(*this, module, {[this](const std::wstring& name) {
         const int row = m_document.FindRule(name);
         return row >= 0 ? Q(m_document.Row(static_cast<size_t>(row)).displayName) : Q(name);
-    }, &SeverityName});
+    }, &SeverityText});
     connect(m_check, &CAssemblyCheck::ruleChosen, this, [this](const QString& name) {
         const int row = m_document.FindRule(name.toStdWString());
         if (row >= 0 && m_table->isRowHidden(row)) m_filter->clear();
@@ -343,7 +342,7 @@ void CRuleSetEditor::BuildMenus() {
                      [this] { ConfigureCurrentRule(); });
     QMenu* severity = rules->addMenu(tr("&Severity"));
     for (int code = 1; code <= 5; ++code)
-        severity->addAction(QString("&%1 %2").arg(code).arg(SeverityName(code)), QKeySequence(Qt::CTRL | (Qt::Key_0 + code)),
+        severity->addAction(QString("&%1 %2").arg(code).arg(SeverityText(code)), QKeySequence(Qt::CTRL | (Qt::Key_0 + code)),
                             this, [this, code] { SetCurrentSeverity(code); });
     rules->addAction(tr("S&witch On/Off"), QKeySequence(Qt::CTRL | Qt::Key_T), this, [this] { SwitchCurrentRule(); });
     m_addRuleMenu = rules->addMenu(tr("&Add Rule"));
@@ -417,7 +416,7 @@ void CRuleSetEditor::ShowRow(int row) {
         m_table->setItem(row, column, item);
     };
     cell(kRuleColumn, RuleName(row) + (rule.inUse ? QString() : " " + OffText()));
-    cell(kSeverityColumn, rule.known ? SeverityName(rule.severity) : QString());
+    cell(kSeverityColumn, rule.known ? SeverityText(rule.severity) : QString());
     cell(kSummaryColumn, rule.known ? Q(rule.summary) : QString());
 }
 

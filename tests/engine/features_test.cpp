@@ -50,8 +50,8 @@ TEST(Features, HolesAndSlotsOfAPlate) {
     EXPECT_NEAR(counterbored->Depth(), 10, 1e-6);
     EXPECT_FALSE(HoleOf(f, 15));
 
-    ASSERT_EQ(f.slots.size(), 1u);
-    const Slot& slot = f.slots[0];
+    ASSERT_EQ(f.slotFeatures.size(), 1u);
+    const Slot& slot = f.slotFeatures[0];
     EXPECT_NEAR(slot.width, 6, 1e-6);
     EXPECT_NEAR(slot.length, 20, 1e-6);
     EXPECT_NEAR(slot.depth, 10, 1e-6);
