@@ -11,10 +11,12 @@ inline constexpr wchar_t kHelpTopicFastenerNameDatabase[] = L"fastener-name-data
 inline constexpr wchar_t kHelpTopicFastenerError[] = L"fastener-error-dialog";
 
 inline constexpr wchar_t kHelpTopicFastenerClearance[] = L"fastener-clearance-dialog";
-inline constexpr wchar_t kHelpTopicFastenerEngagementLength[] = L"fastener-engagement-length-dialog";
+inline constexpr wchar_t kHelpTopicFastenerEngagementLength[] =
+    L"fastener-engagement-length-dialog";
 inline constexpr wchar_t kHelpTopicFastenerAlignment[] = L"fastener-alignment-dialog";
 inline constexpr wchar_t kHelpTopicFastenerAccessibility[] = L"fastener-accessibility-dialog";
-inline constexpr wchar_t kHelpTopicBoltScrewRationalization[] = L"bolt-screw-rationalization-dialog";
+inline constexpr wchar_t kHelpTopicBoltScrewRationalization[] =
+    L"bolt-screw-rationalization-dialog";
 inline constexpr wchar_t kHelpTopicRecommThreadTypes[] = L"recommended-thread-types-dialog";
 inline constexpr wchar_t kHelpTopicThreadSize[] = L"thread-size-dialog";
 inline constexpr wchar_t kHelpTopicInterferenceDetection[] = L"interference-detection-dialog";
@@ -25,14 +27,23 @@ inline constexpr wchar_t kHelpTopicSlotAlignment[] = L"slot-alignment-dialog";
 inline constexpr wchar_t kHelpTopicContactMaterial[] = L"contact-material-dialog";
 inline constexpr wchar_t kHelpTopicPreferredComponents[] = L"preferred-components-dialog";
 
-inline constexpr const wchar_t* kDialogHelpTopics[] = {
-    kHelpTopicHardwareDatabase,         kHelpTopicFastenerNameDatabase, kHelpTopicFastenerError,
-    kHelpTopicFastenerClearance,        kHelpTopicFastenerEngagementLength,
-    kHelpTopicFastenerAlignment,        kHelpTopicFastenerAccessibility,
-    kHelpTopicBoltScrewRationalization, kHelpTopicRecommThreadTypes,    kHelpTopicThreadSize,
-    kHelpTopicInterferenceDetection,    kHelpTopicMinimumClearance,     kHelpTopicMaterialDatabase,
-    kHelpTopicHoleAlignment,            kHelpTopicSlotAlignment,        kHelpTopicContactMaterial,
-    kHelpTopicPreferredComponents};
+inline constexpr const wchar_t* kDialogHelpTopics[] = {kHelpTopicHardwareDatabase,
+                                                       kHelpTopicFastenerNameDatabase,
+                                                       kHelpTopicFastenerError,
+                                                       kHelpTopicFastenerClearance,
+                                                       kHelpTopicFastenerEngagementLength,
+                                                       kHelpTopicFastenerAlignment,
+                                                       kHelpTopicFastenerAccessibility,
+                                                       kHelpTopicBoltScrewRationalization,
+                                                       kHelpTopicRecommThreadTypes,
+                                                       kHelpTopicThreadSize,
+                                                       kHelpTopicInterferenceDetection,
+                                                       kHelpTopicMinimumClearance,
+                                                       kHelpTopicMaterialDatabase,
+                                                       kHelpTopicHoleAlignment,
+                                                       kHelpTopicSlotAlignment,
+                                                       kHelpTopicContactMaterial,
+                                                       kHelpTopicPreferredComponents};
 
 // The sections that explain each rule, by the string id of the rule's name, and the section on
 // rule sets: where the rule-set editor's Help opens for the rule chosen in its list.

@@ -19,7 +19,8 @@ namespace {
 struct BenchFolderOwner {
     std::filesystem::path folder;
     BenchFolderOwner() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vantor_bench_XXXXXX").string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "vantor_bench_XXXXXX").string();
         folder = ::mkdtemp(pattern.data());
         ::setenv("VANTOR_DATABASE_DIR", folder.c_str(), 1);
     }
@@ -55,7 +56,8 @@ void BM_AddFastenerName(benchmark::State& state) {
     BenchFolder();
     long n = 0;
     for (auto _ : state)
-        if (zeb_db::ZEBDataHelper::getInstance()->AddFastenerName(L"Bench " + std::to_wstring(n++)) != ZebDbOk)
+        if (zeb_db::ZEBDataHelper::getInstance()->AddFastenerName(L"Bench " +
+                                                                  std::to_wstring(n++)) != ZebDbOk)
             state.SkipWithError("a name could not be stored");
 }
 BENCHMARK(BM_AddFastenerName)->Unit(benchmark::kMillisecond);
@@ -84,7 +86,8 @@ const std::string& ServerUrl() {
             s.url = url;
             return s;
         }
-        std::string pattern = (std::filesystem::temp_directory_path() / "vantor_bench_pg_XXXXXX").string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "vantor_bench_pg_XXXXXX").string();
         s.folder = ::mkdtemp(pattern.data());
         const std::string script = std::string(VANTOR_SOURCE_DIR) + "/scripts/pg_server";
         if (std::system((script + " start '" + s.folder.string() + "'").c_str()) == 0)
@@ -124,10 +127,12 @@ void AddAndList(benchmark::State& state, bool server) {
     for (auto _ : state) {
         state.PauseTiming();
         folder = std::make_unique<BenchFolderOwner>();
-        const std::string name = "vantor_bench_" + std::to_string(::getpid()) + "_" + std::to_string(++run);
+        const std::string name =
+            "vantor_bench_" + std::to_string(::getpid()) + "_" + std::to_string(++run);
         if (server) {
             if (ServerUrl().empty() || !Maintain("CREATE DATABASE " + name)) {
-                state.SkipWithError("no PostgreSQL server (VANTOR_TEST_DATABASE_URL or scripts/pg_server)");
+                state.SkipWithError(
+                    "no PostgreSQL server (VANTOR_TEST_DATABASE_URL or scripts/pg_server)");
                 break;
             }
             ::setenv("VANTOR_DATABASE_URL", WithDatabase(ServerUrl(), name).c_str(), 1);
@@ -140,7 +145,9 @@ void AddAndList(benchmark::State& state, bool server) {
 
         bool stored = true;
         for (int i = 0; i < kNames; ++i)
-            stored = zeb_db::ZEBDataHelper::getInstance()->AddFastenerName(L"Bench M" + std::to_wstring(i)) == ZebDbOk && stored;
+            stored = zeb_db::ZEBDataHelper::getInstance()->AddFastenerName(
+                         L"Bench M" + std::to_wstring(i)) == ZebDbOk &&
+                     stored;
         std::list<std::wstring> names;
         if (!stored || zeb_db::ZEBDataHelper::getInstance()->GetFastenerNames(names) != ZebDbOk)
             state.SkipWithError("the names could not be stored and read back");

@@ -61,9 +61,12 @@ double OpenOkAndClose(int rows) {
         Fill(rule, FastenerClearanceParams::kConditionB.id, rows);
         CZEBAssemblyFastenerClearanceDlg dialog(&rule, L"mm");
         dialog.show();
-        if (dialog.GetGrid()->GetRowCount() != 2 * rows + 260) std::fprintf(stderr, "rows not loaded\n");
+        if (dialog.GetGrid()->GetRowCount() != 2 * rows + 260)
+            std::fprintf(stderr, "rows not loaded\n");
         dialog.OnOK();
-        if (FindTyped<ZebRow>(rule, FastenerClearanceParams::kConditionA.id)->values.GetSize() < rows) std::fprintf(stderr, "rows lost\n");
+        if (FindTyped<ZebRow>(rule, FastenerClearanceParams::kConditionA.id)->values.GetSize() <
+            rows)
+            std::fprintf(stderr, "rows lost\n");
     });
 }
 
@@ -73,7 +76,8 @@ void WriteSheet(const fs::path& path, int rows) {
     const char* headings[] = {"F", "A", "A1", "B", "B1"};
     for (int c = 0; c < 5; ++c) worksheet_write_string(sheet, 0, c, headings[c], nullptr);
     for (int r = 1; r <= rows; ++r) {
-        worksheet_write_string(sheet, r, 0, ("SHEET FASTENER " + std::to_string(100000 + r)).c_str(), nullptr);
+        worksheet_write_string(sheet, r, 0,
+                               ("SHEET FASTENER " + std::to_string(100000 + r)).c_str(), nullptr);
         for (int c = 1; c < 5; ++c) worksheet_write_number(sheet, r, c, 0.5 * c, nullptr);
     }
     workbook_close(workbook);
@@ -117,15 +121,17 @@ int main(int argc, char** argv) {
         dialog.show();
         QApplication::setActiveWindow(&dialog);
         ui.ChooseFiles({sheet.wstring()});
-        import = std::min(import, Seconds([&] { QTest::keyClick(&dialog, Qt::Key_I, Qt::ControlModifier); }));
-        if (dialog.GetGrid()->GetCellText(99999, 0).empty()) std::fprintf(stderr, "the import did not fill the table\n");
-    }
-    std::printf("reader alone, 100,000 rows:         %.3f s\n", reader);
-    std::printf("import into the open dialog:        %.3f s\n", import);
-    std::printf("ratio: %.2f (target: at most 2)\n", import / reader);
+        import = std::min(import, Seconds([&] { QTest::keyClick(&dialog, Qt::Key_I, Qt::ControlModifier);
+    }));
+    if (dialog.GetGrid()->GetCellText(99999, 0).empty())
+        std::fprintf(stderr, "the import did not fill the table\n");
+}
+std::printf("reader alone, 100,000 rows:         %.3f s\n", reader);
+std::printf("import into the open dialog:        %.3f s\n", import);
+std::printf("ratio: %.2f (target: at most 2)\n", import / reader);
 
-    dlclose(databaseModule);
-    StopAssemblyRulesApp();
-    fs::remove_all(scratch);
-    return 0;
+dlclose(databaseModule);
+StopAssemblyRulesApp();
+fs::remove_all(scratch);
+return 0;
 }

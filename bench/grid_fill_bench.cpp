@@ -74,13 +74,15 @@ void RunPlain() {
     view.setModel(&model);
     std::vector<std::vector<QString>> rows(kRows);
     for (int r = 0; r < kRows; ++r)
-        for (int c = 0; c < kColumns; ++c) rows[r].push_back(QString::fromStdWString(CellText(r, c)));
+        for (int c = 0; c < kColumns; ++c)
+            rows[r].push_back(QString::fromStdWString(CellText(r, c)));
     model.Fill(std::move(rows));
     view.show();
     QApplication::processEvents();
     for (int r = 0; r < model.rowCount(); ++r)
         for (int c = 0; c < kColumns; ++c) {
-            const std::wstring text = model.data(model.index(r, c), Qt::DisplayRole).toString().toStdWString();
+            const std::wstring text =
+                model.data(model.index(r, c), Qt::DisplayRole).toString().toStdWString();
             g_sink += text.size();
         }
 }

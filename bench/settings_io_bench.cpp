@@ -43,7 +43,8 @@ long StatusKiB(const char* field) {
     std::ifstream status("/proc/self/status");
     std::string line;
     while (std::getline(status, line))
-        if (line.rfind(field, 0) == 0) return std::strtol(line.c_str() + std::strlen(field), nullptr, 10);
+        if (line.rfind(field, 0) == 0)
+            return std::strtol(line.c_str() + std::strlen(field), nullptr, 10);
     return 0;
 }
 
@@ -148,7 +149,8 @@ bool WriteDocument(const ModuleLoader& loader, const fs::path& path, int rows) {
 
     pugi::xml_document xml;
     if (!xml.load_string(text.c_str())) return false;
-    for (const pugi::xpath_node& found : xml.select_nodes("//Rule[@Name='Fastener Clearance']/Parameter")) {
+    for (const pugi::xpath_node& found :
+         xml.select_nodes("//Rule[@Name='Fastener Clearance']/Parameter")) {
         pugi::xml_node rule = found.node();
         const std::string type = rule.attribute("Type").value();
         if (type != std::to_string(FastenerClearanceParams::kConditionA.id) &&
@@ -156,8 +158,10 @@ bool WriteDocument(const ModuleLoader& loader, const fs::path& path, int rows) {
             continue;
         pugi::xml_node before = rule.child("ResultCriteria");
         for (int i = 0; i < rows; ++i) {
-            pugi::xml_node value = before ? rule.insert_child_before("Value", before) : rule.append_child("Value");
-            value.append_attribute("Attribute1") = ("M" + std::to_string(8 + i % 40) + "X" + std::to_string(i) + "-ISO4017").c_str();
+            pugi::xml_node value =
+                before ? rule.insert_child_before("Value", before) : rule.append_child("Value");
+            value.append_attribute("Attribute1") =
+                ("M" + std::to_string(8 + i % 40) + "X" + std::to_string(i) + "-ISO4017").c_str();
             value.append_attribute("Attribute2") = "3.500000";
             value.append_attribute("Attribute3") = "5.250000";
         }
@@ -168,8 +172,9 @@ bool WriteDocument(const ModuleLoader& loader, const fs::path& path, int rows) {
 // Where the time of one convert goes, step by step as RewriteAndWrite takes them: the median of
 // each step over `kRuns` children, each running the steps once in order.
 void PrintSteps(const ModuleLoader& loader, const fs::path& input, const fs::path& output) {
-    static const char* const kSteps[] = {"load",  "read", "drop input", "convert", "write",
-                                         "save (the rules go meanwhile)", "free output"};
+    static const char* const kSteps[] = {"load",       "read",  "drop input",
+                                         "convert",    "write", "save (the rules go meanwhile)",
+                                         "free output"};
     constexpr size_t kCount = sizeof kSteps / sizeof kSteps[0];
     std::vector<std::vector<double>> times(kCount);
     for (int run = 0; run < kRuns; ++run) {
@@ -229,8 +234,9 @@ void PrintSteps(const ModuleLoader& loader, const fs::path& input, const fs::pat
 }
 
 void Print(const char* what, const Sample& s, const Sample& floor) {
-    std::printf("  %-28s %8.3f s %9.1f MiB   time %5.2fx  memory %5.2fx\n", what, s.seconds, s.peakKiB / 1024.0,
-                s.seconds / floor.seconds, static_cast<double>(s.peakKiB) / static_cast<double>(floor.peakKiB));
+    std::printf("  %-28s %8.3f s %9.1f MiB   time %5.2fx  memory %5.2fx\n", what, s.seconds,
+                s.peakKiB / 1024.0, s.seconds / floor.seconds,
+                static_cast<double>(s.peakKiB) / static_cast<double>(floor.peakKiB));
 }
 }  // namespace
 
@@ -245,7 +251,8 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "settings_io_bench: %s\n", error.c_str());
         return 1;
     }
-    const fs::path dir = fs::temp_directory_path() / ("vantor-settings-bench-" + std::to_string(getpid()));
+    const fs::path dir =
+        fs::temp_directory_path() / ("vantor-settings-bench-" + std::to_string(getpid()));
     fs::create_directories(dir);
     const fs::path input = dir / "settings.xml", output = dir / "out.xml";
 

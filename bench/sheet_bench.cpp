@@ -66,7 +66,8 @@ size_t ReadRows(const std::string& path) {
     SpreadsheetTable table;
     SpreadsheetError error;
     if (!ReadSpreadsheet(FromUtf8(path), SixColumns(), table, error)) {
-        std::fprintf(stderr, "cannot read %s: %s\n", path.c_str(), ToUtf8(SpreadsheetErrorText(error)).c_str());
+        std::fprintf(stderr, "cannot read %s: %s\n", path.c_str(),
+                     ToUtf8(SpreadsheetErrorText(error)).c_str());
         return 0;
     }
     return table.empty() ? 0 : table[0].size();

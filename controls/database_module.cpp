@@ -54,7 +54,8 @@ bool FillDatabaseModuleList(CWrapperComboCtrl& list, const std::list<std::wstrin
         void* handle = dlopen(ToUtf8(module).c_str(), RTLD_NOW | RTLD_LOCAL);
         std::wstring name;
         if (handle && ModuleName(handle, name)) {
-            if (selected.empty() ? chosen < 0 : ZebEqualsNoCase(GetDBModuleFileName(index), selected))
+            if (selected.empty() ? chosen < 0
+                                 : ZebEqualsNoCase(GetDBModuleFileName(index), selected))
                 chosen = static_cast<int>(names.size());
             names.push_back(name);
         }

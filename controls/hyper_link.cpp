@@ -83,8 +83,9 @@ void CHyperLink::Click() {
         emit NotifyParent(kNotifyMessage, GetZebControlId(this));
     } else if (m_helpLink) {
         // The help file at the section of the context id ("topic-<id>"); 0 names no section.
-        ZebOpenHelp(window(), m_helpFile,
-                    m_helpContextId != 0 ? L"topic-" + std::to_wstring(m_helpContextId) : std::wstring());
+        ZebOpenHelp(
+            window(), m_helpFile,
+            m_helpContextId != 0 ? L"topic-" + std::to_wstring(m_helpContextId) : std::wstring());
     } else if (service) {
         service->ShellOpen(m_target);
     }

@@ -12,11 +12,15 @@ constexpr const char* kRefusedProperty = "zebRefused";
 
 std::wstring NumberFaultText(NumberTextFault fault) {
     switch (fault) {
-    case NumberTextFault::Negative: return LoadLocalizedString(IDS_VALUE_NEGATIVE);
-    case NumberTextFault::Ambiguous: return LoadLocalizedString(IDS_VALUE_AMBIGUOUS);
-    case NumberTextFault::None: return {};
-    case NumberTextFault::Empty:
-    case NumberTextFault::NotNumber: break;
+        case NumberTextFault::Negative:
+            return LoadLocalizedString(IDS_VALUE_NEGATIVE);
+        case NumberTextFault::Ambiguous:
+            return LoadLocalizedString(IDS_VALUE_AMBIGUOUS);
+        case NumberTextFault::None:
+            return {};
+        case NumberTextFault::Empty:
+        case NumberTextFault::NotNumber:
+            break;
     }
     return LoadLocalizedString(IDS_VALUE_NOT_A_NUMBER);
 }

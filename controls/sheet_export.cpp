@@ -15,7 +15,8 @@ const std::wstring kWorkbookExtension = L".xlsx";
 
 bool HasWorkbookExtension(const std::wstring& path) {
     return path.size() > kWorkbookExtension.size() &&
-           ZebEqualsNoCase(path.substr(path.size() - kWorkbookExtension.size()), kWorkbookExtension);
+           ZebEqualsNoCase(path.substr(path.size() - kWorkbookExtension.size()),
+                           kWorkbookExtension);
 }
 }  // namespace
 
@@ -23,7 +24,8 @@ void OfferTableExport(CZEBListCtrl& table, std::function<void()> run) {
     QHeaderView* header = table.horizontalHeader();
     for (QAction* action : header->actions())
         if (action->objectName() == QLatin1String(kExportActionName)) return;
-    auto* action = new QAction(QString::fromStdWString(LoadLocalizedString(IDS_EXPORT_TABLE)), header);
+    auto* action =
+        new QAction(QString::fromStdWString(LoadLocalizedString(IDS_EXPORT_TABLE)), header);
     action->setObjectName(QLatin1String(kExportActionName));
     QObject::connect(action, &QAction::triggered, header, [run = std::move(run)] { run(); });
     header->addAction(action);
@@ -52,7 +54,8 @@ bool ExportTableToChosenFile(QWidget* parent, TableSheetKind kind, const TextRow
     request.fileMustExist = false;
     request.forSaving = true;
     std::vector<std::wstring> paths;
-    if (!service->OpenFiles(parent, request, paths) || paths.empty() || paths.front().empty()) return false;
+    if (!service->OpenFiles(parent, request, paths) || paths.empty() || paths.front().empty())
+        return false;
     std::wstring path = paths.front();
     // The import hands exactly ".xlsx" to the reader library; any other name is read by content.
     if (!HasWorkbookExtension(path)) path += kWorkbookExtension;
@@ -60,12 +63,15 @@ bool ExportTableToChosenFile(QWidget* parent, TableSheetKind kind, const TextRow
     const TableSheet sheet = TableToSheet(kind, table, lengthUnit);
     std::wstring error;
     if (!WriteSheetFile(path, sheet, error)) {
-        ZebUiMessage(parent, ZebFormatText(LoadLocalizedString(IDS_TABLE_NOT_EXPORTED), {path, error}),
+        ZebUiMessage(parent,
+                     ZebFormatText(LoadLocalizedString(IDS_TABLE_NOT_EXPORTED), {path, error}),
                      ZebMsgIcon::Warning, ZebMsgButtons::Ok);
         return false;
     }
     if (sheet.leftOut > 0)
-        ZebUiMessage(parent, ZebFormatText(LoadLocalizedString(IDS_EXPORT_ROWS_LEFT_OUT), {std::to_wstring(sheet.leftOut)}),
+        ZebUiMessage(parent,
+                     ZebFormatText(LoadLocalizedString(IDS_EXPORT_ROWS_LEFT_OUT),
+                                   {std::to_wstring(sheet.leftOut)}),
                      ZebMsgIcon::Warning, ZebMsgButtons::Ok);
     return true;
 }

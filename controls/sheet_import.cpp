@@ -53,16 +53,19 @@ double SheetLengthConversion::Apply(double value) const {
     return CZEBUnitConvertor::ConversionFromOneUnitToAnother(value, 1, from, to);
 }
 
-std::optional<SheetLengthConversion> ConversionForSheet(QWidget* parent, const std::wstring& path, int32_t tableUnit) {
+std::optional<SheetLengthConversion> ConversionForSheet(QWidget* parent, const std::wstring& path,
+                                                        int32_t tableUnit) {
     const std::optional<int32_t> sheetUnit = ReadSheetLengthUnit(path);
     if (!sheetUnit || *sheetUnit == tableUnit) return std::nullopt;
     ZebUiMessage(parent,
-                 ZebFormatText(LoadLocalizedString(IDS_IMPORT_UNIT_CONVERTED), {GetUnitText(*sheetUnit), GetUnitText(tableUnit)}),
+                 ZebFormatText(LoadLocalizedString(IDS_IMPORT_UNIT_CONVERTED),
+                               {GetUnitText(*sheetUnit), GetUnitText(tableUnit)}),
                  ZebMsgIcon::Information, ZebMsgButtons::Ok);
     return SheetLengthConversion{*sheetUnit, tableUnit};
 }
 
-NumberEntry ImportLength(const std::wstring& text, const std::optional<SheetLengthConversion>& conversion) {
+NumberEntry ImportLength(const std::wstring& text,
+                         const std::optional<SheetLengthConversion>& conversion) {
     NumberEntry entry = ReadNumberEntry(text);
     if (!entry.Ok() || !conversion) return entry;
     entry.value = conversion->Apply(entry.value);
@@ -74,7 +77,8 @@ std::vector<std::wstring> RefusedValueLines(const std::vector<RefusedSheetValue>
     std::vector<std::wstring> lines;
     lines.reserve(refused.size());
     for (const RefusedSheetValue& value : refused)
-        lines.push_back(ZebFormatText(LoadLocalizedString(IDS_REFUSED_VALUE_AT), {std::to_wstring(value.row), value.column, value.text}) +
+        lines.push_back(ZebFormatText(LoadLocalizedString(IDS_REFUSED_VALUE_AT),
+                                      {std::to_wstring(value.row), value.column, value.text}) +
                         L" " + NumberFaultText(value.fault));
     return lines;
 }
@@ -85,6 +89,6 @@ void ShowRefusedValues(QWidget* parent, const std::vector<RefusedSheetValue>& re
     std::wstring list;
     for (size_t i = 0; i < lines.size() && i < kRefusedValuesShown; ++i) list += lines[i] + L"\n";
     if (lines.size() > kRefusedValuesShown) list += L"…";
-    ZebUiMessage(parent, ZebFormatText(LoadLocalizedString(IDS_IMPORT_VALUES_REFUSED), {list}), ZebMsgIcon::Warning,
-                 ZebMsgButtons::Ok);
+    ZebUiMessage(parent, ZebFormatText(LoadLocalizedString(IDS_IMPORT_VALUES_REFUSED), {list}),
+                 ZebMsgIcon::Warning, ZebMsgButtons::Ok);
 }

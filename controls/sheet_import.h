@@ -32,11 +32,13 @@ struct SheetLengthConversion {
 };
 // The conversion a workbook needs, after telling the user of it (information icon); none when the
 // workbook records no unit or the table's own.
-std::optional<SheetLengthConversion> ConversionForSheet(QWidget* parent, const std::wstring& path, int32_t tableUnit);
+std::optional<SheetLengthConversion> ConversionForSheet(QWidget* parent, const std::wstring& path,
+                                                        int32_t tableUnit);
 
 // A cell's text as a length in the table: read as typed values are (ReadNumberEntry), converted
 // when a conversion is given, and written in the rules' number text. Empty texts stay empty.
-NumberEntry ImportLength(const std::wstring& text, const std::optional<SheetLengthConversion>& conversion);
+NumberEntry ImportLength(const std::wstring& text,
+                         const std::optional<SheetLengthConversion>& conversion);
 
 // A value of a workbook that could not be taken: where it stood and why.
 struct RefusedSheetValue {

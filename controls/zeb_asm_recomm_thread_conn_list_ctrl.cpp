@@ -10,7 +10,8 @@ namespace {
 constexpr int kMarkWidth = 16;
 }  // namespace
 
-CZEBAsmRecommThreadConnListCtrl::CZEBAsmRecommThreadConnListCtrl(QWidget* parent) : CZEBListCtrl(parent) {
+CZEBAsmRecommThreadConnListCtrl::CZEBAsmRecommThreadConnListCtrl(QWidget* parent)
+    : CZEBListCtrl(parent) {
     SetEditableColumns(kFirst, kSecond);
 }
 

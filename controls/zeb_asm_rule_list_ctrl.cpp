@@ -12,7 +12,8 @@ void CZEBAsmRuleListCtrl::SetMode(Mode mode, PartFileNaming naming) {
     m_pairNaming = naming;
 }
 
-void CZEBAsmRuleListCtrl::SetUpColumns(const std::vector<std::wstring>& headers, int width, int rows) {
+void CZEBAsmRuleListCtrl::SetUpColumns(const std::vector<std::wstring>& headers, int width,
+                                       int rows) {
     SetRuleTableLook();
     SetNumberedColumns(headers, width);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
@@ -30,7 +31,8 @@ bool CZEBAsmRuleListCtrl::IsNumberCell(int /*row*/, int column) const {
 }
 
 CZEBListCtrl::CellEditor CZEBAsmRuleListCtrl::EditorOf(int /*row*/, int column) const {
-    return column >= 1 && column <= 4 && column < GetColumnCount() ? CellEditor::Text : CellEditor::None;
+    return column >= 1 && column <= 4 && column < GetColumnCount() ? CellEditor::Text
+                                                                   : CellEditor::None;
 }
 
 bool CZEBAsmRuleListCtrl::OnCellRightClick(const QPoint& point) {

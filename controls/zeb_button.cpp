@@ -62,9 +62,7 @@ int CZEBButton::SetBitmaps(unsigned id, std::uint32_t transparent, unsigned seco
     return result;
 }
 
-bool CZEBButton::IsPressed() const {
-    return isDown() || (m_checkBoxMode && m_check != 0);
-}
+bool CZEBButton::IsPressed() const { return isDown() || (m_checkBoxMode && m_check != 0); }
 
 const QPixmap& CZEBButton::CurrentBitmap() const {
     const bool first = m_checkBoxMode ? IsPressed() : (m_hovering || IsPressed());

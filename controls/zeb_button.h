@@ -29,10 +29,22 @@ public:
     void SetFlat(bool flat);
     bool IsFlat() const { return m_flat; }
     bool IsHovering() const { return m_hovering; }
-    void SetTransparentBackground(bool on) { m_transparentBackground = on; update(); }
-    void SetDrawBorder(bool on) { m_drawBorder = on; update(); }
-    void SetDrawFlatFocus(bool on) { m_drawFlatFocus = on; update(); }
-    void SetShowDisabledBitmap(bool on) { m_showDisabledBitmap = on; update(); }
+    void SetTransparentBackground(bool on) {
+        m_transparentBackground = on;
+        update();
+    }
+    void SetDrawBorder(bool on) {
+        m_drawBorder = on;
+        update();
+    }
+    void SetDrawFlatFocus(bool on) {
+        m_drawFlatFocus = on;
+        update();
+    }
+    void SetShowDisabledBitmap(bool on) {
+        m_showDisabledBitmap = on;
+        update();
+    }
 
     // Where the image goes in the current state; empty without an image.
     QRect BitmapRect() const;

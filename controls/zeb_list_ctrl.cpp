@@ -1,10 +1,10 @@
 #include "controls/zeb_list_ctrl.h"
 
-#include <QHeaderView>
-#include <QHelpEvent>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -13,12 +13,12 @@
 #include <QToolTip>
 #include <algorithm>
 
-#include "controls/cell_text_edit.h"
 #include "app/assembly_rules_app.h"
+#include "controls/cell_text_edit.h"
 #include "controls/custom_combo_box.h"
 #include "controls/number_entry.h"
-#include "framework/resource_library.h"
 #include "framework/case_fold.h"
+#include "framework/resource_library.h"
 #include "framework/ui/control_id.h"
 #include "framework/ui/ui_service.h"
 #include "util/file_helpers.h"
@@ -32,7 +32,8 @@ QString ToQ(const std::wstring& text) { return QString::fromStdWString(text); }
 // It comes right after the table in the window's tab order, so that Tab leaves the table for
 // the next control.
 template <class Editor, class SetLimit>
-void PlaceEditor(QPointer<Editor>& editor, QWidget* table, int id, const QRect& rect, SetLimit setLimit) {
+void PlaceEditor(QPointer<Editor>& editor, QWidget* table, int id, const QRect& rect,
+                 SetLimit setLimit) {
     if (!editor) {
         editor = new Editor(table);
         QWidget::setTabOrder(table, editor);
@@ -47,7 +48,9 @@ void PlaceEditor(QPointer<Editor>& editor, QWidget* table, int id, const QRect& 
     editor->raise();
 }
 
-void SetClipboardText(const std::wstring& text) { QGuiApplication::clipboard()->setText(ToQ(text)); }
+void SetClipboardText(const std::wstring& text) {
+    QGuiApplication::clipboard()->setText(ToQ(text));
+}
 std::wstring ClipboardText() { return QGuiApplication::clipboard()->text().toStdWString(); }
 
 // Hides an editor; the table takes the keyboard focus back when the editor had it.
@@ -95,7 +98,9 @@ void CZEBListCtrl::InsertColumn(const std::wstring& header, int width) {
     m_model->AddColumn(header);
     // Never narrower than its heading: longer translations are not cut.
     const int column = GetColumnCount() - 1;
-    setColumnWidth(column, header.empty() ? width : std::max(width, horizontalHeader()->sectionSizeHint(column)));
+    setColumnWidth(column, header.empty()
+                               ? width
+                               : std::max(width, horizontalHeader()->sectionSizeHint(column)));
 }
 
 void CZEBListCtrl::SetNumberedColumns(const std::vector<std::wstring>& headers, int totalWidth) {
@@ -166,7 +171,9 @@ void CZEBListCtrl::BeginCellEdit(int row, int column, int maxChars) {
 
 bool CZEBListCtrl::IsCellEditOpen() const { return m_textEditor && !m_textEditor->isHidden(); }
 
-bool CZEBListCtrl::IsCellChoiceOpen() const { return m_choiceEditor && !m_choiceEditor->isHidden(); }
+bool CZEBListCtrl::IsCellChoiceOpen() const {
+    return m_choiceEditor && !m_choiceEditor->isHidden();
+}
 
 int CZEBListCtrl::EndCellEdit(std::wstring& text) {
     if (!IsCellEditOpen()) return 0;
@@ -185,12 +192,14 @@ long CZEBListCtrl::CommitCellEdit() {
         const NumberEntry entry = ReadNumberEntry(text);
         if (!entry.Ok() && entry.fault != NumberTextFault::Empty) {
             MarkRefused(*m_textEditor, true);
-            const std::wstring heading = m_model->headerData(m_editColumn, Qt::Horizontal, Qt::DisplayRole)
-                                             .toString()
-                                             .toStdWString();
+            const std::wstring heading =
+                m_model->headerData(m_editColumn, Qt::Horizontal, Qt::DisplayRole)
+                    .toString()
+                    .toStdWString();
             ZebUiMessage(window(),
                          ZebFormatText(LoadLocalizedString(IDS_CELL_VALUE_REFUSED),
-                                       {std::to_wstring(m_editRow + 1), heading, text, NumberFaultText(entry.fault)}),
+                                       {std::to_wstring(m_editRow + 1), heading, text,
+                                        NumberFaultText(entry.fault)}),
                          ZebMsgIcon::Warning, ZebMsgButtons::Ok);
             m_textEditor->setFocus();
             return 1;
@@ -277,7 +286,8 @@ void CZEBListCtrl::AppendEmptyRowIfLastFilled() {
 int CZEBListCtrl::TrailingEmptyRows() const {
     const std::vector<CZebGridModel::Row>& rows = GetRows();
     const auto isEmpty = [](const CZebGridModel::Row& row) {
-        return std::all_of(row.begin(), row.end(), [](const std::wstring& cell) { return cell.empty(); });
+        return std::all_of(row.begin(), row.end(),
+                           [](const std::wstring& cell) { return cell.empty(); });
     };
     const auto filled = std::find_if_not(rows.rbegin(), rows.rend(), isEmpty);
     return static_cast<int>(filled - rows.rbegin());
@@ -358,7 +368,8 @@ bool CZEBListCtrl::viewportEvent(QEvent* event) {
         auto* help = static_cast<QHelpEvent*>(event);
         int row = -1, column = -1;
         HitTest(help->pos(), row, column);
-        const std::wstring tip = row >= 0 && column >= 0 ? GetCellTooltip(row, column) : std::wstring();
+        const std::wstring tip =
+            row >= 0 && column >= 0 ? GetCellTooltip(row, column) : std::wstring();
         if (tip.empty()) {
             QToolTip::hideText();
             event->ignore();
@@ -371,7 +382,8 @@ bool CZEBListCtrl::viewportEvent(QEvent* event) {
 }
 
 CZEBListCtrl::CellEditor CZEBListCtrl::EditorOf(int /*row*/, int column) const {
-    return column >= m_firstEditable && column <= m_lastEditable ? CellEditor::Text : CellEditor::None;
+    return column >= m_firstEditable && column <= m_lastEditable ? CellEditor::Text
+                                                                 : CellEditor::None;
 }
 
 long CZEBListCtrl::CommitOpenEditor() {
@@ -382,10 +394,15 @@ long CZEBListCtrl::CommitOpenEditor() {
 bool CZEBListCtrl::OpenCell(int row, int column) {
     if (row < 0 || row >= GetRowCount() || column < 0 || column >= GetColumnCount()) return false;
     switch (EditorOf(row, column)) {
-    case CellEditor::Text: BeginCellEdit(row, column, kEditLimit); return true;
-    case CellEditor::Choice: BeginCellChoice(row, column, kEditLimit); return true;
-    case CellEditor::None:
-    case CellEditor::Locked: break;
+        case CellEditor::Text:
+            BeginCellEdit(row, column, kEditLimit);
+            return true;
+        case CellEditor::Choice:
+            BeginCellChoice(row, column, kEditLimit);
+            return true;
+        case CellEditor::None:
+        case CellEditor::Locked:
+            break;
     }
     return false;
 }
@@ -432,39 +449,47 @@ long CZEBListCtrl::StandardKeyHandler(QKeyEvent* event) {
     if (IsCellChoiceOpen()) {
         // The drop-down keeps its arrows and Alt+Down; Enter takes the entry.
         switch (key) {
-        case Qt::Key_Return:
-        case Qt::Key_Enter: CommitOpenEditor(); return 1;
-        case Qt::Key_Escape: return HideCellChoice();
-        case Qt::Key_Tab: return TabFromEditor(true);
-        default: return 0;
+            case Qt::Key_Return:
+            case Qt::Key_Enter:
+                CommitOpenEditor();
+                return 1;
+            case Qt::Key_Escape:
+                return HideCellChoice();
+            case Qt::Key_Tab:
+                return TabFromEditor(true);
+            default:
+                return 0;
         }
     }
     if (!IsCellEditOpen()) return TableKey(event);
     switch (key) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter: {
-        // Enter commits and goes on down the column, never to the dialog's default button.
-        CommitOpenEditor();
-        if (!HoldsRefusedText() && row + 1 < GetRowCount()) OpenCell(row + 1, column);
-        return 1;
-    }
-    case Qt::Key_Escape: return CancelCellEdit();
-    case Qt::Key_Tab: return TabFromEditor(true);
-    case Qt::Key_Left:
-    case Qt::Key_Right: {
-        const long result = CommitOpenEditor();
-        const int next = NextEditableColumn(row, column, key == Qt::Key_Left ? -1 : 1);
-        if (next >= 0) OpenCell(row, next);
-        return result;
-    }
-    case Qt::Key_Up:
-    case Qt::Key_Down: {
-        const long result = CommitOpenEditor();
-        const int target = row + (key == Qt::Key_Up ? -1 : 1);
-        if (target >= 0) OpenCell(target, column);
-        return result;
-    }
-    default: return 0;
+        case Qt::Key_Return:
+        case Qt::Key_Enter: {
+            // Enter commits and goes on down the column, never to the dialog's default button.
+            CommitOpenEditor();
+            if (!HoldsRefusedText() && row + 1 < GetRowCount()) OpenCell(row + 1, column);
+            return 1;
+        }
+        case Qt::Key_Escape:
+            return CancelCellEdit();
+        case Qt::Key_Tab:
+            return TabFromEditor(true);
+        case Qt::Key_Left:
+        case Qt::Key_Right: {
+            const long result = CommitOpenEditor();
+            const int next = NextEditableColumn(row, column, key == Qt::Key_Left ? -1 : 1);
+            if (next >= 0) OpenCell(row, next);
+            return result;
+        }
+        case Qt::Key_Up:
+        case Qt::Key_Down: {
+            const long result = CommitOpenEditor();
+            const int target = row + (key == Qt::Key_Up ? -1 : 1);
+            if (target >= 0) OpenCell(target, column);
+            return result;
+        }
+        default:
+            return 0;
     }
 }
 
@@ -483,29 +508,33 @@ long CZEBListCtrl::TableKey(QKeyEvent* event) {
         return 1;
     }
     switch (event->key()) {
-    case Qt::Key_F2:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        // Enter in a table opens its cell; it never presses the dialog's default button.
-        if (row >= 0 && !OpenCell(row, column)) OnCellActivated(row, column);
-        return 1;
-    case Qt::Key_Down:
-        if (modifiers != Qt::AltModifier || row < 0 || EditorOf(row, column) != CellEditor::Choice) return 0;
-        BeginCellChoice(row, column, kEditLimit);
-        if (m_choiceEditor) m_choiceEditor->showPopup();
-        return 1;
-    case Qt::Key_Delete:
-        if (modifiers & Qt::ShiftModifier) return OffersRowEditing() ? DeleteSelectedRows() : 0;
-        return OnDeleteKey();
-    case Qt::Key_Insert:
-        if (!OffersRowEditing() || modifiers != Qt::NoModifier) return 0;
-        InsertEmptyRow(row < 0 ? GetRowCount() : row);
-        return 1;
-    default: break;
+        case Qt::Key_F2:
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            // Enter in a table opens its cell; it never presses the dialog's default button.
+            if (row >= 0 && !OpenCell(row, column)) OnCellActivated(row, column);
+            return 1;
+        case Qt::Key_Down:
+            if (modifiers != Qt::AltModifier || row < 0 ||
+                EditorOf(row, column) != CellEditor::Choice)
+                return 0;
+            BeginCellChoice(row, column, kEditLimit);
+            if (m_choiceEditor) m_choiceEditor->showPopup();
+            return 1;
+        case Qt::Key_Delete:
+            if (modifiers & Qt::ShiftModifier) return OffersRowEditing() ? DeleteSelectedRows() : 0;
+            return OnDeleteKey();
+        case Qt::Key_Insert:
+            if (!OffersRowEditing() || modifiers != Qt::NoModifier) return 0;
+            InsertEmptyRow(row < 0 ? GetRowCount() : row);
+            return 1;
+        default:
+            break;
     }
     // Typing on a text cell opens it with what was typed, as spreadsheets do.
     const QString typed = event->text();
-    if (row >= 0 && !typed.isEmpty() && typed.at(0).isPrint() && !(modifiers & (Qt::ControlModifier | Qt::AltModifier)) &&
+    if (row >= 0 && !typed.isEmpty() && typed.at(0).isPrint() &&
+        !(modifiers & (Qt::ControlModifier | Qt::AltModifier)) &&
         EditorOf(row, column) == CellEditor::Text) {
         BeginCellEdit(row, column, kEditLimit);
         if (IsCellEditOpen()) m_textEditor->setText(typed);
@@ -531,8 +560,10 @@ int CZEBListCtrl::PasteText(int row, int column, const std::wstring& text) {
     std::vector<std::vector<std::wstring>> lines(1);
     for (wchar_t c : text) {
         if (c == L'\r') continue;
-        if (c == L'\n') lines.emplace_back();
-        else if (c == L'\t') lines.back().emplace_back();
+        if (c == L'\n')
+            lines.emplace_back();
+        else if (c == L'\t')
+            lines.back().emplace_back();
         else {
             if (lines.back().empty()) lines.back().emplace_back();
             lines.back().back() += c;
@@ -547,15 +578,20 @@ int CZEBListCtrl::PasteText(int row, int column, const std::wstring& text) {
         const int r = row + static_cast<int>(i);
         for (size_t k = 0; k < lines[i].size(); ++k) {
             const int c = column + static_cast<int>(k);
-            if (c >= GetColumnCount() || EditorOf(r, c) == CellEditor::None || EditorOf(r, c) == CellEditor::Locked) continue;
+            if (c >= GetColumnCount() || EditorOf(r, c) == CellEditor::None ||
+                EditorOf(r, c) == CellEditor::Locked)
+                continue;
             std::wstring cell = TrimBlanks(lines[i][k]);
             if (IsNumberCell(r, c) && !cell.empty()) {
                 const NumberEntry entry = ReadNumberEntry(cell);
                 if (!entry.Ok()) {
                     const std::wstring heading =
-                        m_model->headerData(c, Qt::Horizontal, Qt::DisplayRole).toString().toStdWString();
+                        m_model->headerData(c, Qt::Horizontal, Qt::DisplayRole)
+                            .toString()
+                            .toStdWString();
                     refused += ZebFormatText(LoadLocalizedString(IDS_CELL_VALUE_REFUSED),
-                                             {std::to_wstring(r + 1), heading, cell, NumberFaultText(entry.fault)}) +
+                                             {std::to_wstring(r + 1), heading, cell,
+                                              NumberFaultText(entry.fault)}) +
                                L"\n";
                     continue;
                 }
@@ -582,8 +618,10 @@ void CZEBListCtrl::ShowRowMenu(const QPoint& globalPos) {
     const int row = current.isValid() ? current.row() : GetRowCount();
     QMenu menu(this);
     if (OffersRowEditing()) {
-        menu.addAction(QString::fromStdWString(LoadLocalizedString(IDS_INSERT_ROW)), this, [this, row] { InsertEmptyRow(row); });
-        menu.addAction(QString::fromStdWString(LoadLocalizedString(IDS_DELETE_ROWS)), this, [this] { DeleteSelectedRows(); })
+        menu.addAction(QString::fromStdWString(LoadLocalizedString(IDS_INSERT_ROW)), this,
+                       [this, row] { InsertEmptyRow(row); });
+        menu.addAction(QString::fromStdWString(LoadLocalizedString(IDS_DELETE_ROWS)), this,
+                       [this] { DeleteSelectedRows(); })
             ->setEnabled(GetSelectedRowCount() > 0);
     }
     menu.addAction(QString::fromStdWString(LoadLocalizedString(IDS_COPY_ROWS)), this,
@@ -602,8 +640,8 @@ bool CZEBListCtrl::event(QEvent* event) {
 }
 
 bool CZEBListCtrl::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress && watched && (watched == m_textEditor || watched == m_choiceEditor) &&
-        KeyHandler(event) != 0)
+    if (event->type() == QEvent::KeyPress && watched &&
+        (watched == m_textEditor || watched == m_choiceEditor) && KeyHandler(event) != 0)
         return true;
     return QTableView::eventFilter(watched, event);
 }
@@ -618,10 +656,14 @@ void CZEBListCtrl::mousePressEvent(QMouseEvent* event) {
     int row = -1, column = -1;
     HitTest(event->position().toPoint(), row, column);
     switch (EditorOf(row, column)) {
-    case CellEditor::Text: BeginCellEdit(row, column, kEditLimit); return;
-    case CellEditor::Locked: return;
-    case CellEditor::None:
-    case CellEditor::Choice: break;
+        case CellEditor::Text:
+            BeginCellEdit(row, column, kEditLimit);
+            return;
+        case CellEditor::Locked:
+            return;
+        case CellEditor::None:
+        case CellEditor::Choice:
+            break;
     }
     QTableView::mousePressEvent(event);
 }

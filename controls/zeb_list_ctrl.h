@@ -75,7 +75,9 @@ public:
     // it; returns the row's index, -1 for a negative index.
     int InsertRow(int index, const std::wstring& text);
     void SetCellText(int row, int column, const std::wstring& text);
-    const std::wstring& GetCellText(int row, int column) const { return m_model->Text(row, column); }
+    const std::wstring& GetCellText(int row, int column) const {
+        return m_model->Text(row, column);
+    }
     bool FindInFirstColumn(const std::wstring& text) const;
     void AppendEmptyRowIfLastFilled();
 

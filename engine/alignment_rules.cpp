@@ -1,8 +1,7 @@
 // Hole alignment and slot alignment: features of touching parts that are meant to line up.
-#include <gp_Lin.hxx>
-
 #include <algorithm>
 #include <cmath>
+#include <gp_Lin.hxx>
 
 #include "engine/feature_rules.h"
 #include "engine/finding_text.h"
@@ -16,7 +15,8 @@ constexpr double kMeet = 1e-3;
 constexpr double kAxesParallel = 1e-4;
 
 // Where a segment lies along an axis through `origin`.
-std::pair<double, double> Along(const gp_Pnt& origin, const gp_Dir& axis, const gp_Pnt& a, const gp_Pnt& b) {
+std::pair<double, double> Along(const gp_Pnt& origin, const gp_Dir& axis, const gp_Pnt& a,
+                                const gp_Pnt& b) {
     const double ta = gp_Vec(origin, a).Dot(gp_Vec(axis)), tb = gp_Vec(origin, b).Dot(gp_Vec(axis));
     return {std::min(ta, tb), std::max(ta, tb)};
 }
@@ -28,12 +28,13 @@ bool EndToEnd(std::pair<double, double> a, std::pair<double, double> b) {
 }
 
 std::wstring SlotLabel(const Slot& slot, const AssemblyPart& part, const CheckContext& context) {
-    return L"slot " + Number(slot.width * context.toReport) + L" x " + LengthText(slot.length, context) + L" of " + part.path;
+    return L"slot " + Number(slot.width * context.toReport) + L" x " +
+           LengthText(slot.length, context) + L" of " + part.path;
 }
 }  // namespace
 
-bool CheckHoleAlignment(FeatureCache& cache, const HoleAlignmentOptions& options, const CheckContext& context,
-                        std::vector<ZebFinding>& findings) {
+bool CheckHoleAlignment(FeatureCache& cache, const HoleAlignmentOptions& options,
+                        const CheckContext& context, std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
     const std::vector<AssemblyPart>& parts = cache.assembly().parts;
     const std::vector<PartFeatures>& features = cache.features();
@@ -41,31 +42,39 @@ bool CheckHoleAlignment(FeatureCache& cache, const HoleAlignmentOptions& options
     for (const auto& [i, j] : NearPairs(parts, 0.0))
         for (const Hole& a : features[i].holes)
             for (const Hole& b : features[j].holes) {
-                if (!checked(a) || !checked(b) || 1 - std::fabs(a.Axis().Dot(b.Axis())) > kAxesParallel) continue;
-                if (!EndToEnd(Along(a.start, a.Axis(), a.start, a.end), Along(a.start, a.Axis(), b.start, b.end))) continue;
+                if (!checked(a) || !checked(b) ||
+                    1 - std::fabs(a.Axis().Dot(b.Axis())) > kAxesParallel)
+                    continue;
+                if (!EndToEnd(Along(a.start, a.Axis(), a.start, a.end),
+                              Along(a.start, a.Axis(), b.start, b.end)))
+                    continue;
                 // Measured where the holes meet, on the nearer end of b.
                 const gp_Lin axis(a.start, a.Axis());
-                const double offset = std::min(std::min(axis.Distance(b.start), axis.Distance(b.end)),
-                                               std::min(gp_Lin(b.start, b.Axis()).Distance(a.start),
-                                                        gp_Lin(b.start, b.Axis()).Distance(a.end)));
+                const double offset =
+                    std::min(std::min(axis.Distance(b.start), axis.Distance(b.end)),
+                             std::min(gp_Lin(b.start, b.Axis()).Distance(a.start),
+                                      gp_Lin(b.start, b.Axis()).Distance(a.end)));
                 // Holes that do not even overlap are not meant to line up.
                 if (offset >= (a.diameter + b.diameter) / 2) continue;
-                const std::wstring pair = HoleLabel(a, parts[i], context) + L" and " + HoleLabel(b, parts[j], context);
+                const std::wstring pair =
+                    HoleLabel(a, parts[i], context) + L" and " + HoleLabel(b, parts[j], context);
                 if (!options.offset.Holds(offset, 1e-6))
-                    findings.push_back(BoundFinding(context, {parts[i].path, parts[j].path},
-                                                pair + L" are " + LengthText(offset, context) + L" off axis", offset,
-                                                options.offset));
+                    findings.push_back(
+                        BoundFinding(context, {parts[i].path, parts[j].path},
+                                     pair + L" are " + LengthText(offset, context) + L" off axis",
+                                     offset, options.offset));
                 const double difference = std::fabs(a.diameter - b.diameter);
                 if (!options.diameters.Holds(difference, 1e-6))
-                    findings.push_back(BoundFinding(context, {parts[i].path, parts[j].path},
-                                                pair + L" differ in diameter by " + LengthText(difference, context),
-                                                difference, options.diameters));
+                    findings.push_back(BoundFinding(
+                        context, {parts[i].path, parts[j].path},
+                        pair + L" differ in diameter by " + LengthText(difference, context),
+                        difference, options.diameters));
             }
     return true;
 }
 
-bool CheckSlotAlignment(FeatureCache& cache, const SlotAlignmentOptions& options, const CheckContext& context,
-                        std::vector<ZebFinding>& findings) {
+bool CheckSlotAlignment(FeatureCache& cache, const SlotAlignmentOptions& options,
+                        const CheckContext& context, std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
     const std::vector<AssemblyPart>& parts = cache.assembly().parts;
     const std::vector<PartFeatures>& features = cache.features();
@@ -74,7 +83,8 @@ bool CheckSlotAlignment(FeatureCache& cache, const SlotAlignmentOptions& options
             for (const Slot& b : features[j].slotFeatures) {
                 if (1 - std::fabs(a.axis.Dot(b.axis)) > kAxesParallel) continue;
                 const auto depthOf = [&](const Slot& s) {
-                    return Along(a.centre, a.axis, s.centre.Translated(gp_Vec(s.axis) * (s.depth / 2)),
+                    return Along(a.centre, a.axis,
+                                 s.centre.Translated(gp_Vec(s.axis) * (s.depth / 2)),
                                  s.centre.Translated(gp_Vec(s.axis) * (-s.depth / 2)));
                 };
                 if (!EndToEnd(depthOf(a), depthOf(b))) continue;
@@ -83,32 +93,43 @@ bool CheckSlotAlignment(FeatureCache& cache, const SlotAlignmentOptions& options
                 const double offset = std::fabs(apart.Dot(gp_Vec(across)));
                 const double along = apart.Dot(gp_Vec(a.direction));
                 // Slots that do not overlap are not meant to line up.
-                if (offset >= (a.width + b.width) / 2 || std::fabs(along) >= (a.length + b.length) / 2) continue;
+                if (offset >= (a.width + b.width) / 2 ||
+                    std::fabs(along) >= (a.length + b.length) / 2)
+                    continue;
                 const std::vector<std::wstring> both{parts[i].path, parts[j].path};
-                const std::wstring pair = SlotLabel(a, parts[i], context) + L" and " + SlotLabel(b, parts[j], context);
+                const std::wstring pair =
+                    SlotLabel(a, parts[i], context) + L" and " + SlotLabel(b, parts[j], context);
                 if (!options.offset.Holds(offset, 1e-6))
-                    findings.push_back(BoundFinding(context, both, pair + L" are " + LengthText(offset, context) +
-                                                                   L" apart across their width",
-                                                offset, options.offset));
+                    findings.push_back(BoundFinding(context, both,
+                                                    pair + L" are " + LengthText(offset, context) +
+                                                        L" apart across their width",
+                                                    offset, options.offset));
                 if (options.ends) {
                     // Ends of b measured along a: each end against the nearer end of a.
                     const double reach = std::fabs(b.direction.Dot(a.direction)) * b.length / 2;
-                    const double ends = std::max(std::fabs(along - reach + a.length / 2), std::fabs(along + reach - a.length / 2));
+                    const double ends = std::max(std::fabs(along - reach + a.length / 2),
+                                                 std::fabs(along + reach - a.length / 2));
                     if (!options.ends->Holds(ends, 1e-6))
-                        findings.push_back(BoundFinding(context, both, pair + L" end " + LengthText(ends, context) + L" apart",
-                                                    ends, *options.ends));
+                        findings.push_back(BoundFinding(
+                            context, both, pair + L" end " + LengthText(ends, context) + L" apart",
+                            ends, *options.ends));
                 }
                 if (options.sameWidth && std::fabs(a.width - b.width) > kTouchTolerance) {
-                    ZebFinding finding = Finding(context, both, pair + L" differ in width by " +
-                                                                    LengthText(std::fabs(a.width - b.width), context));
+                    ZebFinding finding =
+                        Finding(context, both,
+                                pair + L" differ in width by " +
+                                    LengthText(std::fabs(a.width - b.width), context));
                     finding.value = std::fabs(a.width - b.width) * context.toReport;
                     finding.limit = 0.0;
                     findings.push_back(std::move(finding));
                 }
-                if (options.sameDirection && 1 - std::fabs(a.direction.Dot(b.direction)) > kAxesParallel) {
+                if (options.sameDirection &&
+                    1 - std::fabs(a.direction.Dot(b.direction)) > kAxesParallel) {
                     const double degrees = a.direction.Angle(b.direction) * 180 / M_PI;
-                    ZebFinding finding = Finding(context, both, pair + L" run " + Number(std::min(degrees, 180 - degrees)) +
-                                                                    L" degrees apart");
+                    ZebFinding finding =
+                        Finding(context, both,
+                                pair + L" run " + Number(std::min(degrees, 180 - degrees)) +
+                                    L" degrees apart");
                     finding.value = std::min(degrees, 180 - degrees);
                     finding.limit = 0.0;
                     findings.push_back(std::move(finding));

@@ -2,7 +2,6 @@
 
 #include <Bnd_Box.hxx>
 #include <TopoDS_Shape.hxx>
-
 #include <cstdint>
 #include <string>
 #include <vector>

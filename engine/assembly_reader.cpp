@@ -1,4 +1,5 @@
-#include "engine/assembly.h"
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <BRepBndLib.hxx>
 #include <IFSelect_ReturnStatus.hxx>
@@ -6,8 +7,8 @@
 #include <STEPCAFControl_Reader.hxx>
 #include <STEPControl_Reader.hxx>
 #include <Standard_Failure.hxx>
-#include <TCollection_HAsciiString.hxx>
 #include <TColStd_SequenceOfAsciiString.hxx>
+#include <TCollection_HAsciiString.hxx>
 #include <TDF_Label.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TDataStd_Name.hxx>
@@ -21,10 +22,6 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_MaterialTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
-
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -33,6 +30,7 @@
 #include <filesystem>
 #include <map>
 
+#include "engine/assembly.h"
 #include "framework/case_fold.h"
 #include "framework/location_helper.h"
 #include "framework/text_convert.h"
@@ -53,9 +51,9 @@ std::wstring LabelName(const TDF_Label& label) {
 
 // The units the kernel converts from; any other name in a file would give unscaled shapes.
 bool KnownLengthUnit(const TCollection_AsciiString& name) {
-    static const std::array<const char*, 11> known = {"millimetre", "metre",      "centimetre", "decimetre",
-                                                      "micrometre", "nanometre", "kilometre",  "inch",
-                                                      "foot",       "mile",      "yard"};
+    static const std::array<const char*, 11> known = {
+        "millimetre", "metre", "centimetre", "decimetre", "micrometre", "nanometre",
+        "kilometre",  "inch",  "foot",       "mile",      "yard"};
     TCollection_AsciiString lower = name;
     lower.LowerCase();
     for (const char* unit : known)
@@ -71,7 +69,7 @@ std::wstring InstanceName(const TDF_Label& label) {
 
 class TreeWalker {
 public:
-    TreeWalker(const Handle(TDocStd_Document)& doc, Assembly& assembly)
+    TreeWalker(const Handle(TDocStd_Document) & doc, Assembly& assembly)
         : m_shapes(XCAFDoc_DocumentTool::ShapeTool(doc->Main())),
           m_colours(XCAFDoc_DocumentTool::ColorTool(doc->Main())),
           m_materials(XCAFDoc_DocumentTool::MaterialTool(doc->Main())),
@@ -114,8 +112,9 @@ private:
                 for (const TDF_Label& component : components) {
                     TDF_Label referred;
                     if (!XCAFDoc_ShapeTool::GetReferredShape(component, referred)) continue;
-                    children.push_back({component, referred,
-                                        node.placement * XCAFDoc_ShapeTool::GetLocation(component)});
+                    children.push_back(
+                        {component, referred,
+                         node.placement * XCAFDoc_ShapeTool::GetLocation(component)});
                 }
                 // A top-level assembly is the assembly itself, not a subassembly of it.
                 m_subassembly.push_back(top ? std::wstring() : path);
@@ -127,13 +126,16 @@ private:
         }
     }
 
-    void AddSolids(const Node& node, const std::wstring& path, const std::wstring& product, bool top) {
+    void AddSolids(const Node& node, const std::wstring& path, const std::wstring& product,
+                   bool top) {
         const TopoDS_Shape shape = XCAFDoc_ShapeTool::GetShape(node.product).Moved(node.placement);
         std::vector<TopoDS_Shape> solids;
-        for (TopExp_Explorer it(shape, TopAbs_SOLID); it.More(); it.Next()) solids.push_back(it.Current());
+        for (TopExp_Explorer it(shape, TopAbs_SOLID); it.More(); it.Next())
+            solids.push_back(it.Current());
         for (size_t i = 0; i < solids.size(); ++i) {
             AssemblyPart part;
-            part.path = solids.size() == 1 ? path : path + L"/solid[" + std::to_wstring(i + 1) + L"]";
+            part.path =
+                solids.size() == 1 ? path : path + L"/solid[" + std::to_wstring(i + 1) + L"]";
             part.product = product;
             part.instance = top ? std::wstring() : InstanceName(node.instance);
             part.subassembly = m_subassembly.empty() ? std::wstring() : m_subassembly.back();
@@ -149,11 +151,13 @@ private:
     std::wstring Material(const Node& node) const {
         for (const TDF_Label& label : {node.instance, node.product}) {
             Handle(TDataStd_TreeNode) reference;
-            if (!label.FindAttribute(XCAFDoc::MaterialRefGUID(), reference) || !reference->HasFather()) continue;
+            if (!label.FindAttribute(XCAFDoc::MaterialRefGUID(), reference) ||
+                !reference->HasFather())
+                continue;
             Handle(TCollection_HAsciiString) name, description, densityName, densityType;
             Standard_Real density = 0;
-            if (m_materials->GetMaterial(reference->Father()->Label(), name, description, density, densityName,
-                                         densityType) &&
+            if (m_materials->GetMaterial(reference->Father()->Label(), name, description, density,
+                                         densityName, densityType) &&
                 !name.IsNull())
                 return FromUtf8(name->ToCString());
         }
@@ -168,7 +172,8 @@ private:
                     double r, g, b;
                     colour.Values(r, g, b, Quantity_TOC_sRGB);
                     wchar_t text[8];
-                    std::swprintf(text, 8, L"#%02x%02x%02x", int(r * 255 + 0.5), int(g * 255 + 0.5), int(b * 255 + 0.5));
+                    std::swprintf(text, 8, L"#%02x%02x%02x", int(r * 255 + 0.5), int(g * 255 + 0.5),
+                                  int(b * 255 + 0.5));
                     return text;
                 }
         return {};
@@ -192,7 +197,8 @@ bool CheckUnits(STEPCAFControl_Reader& reader, std::string& error) {
     }
     for (const TCollection_AsciiString& unit : lengths)
         if (!KnownLengthUnit(unit)) {
-            error = std::string("length unit '") + unit.ToCString() + "' is not one the kernel knows";
+            error =
+                std::string("length unit '") + unit.ToCString() + "' is not one the kernel knows";
             return false;
         }
     return true;
@@ -214,7 +220,9 @@ std::string ReaderProgramPath() {
 bool ReaderProgramReadsWhole(const std::string& path, std::string& error) {
     const std::string program = ReaderProgramPath();
     int answer = -1;
-    const pid_t child = access(program.c_str(), X_OK) == 0 ? StartChildProgram({program, path}, kReaderLimits, answer) : -1;
+    const pid_t child = access(program.c_str(), X_OK) == 0
+                            ? StartChildProgram({program, path}, kReaderLimits, answer)
+                            : -1;
     if (child < 0) {
         error = path + ": the STEP reader program " + program + " cannot be started";
         return false;
@@ -229,7 +237,8 @@ bool ReaderProgramReadsWhole(const std::string& path, std::string& error) {
     close(answer);
     const int status = WaitForChildProgram(child);
     if (status >= 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0) return true;
-    if (status >= 0 && WIFEXITED(status) && WEXITSTATUS(status) == kStepReaderRefused && !said.empty()) {
+    if (status >= 0 && WIFEXITED(status) && WEXITSTATUS(status) == kStepReaderRefused &&
+        !said.empty()) {
         error = said;
         return false;
     }
@@ -304,7 +313,8 @@ std::wstring WithoutExtension(const std::wstring& name) {
     const std::wstring folded = ZebFoldCase(name);
     for (const wchar_t* extension : extensions) {
         const std::wstring_view ext(extension);
-        if (folded.size() > ext.size() && folded.ends_with(ext)) return folded.substr(0, folded.size() - ext.size());
+        if (folded.size() > ext.size() && folded.ends_with(ext))
+            return folded.substr(0, folded.size() - ext.size());
     }
     return folded;
 }
@@ -313,5 +323,6 @@ std::wstring WithoutExtension(const std::wstring& name) {
 bool PartMatches(const AssemblyPart& part, const std::wstring& component) {
     const std::wstring wanted = WithoutExtension(component);
     if (wanted.empty()) return false;
-    return WithoutExtension(part.product) == wanted || (!part.instance.empty() && WithoutExtension(part.instance) == wanted);
+    return WithoutExtension(part.product) == wanted ||
+           (!part.instance.empty() && WithoutExtension(part.instance) == wanted);
 }

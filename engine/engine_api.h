@@ -58,6 +58,7 @@ struct ZebCheckRequest {
 };
 
 // Returns a ZebCheckStatus; with ZebCheckBadInput `error` says why.
-using ZebCheckAssemblyFn = int (*)(const ZebCheckRequest& request, ZebCheckReport& report, std::string& error);
+using ZebCheckAssemblyFn = int (*)(const ZebCheckRequest& request, ZebCheckReport& report,
+                                   std::string& error);
 inline constexpr const char* kEngineFile = "ZEBAssemblyEngine.so";
 inline constexpr const char* kEngineEntry = "ZebCheckAssembly";

@@ -7,8 +7,8 @@
 #include "engine/assembly.h"
 #include "engine/engine_api.h"
 #include "engine/feature_rule_entry.h"
-#include "engine/rule_values.h"
 #include "engine/rule_checks.h"
+#include "engine/rule_values.h"
 #include "framework/case_fold.h"
 #include "framework/settings_format.h"
 #include "framework/text_convert.h"
@@ -47,7 +47,8 @@ InterferenceOptions ReadInterference(CZebRule& rule, const Units& units) {
         options.ignoreInclusive = volume->op == ZebOp_LessEqual;
     }
     std::list<std::wstring> ignored;
-    if (IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance(); db && db->GetInterferenceIgnoreList(ignored) == ZebDbOk)
+    if (IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
+        db && db->GetInterferenceIgnoreList(ignored) == ZebDbOk)
         options.ignored.assign(ignored.begin(), ignored.end());
     return options;
 }
@@ -60,8 +61,10 @@ ClearanceOptions ReadClearance(CZebRule& rule, const Units& units) {
     if (static_cast<long>(Value<double>(rule, kClearancePairsSwitch).value_or(0.0)) != 0)
         for (const ZebRow& row : Rows(rule, kClearancePairs))
             if (row.size() >= 3 && !row.Cell(0).empty() && !row.Cell(1).empty())
-                options.pairs.push_back({row.Cell(0), row.Cell(1), units.Length(ParseLength(row.Cell(2)))});
-    options.sameSubassembly = static_cast<long>(Value<double>(rule, kClearanceSame).value_or(1.0)) != 0;
+                options.pairs.push_back(
+                    {row.Cell(0), row.Cell(1), units.Length(ParseLength(row.Cell(2)))});
+    options.sameSubassembly =
+        static_cast<long>(Value<double>(rule, kClearanceSame).value_or(1.0)) != 0;
     options.reportTouching = Value<bool>(rule, kClearanceTouching).value_or(false);
     return options;
 }
@@ -73,14 +76,18 @@ std::vector<std::wstring> MaterialSide(const std::wstring& cell, IDatabaseCollec
     const auto add = [&names](const std::wstring& text, size_t from, size_t to) {
         if (to > from) names.push_back(ZebFoldCase(text.substr(from, to - from)));
     };
-    for (size_t start = 0, end; (end = cell.find(L';', start)) != std::wstring::npos; start = end + 1) {
+    for (size_t start = 0, end; (end = cell.find(L';', start)) != std::wstring::npos;
+         start = end + 1) {
         const std::wstring name = cell.substr(start, end - start);
         add(name, 0, name.size());
         for (const std::wstring& group : groups) {
             std::wstring materials;
-            if (!ZebEqualsNoCase(group, name) || db->GetGroupMaterials(group, materials, 0) != ZebDbOk) continue;
+            if (!ZebEqualsNoCase(group, name) ||
+                db->GetGroupMaterials(group, materials, 0) != ZebDbOk)
+                continue;
             size_t from = 0;
-            for (size_t to; (to = materials.find(L';', from)) != std::wstring::npos; from = to + 1) add(materials, from, to);
+            for (size_t to; (to = materials.find(L';', from)) != std::wstring::npos; from = to + 1)
+                add(materials, from, to);
             add(materials, from, materials.size());
         }
     }
@@ -93,9 +100,12 @@ ContactOptions ReadContact(CZebRule& rule, const Units& units) {
     std::list<std::wstring> groups;
     if (db && db->GetMaterialGroups(groups, 0) != ZebDbOk) groups.clear();
     for (const ZebRow& row : Rows(rule, kContactTable))
-        if (row.size() >= 2) options.rows.emplace_back(MaterialSide(row.Cell(0), db, groups), MaterialSide(row.Cell(1), db, groups));
+        if (row.size() >= 2)
+            options.rows.emplace_back(MaterialSide(row.Cell(0), db, groups),
+                                      MaterialSide(row.Cell(1), db, groups));
     const ZebTypedParam<double>* distance = Param<double>(rule, kContactDistance);
-    if (distance && distance->status && distance->values.GetSize() > 0) options.nearer = units.Length(distance->values[0]);
+    if (distance && distance->status && distance->values.GetSize() > 0)
+        options.nearer = units.Length(distance->values[0]);
     return options;
 }
 
@@ -105,7 +115,8 @@ std::vector<PreferredRow> ReadPreferred(CZebRule& rule) {
     if (!text) return rows;
     std::vector<StringTableRow> table;
     CZEBStringTableParser::Parse(*text, table);
-    for (const StringTableRow& row : table) rows.push_back({row.Col1, row.Col2, row.Col3, row.Col4});
+    for (const StringTableRow& row : table)
+        rows.push_back({row.Col1, row.Col2, row.Col3, row.Col4});
     return rows;
 }
 
@@ -121,7 +132,8 @@ RuleKind KindOf(CZebRule& rule) {
 }
 
 std::wstring UnitSymbol(long code) {
-    static const wchar_t* const symbols[] = {L"mm", L"cm", L"m", L"in", L"ft", L"nm", L"um", L"dm", L"yd", L"mil"};
+    static const wchar_t* const symbols[] = {L"mm", L"cm", L"m",  L"in", L"ft",
+                                             L"nm", L"um", L"dm", L"yd", L"mil"};
     return code >= 0 && code < 10 ? symbols[code] : L"";
 }
 
@@ -140,14 +152,16 @@ struct PendingRule {
 bool Wanted(const CZebRule& rule, const std::vector<std::wstring>& only) {
     if (only.empty()) return true;
     for (const std::wstring& name : only)
-        if (ZebEqualsNoCase(name, rule.Name) || ZebEqualsNoCase(name, rule.DisplayName)) return true;
+        if (ZebEqualsNoCase(name, rule.Name) || ZebEqualsNoCase(name, rule.DisplayName))
+            return true;
     return false;
 }
 
 // The rule set's switch: a rule whose life status is this is kept in the settings but not checked.
 constexpr int32_t kRuleSwitchedOff = 1;
 
-bool CollectRules(const ZebCheckRequest& request, std::vector<PendingRule>& rules, std::string& error) {
+bool CollectRules(const ZebCheckRequest& request, std::vector<PendingRule>& rules,
+                  std::string& error) {
     request.setXMLDoc(request.settings);
     std::unique_ptr<ZebXMLNodeList> nodes(request.settings->GetElementsByTagName(L"Rule"));
     // Per name asked for: 0 not found, 1 found switched off, 2 found and checked.
@@ -163,7 +177,8 @@ bool CollectRules(const ZebCheckRequest& request, std::vector<PendingRule>& rule
         if (kind == RuleKind::None || !Wanted(*rule, request.onlyRules)) continue;
         const bool off = rule->LifeStatus == kRuleSwitchedOff;
         for (size_t k = 0; k < named.size(); ++k)
-            if (ZebEqualsNoCase(request.onlyRules[k], rule->Name) || ZebEqualsNoCase(request.onlyRules[k], rule->DisplayName))
+            if (ZebEqualsNoCase(request.onlyRules[k], rule->Name) ||
+                ZebEqualsNoCase(request.onlyRules[k], rule->DisplayName))
                 named[k] = std::max(named[k], off ? 1 : 2);
         if (off) {
             ++switchedOff;
@@ -173,13 +188,15 @@ bool CollectRules(const ZebCheckRequest& request, std::vector<PendingRule>& rule
     }
     for (size_t k = 0; k < named.size(); ++k)
         if (named[k] != 2) {
-            error = "the settings hold no rule '" + ToUtf8(request.onlyRules[k]) + "' that the engine checks" +
-                    (named[k] == 1 ? " switched on" : "");
+            error = "the settings hold no rule '" + ToUtf8(request.onlyRules[k]) +
+                    "' that the engine checks" + (named[k] == 1 ? " switched on" : "");
             return false;
         }
     if (rules.empty()) {
-        error = "the settings hold none of the rules the engine checks (all but recommended thread types in "
-                "connection)";
+        error =
+            "the settings hold none of the rules the engine checks (all but recommended thread "
+            "types in "
+            "connection)";
         if (switchedOff > 0) error += " switched on";
         return false;
     }
@@ -187,8 +204,8 @@ bool CollectRules(const ZebCheckRequest& request, std::vector<PendingRule>& rule
 }
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) int ZebCheckAssembly(const ZebCheckRequest& request,
-                                                                       ZebCheckReport& report, std::string& error) {
+extern "C" __attribute__((visibility("default"))) int ZebCheckAssembly(
+    const ZebCheckRequest& request, ZebCheckReport& report, std::string& error) {
     if (!request.settings || !request.setXMLDoc || !request.getRule || !request.deleteRule) {
         error = "no settings document or rule module given";
         return ZebCheckBadInput;
@@ -208,19 +225,22 @@ extern "C" __attribute__((visibility("default"))) int ZebCheckAssembly(const Zeb
     Assembly assembly;
     if (!ReadStepAssembly(request.assemblyPath, assembly, error)) return ZebCheckBadInput;
     if (assembly.parts.size() < 2) {
-        error = request.assemblyPath + ": the assembly has one part only; there is nothing to check between parts";
+        error = request.assemblyPath +
+                ": the assembly has one part only; there is nothing to check between parts";
         return ZebCheckBadInput;
     }
     report.assembly = assembly.file;
     report.unit = unit;
-    for (const AssemblyPart& part : assembly.parts) report.parts.push_back({part.path, part.product, part.material});
+    for (const AssemblyPart& part : assembly.parts)
+        report.parts.push_back({part.path, part.product, part.material});
 
     FeatureCache features(assembly);
     constexpr double kReading = 0.1;
     const double share = (1.0 - kReading) / static_cast<double>(rules.size());
     for (size_t r = 0; r < rules.size(); ++r) {
         CZebRule& rule = *rules[r].rule;
-        const Units units{CZEBUnitConvertor::ConversionFromOneUnitToAnother(1.0, 1, rules[r].unit, 0)};
+        const Units units{
+            CZEBUnitConvertor::ConversionFromOneUnitToAnother(1.0, 1, rules[r].unit, 0)};
         CheckContext context;
         context.rule = rule.Name;
         context.severity = rule.Severity;
@@ -235,19 +255,23 @@ extern "C" __attribute__((visibility("default"))) int ZebCheckAssembly(const Zeb
         bool complete = true;
         switch (rules[r].kind) {
             case RuleKind::Interference:
-                complete = CheckInterference(assembly, ReadInterference(rule, units), context, report.findings);
+                complete = CheckInterference(assembly, ReadInterference(rule, units), context,
+                                             report.findings);
                 break;
             case RuleKind::Clearance:
-                complete = CheckClearance(assembly, ReadClearance(rule, units), context, report.findings);
+                complete =
+                    CheckClearance(assembly, ReadClearance(rule, units), context, report.findings);
                 break;
             case RuleKind::Contact:
-                complete = CheckContactMaterial(assembly, ReadContact(rule, units), context, report.findings);
+                complete = CheckContactMaterial(assembly, ReadContact(rule, units), context,
+                                                report.findings);
                 break;
             case RuleKind::Preferred:
                 CheckPreferredComponents(assembly, ReadPreferred(rule), context, report.findings);
                 break;
             case RuleKind::Features:
-                complete = CheckFeatureRule(rule, units.toKernel, features, context, report.findings);
+                complete =
+                    CheckFeatureRule(rule, units.toKernel, features, context, report.findings);
                 break;
             case RuleKind::None:
                 break;

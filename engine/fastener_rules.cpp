@@ -4,11 +4,10 @@
 #include <BRepBndLib.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <Standard_Failure.hxx>
-#include <gp_Ax2.hxx>
-#include <gp_Lin.hxx>
-
 #include <algorithm>
 #include <cmath>
+#include <gp_Ax2.hxx>
+#include <gp_Lin.hxx>
 #include <limits>
 
 #include "engine/feature_rules.h"
@@ -26,7 +25,8 @@ const NamedBound* RowFor(const AssemblyPart& part, const std::vector<NamedBound>
     return nullptr;
 }
 
-std::vector<std::wstring> NamesOf(const std::vector<NamedBound>& rows, std::vector<std::wstring> names) {
+std::vector<std::wstring> NamesOf(const std::vector<NamedBound>& rows,
+                                  std::vector<std::wstring> names) {
     for (const NamedBound& row : rows) names.push_back(row.name);
     return names;
 }
@@ -36,7 +36,8 @@ TopoDS_Shape Head(const AssemblyPart& part, const FastenerShape& f) {
     const double above = 1.0;
     const gp_Pnt from = f.top.Translated(gp_Vec(f.Axis()) * -above);
     const TopoDS_Shape cutter =
-        BRepPrimAPI_MakeCylinder(gp_Ax2(from, f.Axis()), f.headDiameter / 2 + above, f.top.Distance(f.bearing) + above)
+        BRepPrimAPI_MakeCylinder(gp_Ax2(from, f.Axis()), f.headDiameter / 2 + above,
+                                 f.top.Distance(f.bearing) + above)
             .Shape();
     return BRepAlgoAPI_Common(part.shape, cutter).Shape();
 }
@@ -45,8 +46,9 @@ double Reach(const Bound& bound) { return bound.op == ZebOp_Range ? bound.upper 
 
 // Free space around each fastener head with a row: the distance from the head to the nearest part
 // it is not joined to, when that part lies within the row's reach; infinity otherwise.
-bool HeadSpaces(FeatureCache& cache, const AssemblyFasteners& fasteners, const std::vector<NamedBound>& rows,
-                const CheckContext& context, std::vector<double>& spaces) {
+bool HeadSpaces(FeatureCache& cache, const AssemblyFasteners& fasteners,
+                const std::vector<NamedBound>& rows, const CheckContext& context,
+                std::vector<double>& spaces) {
     const std::vector<AssemblyPart>& parts = cache.assembly().parts;
     spaces.assign(fasteners.joints.size(), std::numeric_limits<double>::infinity());
     // Heads join the parts as extra entries of the same box hierarchy.
@@ -81,8 +83,10 @@ bool HeadSpaces(FeatureCache& cache, const AssemblyFasteners& fasteners, const s
     const bool complete = RunParallel(
         pairs.size(), context.threads,
         [&](size_t p) {
-            const int head = static_cast<int>(parts.size()) +
-                             static_cast<int>(std::find(jointOfHead.begin(), jointOfHead.end(), pairs[p].first) - jointOfHead.begin());
+            const int head =
+                static_cast<int>(parts.size()) +
+                static_cast<int>(std::find(jointOfHead.begin(), jointOfHead.end(), pairs[p].first) -
+                                 jointOfHead.begin());
             try {
                 distances[p] = MeasureDistance(all[head], parts[pairs[p].second]).distance;
             } catch (const Standard_Failure&) {
@@ -91,12 +95,14 @@ bool HeadSpaces(FeatureCache& cache, const AssemblyFasteners& fasteners, const s
         nullptr, context.cancel);
     if (!complete) return false;
     for (size_t p = 0; p < pairs.size(); ++p)
-        if (distances[p] <= reach) spaces[pairs[p].first] = std::min(spaces[pairs[p].first], distances[p]);
+        if (distances[p] <= reach)
+            spaces[pairs[p].first] = std::min(spaces[pairs[p].first], distances[p]);
     return true;
 }
 
 // The holes a fastener lies in: those it passes through, then its nut's bore or tapped hole.
-std::vector<HoleRef> HolesOf(const FastenerJoint& joint, const std::vector<PartFeatures>& features) {
+std::vector<HoleRef> HolesOf(const FastenerJoint& joint,
+                             const std::vector<PartFeatures>& features) {
     std::vector<HoleRef> holes = joint.passed;
     if (joint.tapped.part >= 0) holes.push_back(joint.tapped);
     if (joint.nut >= 0 && !features[joint.nut].holes.empty()) holes.push_back({joint.nut, 0});
@@ -105,8 +111,8 @@ std::vector<HoleRef> HolesOf(const FastenerJoint& joint, const std::vector<PartF
 }  // namespace
 
 bool CheckFastenerClearance(FeatureCache& cache, const FastenerClearanceOptions& options,
-                            const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
-                            std::vector<ZebFinding>& findings) {
+                            const std::vector<std::wstring>& fastenerNames,
+                            const CheckContext& context, std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
     const auto& [parts, features, fasteners] =
         cache.Scene(NamesOf(options.headSpace, NamesOf(options.play, fastenerNames)));
@@ -123,11 +129,13 @@ bool CheckFastenerClearance(FeatureCache& cache, const FastenerClearanceOptions&
                 const double play = (hole.diameter - shape.shankDiameter) / 2;
                 if (row->bound.Holds(play, 1e-6)) continue;
                 findings.push_back(BoundFinding(context, {part.path, parts[ref.part].path},
-                                                label + L" has a radial play of " + LengthText(play, context) + L" in " +
+                                                label + L" has a radial play of " +
+                                                    LengthText(play, context) + L" in " +
                                                     HoleLabel(hole, parts[ref.part], context),
                                                 play, row->bound));
             }
-        if (const NamedBound* row = RowFor(part, options.headSpace); row && !row->bound.Holds(spaces[k], 1e-6))
+        if (const NamedBound* row = RowFor(part, options.headSpace);
+            row && !row->bound.Holds(spaces[k], 1e-6))
             findings.push_back(BoundFinding(context, {part.path},
                                             label + L" has " + LengthText(spaces[k], context) +
                                                 L" of free space around its head",
@@ -137,8 +145,8 @@ bool CheckFastenerClearance(FeatureCache& cache, const FastenerClearanceOptions&
 }
 
 bool CheckFastenerEngagement(FeatureCache& cache, const std::vector<NamedBound>& lengths,
-                             const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
-                             std::vector<ZebFinding>& findings) {
+                             const std::vector<std::wstring>& fastenerNames,
+                             const CheckContext& context, std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
     const auto& [parts, features, fasteners] = cache.Scene(NamesOf(lengths, fastenerNames));
     for (const FastenerJoint& joint : fasteners.joints) {
@@ -150,23 +158,26 @@ bool CheckFastenerEngagement(FeatureCache& cache, const std::vector<NamedBound>&
         std::wstring message;
         if (joint.nut >= 0) {
             involved.push_back(parts[joint.nut].path);
-            message = label + L" engages its nut " + parts[joint.nut].path + L" over " + LengthText(joint.engagement, context);
+            message = label + L" engages its nut " + parts[joint.nut].path + L" over " +
+                      LengthText(joint.engagement, context);
         } else if (joint.tapped.part >= 0) {
             involved.push_back(parts[joint.tapped.part].path);
             message = label + L" engages the tapped " +
-                      HoleLabel(features[joint.tapped.part].holes[joint.tapped.hole], parts[joint.tapped.part], context) +
+                      HoleLabel(features[joint.tapped.part].holes[joint.tapped.hole],
+                                parts[joint.tapped.part], context) +
                       L" over " + LengthText(joint.engagement, context);
         } else {
             message = label + L" ends in no nut or tapped hole";
         }
-        findings.push_back(BoundFinding(context, std::move(involved), std::move(message), joint.engagement, row->bound));
+        findings.push_back(BoundFinding(context, std::move(involved), std::move(message),
+                                        joint.engagement, row->bound));
     }
     return true;
 }
 
 bool CheckFastenerAlignment(FeatureCache& cache, const FastenerAlignmentOptions& options,
-                            const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
-                            std::vector<ZebFinding>& findings) {
+                            const std::vector<std::wstring>& fastenerNames,
+                            const CheckContext& context, std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
     const auto& [parts, features, fasteners] = cache.Scene(fastenerNames);
     for (const FastenerJoint& joint : fasteners.joints) {
@@ -181,16 +192,18 @@ bool CheckFastenerAlignment(FeatureCache& cache, const FastenerAlignmentOptions&
             const double offset = std::max(axis.Distance(hole.start), axis.Distance(hole.end));
             if (!options.offset.Holds(offset, 1e-6))
                 findings.push_back(BoundFinding(context, both,
-                                                label + L" is " + LengthText(offset, context) + L" off the axis of " +
+                                                label + L" is " + LengthText(offset, context) +
+                                                    L" off the axis of " +
                                                     HoleLabel(hole, parts[ref.part], context),
                                                 offset, options.offset));
             const double angle = shape.Axis().Angle(hole.Axis()) * 180 / M_PI;
             const double tilt = std::min(angle, 180 - angle);
             if (options.parallel && tilt > kParallelDegrees) {
-                ZebFinding finding = Finding(context, both,
-                                             label + L" is tilted " + Number(tilt) + L" degrees against " +
-                                                 HoleLabel(hole, parts[ref.part], context) + L"; allowed " +
-                                                 Number(kParallelDegrees));
+                ZebFinding finding =
+                    Finding(context, both,
+                            label + L" is tilted " + Number(tilt) + L" degrees against " +
+                                HoleLabel(hole, parts[ref.part], context) + L"; allowed " +
+                                Number(kParallelDegrees));
                 finding.value = tilt;
                 finding.limit = kParallelDegrees;
                 findings.push_back(std::move(finding));
@@ -214,8 +227,8 @@ TopoDS_Shape ToolSpace(const FastenerShape& f, double factor) {
 }  // namespace
 
 bool CheckFastenerAccessibility(FeatureCache& cache, const AccessibilityOptions& options,
-                                const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
-                                std::vector<ZebFinding>& findings) {
+                                const std::vector<std::wstring>& fastenerNames,
+                                const CheckContext& context, std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
     const auto& [parts, features, fasteners] = cache.Scene(fastenerNames);
     std::vector<double> factors{options.tool};
@@ -247,8 +260,11 @@ bool CheckFastenerAccessibility(FeatureCache& cache, const AccessibilityOptions&
         [&](size_t p) {
             const auto [space, part] = pairs[p];
             try {
-                if (MeasureDistance(all[count + space], parts[part]).distance > kTouchTolerance) return;
-                blocked[p] = MeasureDistance(parts[fasteners.joints[spaces[space].joint].fastener], parts[part]).distance;
+                if (MeasureDistance(all[count + space], parts[part]).distance > kTouchTolerance)
+                    return;
+                blocked[p] = MeasureDistance(parts[fasteners.joints[spaces[space].joint].fastener],
+                                             parts[part])
+                                 .distance;
             } catch (const Standard_Failure&) {
                 blocked[p] = 0.0;
             }
@@ -261,11 +277,12 @@ bool CheckFastenerAccessibility(FeatureCache& cache, const AccessibilityOptions&
         const AssemblyPart& fastener = parts[fasteners.joints[space.joint].fastener];
         const FastenerShape& shape = features[fasteners.joints[space.joint].fastener].fastener;
         const AssemblyPart& other = parts[pairs[p].second];
-        ZebFinding finding = Finding(context, {fastener.path, other.path},
-                                     other.path + L" lies " + LengthText(*blocked[p], context) + L" from " +
-                                         FastenerLabel(fastener, shape) + L", inside the space its tool needs: " +
-                                         Number(space.factor) + L" x the head's " +
-                                         LengthText(shape.headDiameter, context) + L" across");
+        ZebFinding finding =
+            Finding(context, {fastener.path, other.path},
+                    other.path + L" lies " + LengthText(*blocked[p], context) + L" from " +
+                        FastenerLabel(fastener, shape) + L", inside the space its tool needs: " +
+                        Number(space.factor) + L" x the head's " +
+                        LengthText(shape.headDiameter, context) + L" across");
         finding.value = *blocked[p] * context.toReport;
         // The free space around the head that the tool asks for.
         finding.limit = (space.factor - 1) * shape.headDiameter / 2 * context.toReport;

@@ -1,11 +1,10 @@
 #include "engine/fasteners.h"
 
-#include <gp_Lin.hxx>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cwchar>
+#include <gp_Lin.hxx>
 
 #include "engine/pair_search.h"
 
@@ -27,7 +26,8 @@ Along Span(const FastenerShape& f, const Hole& h) {
 
 // The length of shank inside the hole, 0 when the shank does not lie in it.
 double ShankInside(const FastenerShape& f, const Hole& h) {
-    if (f.Axis().Angle(h.Axis()) > kMostTilt && f.Axis().Angle(h.Axis().Reversed()) > kMostTilt) return 0.0;
+    if (f.Axis().Angle(h.Axis()) > kMostTilt && f.Axis().Angle(h.Axis().Reversed()) > kMostTilt)
+        return 0.0;
     const gp_Pnt middle((h.start.XYZ() + h.end.XYZ()) / 2);
     if (gp_Lin(f.top, f.Axis()).Distance(middle) > h.diameter / 2 + kFitLength) return 0.0;
     const Along hole = Span(f, h);
@@ -37,8 +37,9 @@ double ShankInside(const FastenerShape& f, const Hole& h) {
 }  // namespace
 
 double MetricSize(double shankDiameter) {
-    static constexpr std::array sizes{1.6, 2.0, 2.5, 3.0, 4.0, 5.0, 6.0, 8.0, 10.0, 12.0, 14.0, 16.0, 18.0,
-                                      20.0, 22.0, 24.0, 27.0, 30.0, 33.0, 36.0, 42.0, 48.0, 56.0, 64.0};
+    static constexpr std::array sizes{1.6,  2.0,  2.5,  3.0,  4.0,  5.0,  6.0,  8.0,
+                                      10.0, 12.0, 14.0, 16.0, 18.0, 20.0, 22.0, 24.0,
+                                      27.0, 30.0, 33.0, 36.0, 42.0, 48.0, 56.0, 64.0};
     for (double size : sizes)
         if (std::fabs(size - shankDiameter) <= 0.1) return size;
     return 0.0;
@@ -51,7 +52,8 @@ std::wstring FastenerLabel(const AssemblyPart& part, const FastenerShape& shape)
     else
         std::swprintf(size, 32, L"%.3g mm", shape.shankDiameter);
     const std::wstring name = part.product.empty() ? L"fastener" : part.product;
-    return (shape.found ? std::wstring(size) + L" " : std::wstring()) + name + L" (" + part.path + L")";
+    return (shape.found ? std::wstring(size) + L" " : std::wstring()) + name + L" (" + part.path +
+           L")";
 }
 
 AssemblyFasteners FindFasteners(const Assembly& assembly, const std::vector<PartFeatures>& features,
@@ -113,9 +115,11 @@ AssemblyFasteners FindFasteners(const Assembly& assembly, const std::vector<Part
     }
     for (FastenerJoint& joint : found.joints) {
         const FastenerShape& shape = features[joint.fastener].fastener;
-        std::sort(joint.passed.begin(), joint.passed.end(), [&](const HoleRef& a, const HoleRef& b) {
-            return Span(shape, features[a.part].holes[a.hole]).from < Span(shape, features[b.part].holes[b.hole]).from;
-        });
+        std::sort(joint.passed.begin(), joint.passed.end(),
+                  [&](const HoleRef& a, const HoleRef& b) {
+                      return Span(shape, features[a.part].holes[a.hole]).from <
+                             Span(shape, features[b.part].holes[b.hole]).from;
+                  });
     }
     return found;
 }

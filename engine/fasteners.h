@@ -23,8 +23,8 @@ struct FastenerJoint {
 };
 
 struct AssemblyFasteners {
-    std::vector<bool> fastener;  // per part: named as a fastener
-    std::vector<bool> nut;       // per part: a fastener with an inner cylinder and no shank
+    std::vector<bool> fastener;         // per part: named as a fastener
+    std::vector<bool> nut;              // per part: a fastener with an inner cylinder and no shank
     std::vector<FastenerJoint> joints;  // one per fastener with a shank, in part order
 };
 

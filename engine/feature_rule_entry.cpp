@@ -37,7 +37,8 @@ std::vector<NamedBound> Conditions(CZebRule& rule, long id, double toKernel) {
     for (const ZebRow& row : p->values) {
         if (row.size() < 2 || row.Cell(0).empty() || row.Cell(1).empty()) continue;
         Bound bound{op, ParseLength(row.Cell(1)) * toKernel, 0.0};
-        if (op == ZebOp_Range) bound.upper = ParseLength(row.size() > 2 ? row.Cell(2) : L"") * toKernel;
+        if (op == ZebOp_Range)
+            bound.upper = ParseLength(row.size() > 2 ? row.Cell(2) : L"") * toKernel;
         rows.push_back({row.Cell(0), bound});
     }
     return rows;
@@ -52,14 +53,15 @@ std::vector<std::wstring> DatabaseFastenerNames() {
 }  // namespace
 
 bool IsFeatureRule(CZebRule& rule) {
-    for (long id : {Hole_::kOffset.id, Slot_::kOffset.id, Clearance_::kConditionA.id, Engagement_::kLengths.id,
-                    Alignment_::kOffset.id, Access_::kToolClearance.id, Kinds_::kLengthStep.id})
+    for (long id : {Hole_::kOffset.id, Slot_::kOffset.id, Clearance_::kConditionA.id,
+                    Engagement_::kLengths.id, Alignment_::kOffset.id, Access_::kToolClearance.id,
+                    Kinds_::kLengthStep.id})
         if (rule.FindParameterInArray(id)) return true;
     return false;
 }
 
-bool CheckFeatureRule(CZebRule& rule, double toKernel, FeatureCache& cache, const CheckContext& context,
-                      std::vector<ZebFinding>& findings) {
+bool CheckFeatureRule(CZebRule& rule, double toKernel, FeatureCache& cache,
+                      const CheckContext& context, std::vector<ZebFinding>& findings) {
     if (rule.FindParameterInArray(Hole_::kOffset.id)) {
         HoleAlignmentOptions options;
         options.offset = BoundOf(rule, Hole_::kOffset.id, toKernel);
@@ -71,7 +73,8 @@ bool CheckFeatureRule(CZebRule& rule, double toKernel, FeatureCache& cache, cons
     if (rule.FindParameterInArray(Slot_::kOffset.id)) {
         SlotAlignmentOptions options;
         options.offset = BoundOf(rule, Slot_::kOffset.id, toKernel);
-        if (Enabled(rule, Slot_::kSecondOffset.id)) options.ends = BoundOf(rule, Slot_::kSecondOffset.id, toKernel);
+        if (Enabled(rule, Slot_::kSecondOffset.id))
+            options.ends = BoundOf(rule, Slot_::kSecondOffset.id, toKernel);
         options.sameWidth = Value<bool>(rule, Slot_::kWidth.id).value_or(false);
         options.sameDirection = Value<bool>(rule, Slot_::kDirection.id).value_or(false);
         return CheckSlotAlignment(cache, options, context, findings);
@@ -87,7 +90,8 @@ bool CheckFeatureRule(CZebRule& rule, double toKernel, FeatureCache& cache, cons
         std::vector<NamedBound> lengths;
         for (const ZebRow& row : Rows(rule, Engagement_::kLengths.id))
             if (row.size() >= 2 && !row.Cell(0).empty())
-                lengths.push_back({row.Cell(0), {ZebOp_GreaterEqual, ParseLength(row.Cell(1)) * toKernel, 0.0}});
+                lengths.push_back(
+                    {row.Cell(0), {ZebOp_GreaterEqual, ParseLength(row.Cell(1)) * toKernel, 0.0}});
         return CheckFastenerEngagement(cache, lengths, DatabaseFastenerNames(), context, findings);
     }
     if (rule.FindParameterInArray(Alignment_::kOffset.id)) {
@@ -102,7 +106,8 @@ bool CheckFeatureRule(CZebRule& rule, double toKernel, FeatureCache& cache, cons
         options.tool = Value<double>(rule, Access_::kToolClearance.id).value_or(options.tool);
         if (static_cast<long>(Value<double>(rule, Access_::kSecondSwitch.id).value_or(0.0)) != 0)
             options.second = Value<double>(rule, Access_::kSecondClearance.id);
-        return CheckFastenerAccessibility(cache, options, DatabaseFastenerNames(), context, findings);
+        return CheckFastenerAccessibility(cache, options, DatabaseFastenerNames(), context,
+                                          findings);
     }
     if (rule.FindParameterInArray(Kinds_::kLengthStep.id)) {
         RationalizationOptions options;

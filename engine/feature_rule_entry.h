@@ -10,5 +10,5 @@ class CZebRule;
 
 bool IsFeatureRule(CZebRule& rule);
 // `toKernel` turns the rule's lengths into kernel millimetres. False when cancelled.
-bool CheckFeatureRule(CZebRule& rule, double toKernel, FeatureCache& cache, const CheckContext& context,
-                      std::vector<ZebFinding>& findings);
+bool CheckFeatureRule(CZebRule& rule, double toKernel, FeatureCache& cache,
+                      const CheckContext& context, std::vector<ZebFinding>& findings);

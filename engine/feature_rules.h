@@ -16,18 +16,19 @@ struct Bound {
     double value = 0.0;
     double upper = 0.0;
     bool Holds(double measured, double tolerance) const;
-    std::wstring Text(double scale, const std::wstring& unit) const;  // "<= 0.5 mm", "between 1 and 2 mm"
+    std::wstring Text(double scale,
+                      const std::wstring& unit) const;  // "<= 0.5 mm", "between 1 and 2 mm"
 };
 
 struct HoleAlignmentOptions {
-    Bound offset;      // axis offset between aligned holes
-    Bound diameters;   // difference of their diameters
+    Bound offset;                       // axis offset between aligned holes
+    Bound diameters;                    // difference of their diameters
     bool through = true, blind = true;  // which holes are checked
 };
 
 struct SlotAlignmentOptions {
-    Bound offset;                   // across the slots' width
-    std::optional<Bound> ends;      // between their ends, when switched on
+    Bound offset;               // across the slots' width
+    std::optional<Bound> ends;  // between their ends, when switched on
     bool sameWidth = false;
     bool sameDirection = false;
 };
@@ -86,31 +87,31 @@ private:
 };
 
 // Each returns false when cancelled; findings are appended in part order.
-bool CheckHoleAlignment(FeatureCache& cache, const HoleAlignmentOptions& options, const CheckContext& context,
-                        std::vector<ZebFinding>& findings);
-bool CheckSlotAlignment(FeatureCache& cache, const SlotAlignmentOptions& options, const CheckContext& context,
-                        std::vector<ZebFinding>& findings);
+bool CheckHoleAlignment(FeatureCache& cache, const HoleAlignmentOptions& options,
+                        const CheckContext& context, std::vector<ZebFinding>& findings);
+bool CheckSlotAlignment(FeatureCache& cache, const SlotAlignmentOptions& options,
+                        const CheckContext& context, std::vector<ZebFinding>& findings);
 bool CheckFastenerClearance(FeatureCache& cache, const FastenerClearanceOptions& options,
-                            const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
-                            std::vector<ZebFinding>& findings);
+                            const std::vector<std::wstring>& fastenerNames,
+                            const CheckContext& context, std::vector<ZebFinding>& findings);
 bool CheckFastenerEngagement(FeatureCache& cache, const std::vector<NamedBound>& lengths,
-                             const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
-                             std::vector<ZebFinding>& findings);
+                             const std::vector<std::wstring>& fastenerNames,
+                             const CheckContext& context, std::vector<ZebFinding>& findings);
 bool CheckFastenerAlignment(FeatureCache& cache, const FastenerAlignmentOptions& options,
-                            const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
-                            std::vector<ZebFinding>& findings);
+                            const std::vector<std::wstring>& fastenerNames,
+                            const CheckContext& context, std::vector<ZebFinding>& findings);
 
 bool CheckFastenerAccessibility(FeatureCache& cache, const AccessibilityOptions& options,
-                                const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
-                                std::vector<ZebFinding>& findings);
+                                const std::vector<std::wstring>& fastenerNames,
+                                const CheckContext& context, std::vector<ZebFinding>& findings);
 bool CheckRationalization(FeatureCache& cache, const RationalizationOptions& options,
-                          const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
-                          std::vector<ZebFinding>& findings);
+                          const std::vector<std::wstring>& fastenerNames,
+                          const CheckContext& context, std::vector<ZebFinding>& findings);
 
 // "9 mm": a length in the report's unit.
 std::wstring LengthText(double value, const CheckContext& context);
 // A finding whose value broke `bound`; the message gets the allowed range.
-ZebFinding BoundFinding(const CheckContext& context, std::vector<std::wstring> parts, std::wstring message, double value,
-                        const Bound& bound);
+ZebFinding BoundFinding(const CheckContext& context, std::vector<std::wstring> parts,
+                        std::wstring message, double value, const Bound& bound);
 // How findings name a hole: "hole 9 mm of as1/plate".
 std::wstring HoleLabel(const Hole& hole, const AssemblyPart& part, const CheckContext& context);

@@ -8,7 +8,6 @@
 #include <TopExp_Explorer.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
-
 #include <algorithm>
 #include <cmath>
 #include <map>
@@ -18,8 +17,8 @@
 #include "engine/pair_search.h"
 
 namespace {
-constexpr double kLength = 1e-4;      // lengths closer than this are equal
-constexpr double kParallel = 1e-6;    // 1 - |cos| below this: parallel
+constexpr double kLength = 1e-4;    // lengths closer than this are equal
+constexpr double kParallel = 1e-6;  // 1 - |cos| below this: parallel
 constexpr double kFullTurn = 2 * std::numbers::pi - 0.05;
 constexpr double kHalfTurn = std::numbers::pi;
 
@@ -39,7 +38,9 @@ struct Line {
 Line Canonical(const gp_Ax1& axis) {
     gp_Dir d = axis.Direction();
     const double x = d.X(), y = d.Y(), z = d.Z();
-    const double big = std::fabs(x) >= std::fabs(y) && std::fabs(x) >= std::fabs(z) ? x : std::fabs(y) >= std::fabs(z) ? y : z;
+    const double big = std::fabs(x) >= std::fabs(y) && std::fabs(x) >= std::fabs(z) ? x
+                       : std::fabs(y) >= std::fabs(z)                               ? y
+                                                                                    : z;
     if (big < 0) d.Reverse();
     const gp_Vec toOrigin(axis.Location(), gp::Origin());
     return {axis.Location().Translated(gp_Vec(d) * toOrigin.Dot(gp_Vec(d))), d};
@@ -90,7 +91,8 @@ struct Faces {
 // The angle a face turns about a line, from points along the parameter that goes round it.
 double SampledSpan(const BRepAdaptor_Surface& surface, const Line& line) {
     constexpr int kSteps = 32;
-    const gp_Dir x = std::fabs(line.dir.X()) < 0.9 ? line.dir.Crossed(gp::DX()) : line.dir.Crossed(gp::DY());
+    const gp_Dir x =
+        std::fabs(line.dir.X()) < 0.9 ? line.dir.Crossed(gp::DX()) : line.dir.Crossed(gp::DY());
     const gp_Dir y = line.dir.Crossed(x);
     const auto turn = [&](bool alongU) {
         const double u0 = surface.FirstUParameter(), u1 = surface.LastUParameter();
@@ -98,7 +100,8 @@ double SampledSpan(const BRepAdaptor_Surface& surface, const Line& line) {
         double total = 0.0, last = 0.0;
         for (int i = 0; i <= kSteps; ++i) {
             const double f = double(i) / kSteps;
-            const gp_Pnt p = alongU ? surface.Value(u0 + (u1 - u0) * f, (v0 + v1) / 2) : surface.Value((u0 + u1) / 2, v0 + (v1 - v0) * f);
+            const gp_Pnt p = alongU ? surface.Value(u0 + (u1 - u0) * f, (v0 + v1) / 2)
+                                    : surface.Value((u0 + u1) / 2, v0 + (v1 - v0) * f);
             const gp_Vec r(line.Point(line.At(p)), p);
             const double angle = std::atan2(r.Dot(gp_Vec(y)), r.Dot(gp_Vec(x)));
             if (i > 0) total += std::remainder(angle - last, 2 * std::numbers::pi);
@@ -119,7 +122,8 @@ std::optional<gp_Cylinder> FitCylinder(const BRepAdaptor_Surface& surface) {
     const double v0 = surface.FirstVParameter(), v1 = surface.LastVParameter();
     for (int i = 0; i <= kSteps; ++i)
         for (int j = 0; j <= kSteps; ++j) {
-            const double u = u0 + (u1 - u0) * (0.05 + 0.9 * i / kSteps), v = v0 + (v1 - v0) * (0.05 + 0.9 * j / kSteps);
+            const double u = u0 + (u1 - u0) * (0.05 + 0.9 * i / kSteps),
+                         v = v0 + (v1 - v0) * (0.05 + 0.9 * j / kSteps);
             gp_Pnt p;
             gp_Vec du, dv;
             surface.D1(u, v, p, du, dv);
@@ -132,7 +136,8 @@ std::optional<gp_Cylinder> FitCylinder(const BRepAdaptor_Surface& surface) {
     double widest = 0.0;
     for (size_t i = 0; i < normals.size(); ++i)
         for (size_t j = i + 1; j < normals.size(); ++j)
-            if (const double c = normals[i].Crossed(normals[j]).Magnitude(); c > widest) widest = c, a = i, b = j;
+            if (const double c = normals[i].Crossed(normals[j]).Magnitude(); c > widest)
+                widest = c, a = i, b = j;
     if (widest < 1e-3) return std::nullopt;  // flat
     const gp_Dir axis(normals[a].Crossed(normals[b]));
     for (const gp_Vec& n : normals)
@@ -160,7 +165,8 @@ Faces Analyse(const TopoDS_Shape& shape) {
         if (type == GeomAbs_Cylinder) cylinder = surface.Cylinder();
         // Files often write turned faces as rational splines: such a face is a cylinder when its
         // points and normals fit one.
-        if (type == GeomAbs_BSplineSurface || type == GeomAbs_BezierSurface || type == GeomAbs_SurfaceOfRevolution) {
+        if (type == GeomAbs_BSplineSurface || type == GeomAbs_BezierSurface ||
+            type == GeomAbs_SurfaceOfRevolution) {
             cylinder = FitCylinder(surface);
             if (cylinder) type = GeomAbs_Cylinder;
         }
@@ -199,12 +205,15 @@ std::vector<Cylinder> Cylinders(const std::vector<Turned>& turned) {
         if (used[i] || turned[i].radius <= 0) continue;
         std::vector<const Turned*> group{&turned[i]};
         used[i] = true;
-        Cylinder c{turned[i].line, turned[i].radius, turned[i].t0, turned[i].t1, 0.0, turned[i].inner};
+        Cylinder c{turned[i].line, turned[i].radius, turned[i].t0, turned[i].t1, 0.0,
+                   turned[i].inner};
         for (bool grew = true; grew;) {
             grew = false;
             for (size_t j = i + 1; j < turned.size(); ++j) {
                 const Turned& f = turned[j];
-                if (used[j] || f.inner != c.inner || std::fabs(f.radius - c.radius) > kLength || !f.line.Same(c.line)) continue;
+                if (used[j] || f.inner != c.inner || std::fabs(f.radius - c.radius) > kLength ||
+                    !f.line.Same(c.line))
+                    continue;
                 if (f.t0 > c.t1 + kLength || f.t1 < c.t0 - kLength) continue;
                 used[j] = grew = true;
                 group.push_back(&f);
@@ -269,7 +278,8 @@ std::vector<Hole> Holes(const TopoDS_Shape& shape, const std::vector<Cylinder>& 
         h.diameter = hole.diameter;
         // Open where the axis just beyond an end leaves the material.
         const double step = std::max(10 * kLength, 0.01 * hole.diameter);
-        h.through = !Inside(shape, hole.line.Point(hole.t0 - step)) && !Inside(shape, hole.line.Point(hole.t1 + step));
+        h.through = !Inside(shape, hole.line.Point(hole.t0 - step)) &&
+                    !Inside(shape, hole.line.Point(hole.t1 + step));
         holes.push_back(h);
     }
     return holes;
@@ -303,11 +313,13 @@ std::vector<Slot> Slots(const std::vector<Cylinder>& cylinders, const std::vecto
                 if (1 - std::fabs(p.normal.Dot(across)) > kParallel) continue;
                 const gp_Vec toCentre(p.point, centre);
                 const double offset = toCentre.Dot(gp_Vec(p.normal));
-                if (std::fabs(offset - a.radius) < kLength) sides |= p.normal.Dot(across) > 0 ? 1 : 2;
+                if (std::fabs(offset - a.radius) < kLength)
+                    sides |= p.normal.Dot(across) > 0 ? 1 : 2;
             }
             if (sides != 3) continue;
             used[i] = used[j] = true;
-            slots.push_back({centre, a.line.dir, along, 2 * a.radius, apart + 2 * a.radius, t1 - t0});
+            slots.push_back(
+                {centre, a.line.dir, along, 2 * a.radius, apart + 2 * a.radius, t1 - t0});
         }
     return slots;
 }
@@ -316,7 +328,9 @@ FastenerShape Fastener(const TopoDS_Shape& shape, const std::vector<Cylinder>& c
     FastenerShape f;
     const Cylinder* shank = nullptr;
     for (const Cylinder& c : cylinders)
-        if (!c.inner && c.span >= kFullTurn && (!shank || c.t1 - c.t0 > shank->t1 - shank->t0 + kLength)) shank = &c;
+        if (!c.inner && c.span >= kFullTurn &&
+            (!shank || c.t1 - c.t0 > shank->t1 - shank->t0 + kLength))
+            shank = &c;
     if (!shank) return f;
     TopTools_IndexedMapOfShape vertices;
     TopExp::MapShapes(shape, TopAbs_VERTEX, vertices);
@@ -330,7 +344,8 @@ FastenerShape Fastener(const TopoDS_Shape& shape, const std::vector<Cylinder>& c
         if (t > shank->t1 + kLength) wideHi = std::max(wideHi, r);
     }
     // The head is the wider end; with two equal ends, the longer one.
-    const bool headLow = wideLo > wideHi + kLength || (std::fabs(wideLo - wideHi) <= kLength && shank->t0 - lo >= hi - shank->t1);
+    const bool headLow = wideLo > wideHi + kLength || (std::fabs(wideLo - wideHi) <= kLength &&
+                                                       shank->t0 - lo >= hi - shank->t1);
     f.found = true;
     f.shankDiameter = 2 * shank->radius;
     f.headDiameter = 2 * (headLow ? wideLo : wideHi);
@@ -394,6 +409,7 @@ bool RecognizeAssembly(const Assembly& assembly, unsigned threads, const std::at
     if (!complete) return false;
     features.clear();
     for (size_t i = 0; i < assembly.parts.size(); ++i)
-        features.push_back(Transformed(own[shapeOf[i]], assembly.parts[i].shape.Location().Transformation()));
+        features.push_back(
+            Transformed(own[shapeOf[i]], assembly.parts[i].shape.Location().Transformation()));
     return true;
 }

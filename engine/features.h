@@ -1,10 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <gp_Dir.hxx>
 #include <gp_Pnt.hxx>
 #include <gp_Trsf.hxx>
-
-#include <atomic>
 #include <vector>
 
 #include "engine/assembly.h"
@@ -37,7 +36,7 @@ struct FastenerShape {
     gp_Pnt bearing;  // where the shank leaves the head
     gp_Pnt tip;      // end of the shank
     double shankDiameter = 0.0;
-    double headDiameter = 0.0;  // across its widest corners
+    double headDiameter = 0.0;                                // across its widest corners
     gp_Dir Axis() const { return gp_Dir(gp_Vec(top, tip)); }  // from the head to the tip
     double Length() const { return top.Distance(tip); }
 };

@@ -15,7 +15,8 @@ inline std::wstring Number(double value) {
     return text;
 }
 
-inline ZebFinding Finding(const CheckContext& context, std::vector<std::wstring> parts, std::wstring message) {
+inline ZebFinding Finding(const CheckContext& context, std::vector<std::wstring> parts,
+                          std::wstring message) {
     ZebFinding finding;
     finding.rule = context.rule;
     finding.severity = context.severity;

@@ -26,13 +26,15 @@ BVH_Box<Standard_Real, 3> GrownBox(const Bnd_Box& box, double grow) {
     if (box.IsVoid()) return {};
     double x0, y0, z0, x1, y1, z1;
     box.Get(x0, y0, z0, x1, y1, z1);
-    return BVH_Box<Standard_Real, 3>(BVH_Vec3d(x0 - grow, y0 - grow, z0 - grow), BVH_Vec3d(x1 + grow, y1 + grow, z1 + grow));
+    return BVH_Box<Standard_Real, 3>(BVH_Vec3d(x0 - grow, y0 - grow, z0 - grow),
+                                     BVH_Vec3d(x1 + grow, y1 + grow, z1 + grow));
 }
 
 // Collects the parts after `self` whose boxes overlap the query box.
 class OverlapQuery : public BVH_Traverse<Standard_Real, 3, BoxSet, bool> {
 public:
-    OverlapQuery(BoxSet& set, const BVH_Box<Standard_Real, 3>& box, int self, std::vector<int>& found)
+    OverlapQuery(BoxSet& set, const BVH_Box<Standard_Real, 3>& box, int self,
+                 std::vector<int>& found)
         : m_box(box), m_self(self), m_found(found) {
         SetBVHSet(&set);
     }
@@ -77,7 +79,8 @@ std::vector<PartPair> NearPairs(const std::vector<AssemblyPart>& parts, double g
 PairDistance MeasureDistance(const AssemblyPart& a, const AssemblyPart& b) {
     BRepExtrema_DistShapeShape measure(a.shape, b.shape);
     PairDistance result;
-    if (!measure.IsDone() || measure.NbSolution() == 0) throw Standard_Failure("no distance between the parts");
+    if (!measure.IsDone() || measure.NbSolution() == 0)
+        throw Standard_Failure("no distance between the parts");
     result.distance = measure.InnerSolution() ? 0.0 : measure.Value();
     result.onFirst = measure.PointOnShape1(1);
     result.onSecond = measure.PointOnShape2(1);

@@ -3,10 +3,9 @@
 #include <atomic>
 #include <cstddef>
 #include <functional>
+#include <gp_Pnt.hxx>
 #include <utility>
 #include <vector>
-
-#include <gp_Pnt.hxx>
 
 #include "engine/assembly.h"
 

@@ -28,7 +28,8 @@ struct Group {
 
 std::vector<std::wstring> PartsOf(const std::vector<const Kind*>& kinds) {
     std::vector<std::wstring> parts;
-    for (const Kind* kind : kinds) parts.insert(parts.end(), kind->parts.begin(), kind->parts.end());
+    for (const Kind* kind : kinds)
+        parts.insert(parts.end(), kind->parts.begin(), kind->parts.end());
     return parts;
 }
 
@@ -37,7 +38,8 @@ void StepFindings(const Group& group, const Bound& step, bool byLength, const Ch
     // Lengths are compared among fasteners of one diameter; diameters among all of the group.
     std::map<double, std::map<double, std::vector<const Kind*>>> sizes;
     for (const auto& [key, kind] : group.kinds)
-        sizes[byLength ? kind.diameter : 0.0][byLength ? kind.length : kind.diameter].push_back(&kind);
+        sizes[byLength ? kind.diameter : 0.0][byLength ? kind.length : kind.diameter].push_back(
+            &kind);
     for (const auto& [diameter, bySize] : sizes)
         for (auto next = bySize.begin(), last = next; next != bySize.end(); last = next++) {
             if (next == bySize.begin()) continue;
@@ -46,18 +48,21 @@ void StepFindings(const Group& group, const Bound& step, bool byLength, const Ch
             std::vector<const Kind*> both = last->second;
             both.insert(both.end(), next->second.begin(), next->second.end());
             const std::wstring what = byLength ? L"lengths " : L"diameters ";
-            std::wstring message = group.name + (byLength ? L" of " + LengthText(diameter, context) + L" diameter" : L"") +
-                                   L" use the " + what + LengthText(last->first, context) + L" and " +
-                                   LengthText(next->first, context) + L", " + LengthText(difference, context) +
-                                   L" apart: one would do";
-            findings.push_back(BoundFinding(context, PartsOf(both), std::move(message), difference, step));
+            std::wstring message =
+                group.name +
+                (byLength ? L" of " + LengthText(diameter, context) + L" diameter" : L"") +
+                L" use the " + what + LengthText(last->first, context) + L" and " +
+                LengthText(next->first, context) + L", " + LengthText(difference, context) +
+                L" apart: one would do";
+            findings.push_back(
+                BoundFinding(context, PartsOf(both), std::move(message), difference, step));
         }
 }
 }  // namespace
 
 bool CheckRationalization(FeatureCache& cache, const RationalizationOptions& options,
-                          const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
-                          std::vector<ZebFinding>& findings) {
+                          const std::vector<std::wstring>& fastenerNames,
+                          const CheckContext& context, std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
     const auto& [parts, features, fasteners] = cache.Scene(fastenerNames);
     std::map<std::wstring, Group> groups;
@@ -65,10 +70,14 @@ bool CheckRationalization(FeatureCache& cache, const RationalizationOptions& opt
         const AssemblyPart& part = parts[joint.fastener];
         const FastenerShape& shape = features[joint.fastener].fastener;
         // A bolt ends in a nut; anything else is a screw.
-        std::wstring name = options.together ? L"bolts and screws" : joint.nut >= 0 ? L"bolts" : L"screws";
-        if (options.sameHead) name += L" with heads " + LengthText(Rounded(shape.headDiameter), context) + L" across";
+        std::wstring name = options.together ? L"bolts and screws"
+                            : joint.nut >= 0 ? L"bolts"
+                                             : L"screws";
+        if (options.sameHead)
+            name += L" with heads " + LengthText(Rounded(shape.headDiameter), context) + L" across";
         if (options.sameMaterial)
-            name += L" of " + (part.material.empty() ? std::wstring(L"no material") : ZebFoldCase(part.material));
+            name += L" of " + (part.material.empty() ? std::wstring(L"no material")
+                                                     : ZebFoldCase(part.material));
         Group& group = groups[name];
         group.name = name;
         const double diameter = Rounded(shape.shankDiameter), length = Rounded(shape.Length());
@@ -79,7 +88,8 @@ bool CheckRationalization(FeatureCache& cache, const RationalizationOptions& opt
     }
     for (const auto& [name, group] : groups) {
         if (options.lengthStep) StepFindings(group, *options.lengthStep, true, context, findings);
-        if (options.diameterStep) StepFindings(group, *options.diameterStep, false, context, findings);
+        if (options.diameterStep)
+            StepFindings(group, *options.diameterStep, false, context, findings);
     }
     return true;
 }

@@ -1,7 +1,6 @@
 #include "engine/rule_checks.h"
 
 #include <Standard_Failure.hxx>
-
 #include <algorithm>
 #include <cmath>
 #include <cwchar>
@@ -16,7 +15,8 @@ namespace {
 constexpr double kLimitTolerance = 0.000001;
 
 std::wstring Point(const gp_Pnt& p, double scale) {
-    return L"(" + Number(p.X() * scale) + L", " + Number(p.Y() * scale) + L", " + Number(p.Z() * scale) + L")";
+    return L"(" + Number(p.X() * scale) + L", " + Number(p.Y() * scale) + L", " +
+           Number(p.Z() * scale) + L")";
 }
 
 // One flag per part: does it match one of the names.
@@ -38,7 +38,8 @@ bool InOneSubassembly(const AssemblyPart& a, const AssemblyPart& b) {
 // The exact work of a check: one result slot per candidate pair, filled in parallel, read in order.
 template <class Result>
 bool MeasurePairs(const std::vector<PartPair>& pairs, const CheckContext& context,
-                  const std::function<Result(const PartPair&)>& measure, std::vector<Result>& results) {
+                  const std::function<Result(const PartPair&)>& measure,
+                  std::vector<Result>& results) {
     results.assign(pairs.size(), Result{});
     return RunParallel(
         pairs.size(), context.threads, [&](size_t i) { results[i] = measure(pairs[i]); },
@@ -57,12 +58,13 @@ struct PairOutcome {
 
 ZebFinding Unmeasured(const CheckContext& context, const AssemblyPart& a, const AssemblyPart& b) {
     return Finding(context, {a.path, b.path},
-                   L"the kernel could not measure " + a.path + L" against " + b.path + L"; check these parts by hand");
+                   L"the kernel could not measure " + a.path + L" against " + b.path +
+                       L"; check these parts by hand");
 }
 }  // namespace
 
-bool CheckInterference(const Assembly& assembly, const InterferenceOptions& options, const CheckContext& context,
-                       std::vector<ZebFinding>& findings) {
+bool CheckInterference(const Assembly& assembly, const InterferenceOptions& options,
+                       const CheckContext& context, std::vector<ZebFinding>& findings) {
     const std::vector<AssemblyPart>& parts = assembly.parts;
     const std::vector<bool> ignored = MatchAny(assembly, options.ignored);
     std::vector<bool> first, second;
@@ -76,7 +78,8 @@ bool CheckInterference(const Assembly& assembly, const InterferenceOptions& opti
         first = MatchAny(assembly, a);
         second = MatchAny(assembly, b);
     } else if (!options.allComponents) {
-        for (const auto& [x, y] : options.table) rows.emplace_back(MatchAny(assembly, {x}), MatchAny(assembly, {y}));
+        for (const auto& [x, y] : options.table)
+            rows.emplace_back(MatchAny(assembly, {x}), MatchAny(assembly, {y}));
     }
     const auto wanted = [&](const PartPair& pair) {
         const auto [i, j] = pair;
@@ -93,18 +96,21 @@ bool CheckInterference(const Assembly& assembly, const InterferenceOptions& opti
         if (wanted(pair)) pairs.push_back(pair);
 
     std::vector<PairOutcome> outcomes;
-    const bool complete = MeasurePairs<PairOutcome>(pairs, context, [&](const PartPair& pair) {
-        PairOutcome outcome;
-        try {
-            outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
-            if (outcome.distance.distance <= kTouchTolerance)
-                outcome.volume = CommonVolume(parts[pair.first], parts[pair.second]);
-            outcome.measured = true;
-        } catch (const Standard_Failure&) {
-            outcome.failed = true;
-        }
-        return outcome;
-    }, outcomes);
+    const bool complete = MeasurePairs<PairOutcome>(
+        pairs, context,
+        [&](const PartPair& pair) {
+            PairOutcome outcome;
+            try {
+                outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
+                if (outcome.distance.distance <= kTouchTolerance)
+                    outcome.volume = CommonVolume(parts[pair.first], parts[pair.second]);
+                outcome.measured = true;
+            } catch (const Standard_Failure&) {
+                outcome.failed = true;
+            }
+            return outcome;
+        },
+        outcomes);
     if (!complete) return false;
 
     const double cube = context.toReport * context.toReport * context.toReport;
@@ -124,11 +130,13 @@ bool CheckInterference(const Assembly& assembly, const InterferenceOptions& opti
         if (overlaps && options.ignoreVolume) {
             // Limits compare with the same tolerance as the dialogs' checks.
             const double limit = *options.ignoreVolume * cube;
-            if (options.ignoreInclusive ? volume <= limit + kLimitTolerance : volume < limit - kLimitTolerance) continue;
+            if (options.ignoreInclusive ? volume <= limit + kLimitTolerance
+                                        : volume < limit - kLimitTolerance)
+                continue;
         }
         ZebFinding finding = Finding(context, {a.path, b.path},
-                                     overlaps ? a.path + L" and " + b.path + L" interfere by " + Number(volume) + L" " +
-                                                    context.unitText + L"^3"
+                                     overlaps ? a.path + L" and " + b.path + L" interfere by " +
+                                                    Number(volume) + L" " + context.unitText + L"^3"
                                               : a.path + L" and " + b.path + L" touch");
         finding.value = overlaps ? volume : 0.0;
         if (options.ignoreVolume) finding.limit = *options.ignoreVolume * cube;
@@ -137,8 +145,8 @@ bool CheckInterference(const Assembly& assembly, const InterferenceOptions& opti
     return true;
 }
 
-bool CheckClearance(const Assembly& assembly, const ClearanceOptions& options, const CheckContext& context,
-                    std::vector<ZebFinding>& findings) {
+bool CheckClearance(const Assembly& assembly, const ClearanceOptions& options,
+                    const CheckContext& context, std::vector<ZebFinding>& findings) {
     const std::vector<AssemblyPart>& parts = assembly.parts;
     std::vector<std::pair<std::vector<bool>, std::vector<bool>>> rows;
     double largest = options.general.value_or(0.0);
@@ -166,16 +174,19 @@ bool CheckClearance(const Assembly& assembly, const ClearanceOptions& options, c
         }
 
     std::vector<PairOutcome> outcomes;
-    const bool complete = MeasurePairs<PairOutcome>(pairs, context, [&](const PartPair& pair) {
-        PairOutcome outcome;
-        try {
-            outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
-            outcome.measured = true;
-        } catch (const Standard_Failure&) {
-            outcome.failed = true;
-        }
-        return outcome;
-    }, outcomes);
+    const bool complete = MeasurePairs<PairOutcome>(
+        pairs, context,
+        [&](const PartPair& pair) {
+            PairOutcome outcome;
+            try {
+                outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
+                outcome.measured = true;
+            } catch (const Standard_Failure&) {
+                outcome.failed = true;
+            }
+            return outcome;
+        },
+        outcomes);
     if (!complete) return false;
 
     const double scale = context.toReport;
@@ -190,11 +201,12 @@ bool CheckClearance(const Assembly& assembly, const ClearanceOptions& options, c
         const double distance = outcome.distance.distance;
         if (distance >= limits[k] - kTouchTolerance) continue;
         if (distance <= kTouchTolerance && !options.reportTouching) continue;
-        ZebFinding finding = Finding(
-            context, {a.path, b.path},
-            a.path + L" and " + b.path + L" are " + Number(distance * scale) + L" " + context.unitText +
-                L" apart, less than " + Number(limits[k] * scale) + L"; closest points " +
-                Point(outcome.distance.onFirst, scale) + L" and " + Point(outcome.distance.onSecond, scale));
+        ZebFinding finding =
+            Finding(context, {a.path, b.path},
+                    a.path + L" and " + b.path + L" are " + Number(distance * scale) + L" " +
+                        context.unitText + L" apart, less than " + Number(limits[k] * scale) +
+                        L"; closest points " + Point(outcome.distance.onFirst, scale) + L" and " +
+                        Point(outcome.distance.onSecond, scale));
         finding.value = distance * scale;
         finding.limit = limits[k] * scale;
         findings.push_back(std::move(finding));
@@ -202,22 +214,25 @@ bool CheckClearance(const Assembly& assembly, const ClearanceOptions& options, c
     return true;
 }
 
-bool CheckContactMaterial(const Assembly& assembly, const ContactOptions& options, const CheckContext& context,
-                          std::vector<ZebFinding>& findings) {
+bool CheckContactMaterial(const Assembly& assembly, const ContactOptions& options,
+                          const CheckContext& context, std::vector<ZebFinding>& findings) {
     if (options.rows.empty()) return true;
     const std::vector<AssemblyPart>& parts = assembly.parts;
     const std::vector<PartPair> pairs = NearPairs(parts, options.nearer.value_or(0.0));
     std::vector<PairOutcome> outcomes;
-    const bool complete = MeasurePairs<PairOutcome>(pairs, context, [&](const PartPair& pair) {
-        PairOutcome outcome;
-        try {
-            outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
-            outcome.measured = true;
-        } catch (const Standard_Failure&) {
-            outcome.failed = true;
-        }
-        return outcome;
-    }, outcomes);
+    const bool complete = MeasurePairs<PairOutcome>(
+        pairs, context,
+        [&](const PartPair& pair) {
+            PairOutcome outcome;
+            try {
+                outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
+                outcome.measured = true;
+            } catch (const Standard_Failure&) {
+                outcome.failed = true;
+            }
+            return outcome;
+        },
+        outcomes);
     if (!complete) return false;
 
     const auto onSide = [](const std::vector<std::wstring>& side, const std::wstring& material) {
@@ -234,7 +249,8 @@ bool CheckContactMaterial(const Assembly& assembly, const ContactOptions& option
             continue;
         }
         const double distance = outcomes[k].distance.distance;
-        const bool inContact = distance <= kTouchTolerance || (options.nearer && distance < *options.nearer);
+        const bool inContact =
+            distance <= kTouchTolerance || (options.nearer && distance < *options.nearer);
         if (!inContact) continue;
         if (a.material.empty() || b.material.empty()) {
             if (a.material.empty()) withoutMaterial.insert(i);
@@ -243,13 +259,15 @@ bool CheckContactMaterial(const Assembly& assembly, const ContactOptions& option
         }
         const std::wstring ma = ZebFoldCase(a.material), mb = ZebFoldCase(b.material);
         for (const auto& [one, other] : options.rows) {
-            if (!((onSide(one, ma) && onSide(other, mb)) || (onSide(other, ma) && onSide(one, mb)))) continue;
-            ZebFinding finding = Finding(context, {a.path, b.path},
-                                         a.path + L" (" + a.material + L") and " + b.path + L" (" + b.material +
-                                             L") are in contact" +
-                                             (distance > kTouchTolerance ? L", " + Number(distance * scale) + L" " +
-                                                                               context.unitText + L" apart"
-                                                                         : std::wstring()));
+            if (!((onSide(one, ma) && onSide(other, mb)) || (onSide(other, ma) && onSide(one, mb))))
+                continue;
+            ZebFinding finding = Finding(
+                context, {a.path, b.path},
+                a.path + L" (" + a.material + L") and " + b.path + L" (" + b.material +
+                    L") are in contact" +
+                    (distance > kTouchTolerance
+                         ? L", " + Number(distance * scale) + L" " + context.unitText + L" apart"
+                         : std::wstring()));
             finding.value = distance * scale;
             if (options.nearer) finding.limit = *options.nearer * scale;
             findings.push_back(std::move(finding));
@@ -257,8 +275,9 @@ bool CheckContactMaterial(const Assembly& assembly, const ContactOptions& option
         }
     }
     for (int i : withoutMaterial)
-        findings.push_back(Finding(context, {parts[i].path},
-                                   parts[i].path + L": no material; its contacts cannot be checked"));
+        findings.push_back(
+            Finding(context, {parts[i].path},
+                    parts[i].path + L": no material; its contacts cannot be checked"));
     return true;
 }
 
@@ -267,7 +286,8 @@ void CheckPreferredComponents(const Assembly& assembly, const std::vector<Prefer
     for (const AssemblyPart& part : assembly.parts)
         for (const PreferredRow& row : rows) {
             if (row.replaced.empty() || !PartMatches(part, row.replaced)) continue;
-            std::wstring message = part.path + L" is " + row.replaced + L"; use the preferred component " +
+            std::wstring message = part.path + L" is " + row.replaced +
+                                   L"; use the preferred component " +
                                    (row.preferred.empty() ? L"(none given)" : row.preferred);
             if (!row.alternative.empty()) message += L" or the alternative " + row.alternative;
             if (!row.description.empty()) message += L" (" + row.description + L")";

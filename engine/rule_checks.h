@@ -58,11 +58,11 @@ struct CheckContext {
 };
 
 // Each returns false when cancelled; findings are appended in a stable order.
-bool CheckInterference(const Assembly& assembly, const InterferenceOptions& options, const CheckContext& context,
-                       std::vector<ZebFinding>& findings);
-bool CheckClearance(const Assembly& assembly, const ClearanceOptions& options, const CheckContext& context,
-                    std::vector<ZebFinding>& findings);
-bool CheckContactMaterial(const Assembly& assembly, const ContactOptions& options, const CheckContext& context,
-                          std::vector<ZebFinding>& findings);
+bool CheckInterference(const Assembly& assembly, const InterferenceOptions& options,
+                       const CheckContext& context, std::vector<ZebFinding>& findings);
+bool CheckClearance(const Assembly& assembly, const ClearanceOptions& options,
+                    const CheckContext& context, std::vector<ZebFinding>& findings);
+bool CheckContactMaterial(const Assembly& assembly, const ContactOptions& options,
+                          const CheckContext& context, std::vector<ZebFinding>& findings);
 void CheckPreferredComponents(const Assembly& assembly, const std::vector<PreferredRow>& rows,
                               const CheckContext& context, std::vector<ZebFinding>& findings);

@@ -12,7 +12,6 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_MaterialTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
-
 #include <map>
 
 #include "framework/text_convert.h"
@@ -23,8 +22,9 @@ void Name(const TDF_Label& label, const std::wstring& name) {
 }
 }  // namespace
 
-bool WriteStepAssembly(const std::string& path, const std::wstring& top, const std::vector<SolidToWrite>& solids,
-                       const char* unit, std::string& error) {
+bool WriteStepAssembly(const std::string& path, const std::wstring& top,
+                       const std::vector<SolidToWrite>& solids, const char* unit,
+                       std::string& error) {
     Handle(XCAFApp_Application) app = XCAFApp_Application::GetApplication();
     Handle(TDocStd_Document) doc;
     app->NewDocument("MDTV-XCAF", doc);
@@ -46,22 +46,27 @@ bool WriteStepAssembly(const std::string& path, const std::wstring& top, const s
         const TDF_Label part = shapes->AddShape(solid.shape, false);
         Name(part, solid.name);
         if (!solid.material.empty()) {
-            Handle(TCollection_HAsciiString) name = new TCollection_HAsciiString(ToUtf8(solid.material).c_str());
-            materials->SetMaterial(part, name, new TCollection_HAsciiString(""), 7.8, new TCollection_HAsciiString("density"),
+            Handle(TCollection_HAsciiString) name =
+                new TCollection_HAsciiString(ToUtf8(solid.material).c_str());
+            materials->SetMaterial(part, name, new TCollection_HAsciiString(""), 7.8,
+                                   new TCollection_HAsciiString("density"),
                                    new TCollection_HAsciiString("POSITIVE_RATIO_MEASURE"));
         }
         shapes->AddComponent(parent, part, TopLoc_Location());
     }
-    for (const auto& [name, label] : subassemblies) shapes->AddComponent(root, label, TopLoc_Location());
+    for (const auto& [name, label] : subassemblies)
+        shapes->AddComponent(root, label, TopLoc_Location());
     shapes->UpdateAssemblies();
 
     // The writer's statistics are no news to a test or a benchmark.
-    for (const Handle(Message_Printer)& printer : Message::DefaultMessenger()->Printers()) printer->SetTraceLevel(Message_Fail);
+    for (const Handle(Message_Printer) & printer : Message::DefaultMessenger()->Printers())
+        printer->SetTraceLevel(Message_Fail);
     Interface_Static::SetCVal("write.step.unit", unit);
     STEPCAFControl_Writer writer;
     writer.SetNameMode(true);
     writer.SetMaterialMode(true);
-    const bool written = writer.Transfer(doc, STEPControl_AsIs) && writer.Write(path.c_str()) == IFSelect_RetDone;
+    const bool written =
+        writer.Transfer(doc, STEPControl_AsIs) && writer.Write(path.c_str()) == IFSelect_RetDone;
     app->Close(doc);
     if (!written) error = path + ": the kernel could not write the assembly";
     return written;

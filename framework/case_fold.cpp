@@ -35,6 +35,7 @@ std::wstring ZebUpperCase(std::wstring_view text) {
     std::wstring upper;
     upper.reserve(text.size());
     for (const wchar_t c : text)
-        upper.push_back(static_cast<wchar_t>(Unicode() ? towupper_l(c, Unicode()) : std::towupper(c)));
+        upper.push_back(
+            static_cast<wchar_t>(Unicode() ? towupper_l(c, Unicode()) : std::towupper(c)));
     return upper;
 }

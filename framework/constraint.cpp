@@ -7,7 +7,10 @@ CZEBConstraint::CZEBConstraint(ZEBConstraintType_e type, const std::wstring& nam
 
 // The XML document is the copy's own, made when it is first asked for its element.
 CZEBConstraint::CZEBConstraint(const CZEBConstraint& other)
-    : m_type(other.m_type), m_name(other.m_name), m_enabled(other.m_enabled), m_params(other.m_params) {}
+    : m_type(other.m_type),
+      m_name(other.m_name),
+      m_enabled(other.m_enabled),
+      m_params(other.m_params) {}
 
 CZEBConstraint::~CZEBConstraint() = default;
 

@@ -34,7 +34,7 @@ int ZebCreateFolderWithParents(const std::wstring& widePath) {
         }
         last = errno;
         if (last == EEXIST) {
-            struct stat st{};
+            struct stat st {};
             if (::stat(part.c_str(), &st) == 0 && !S_ISDIR(st.st_mode)) return ENOTDIR;
             continue;
         }
@@ -47,7 +47,7 @@ int ZebCreateFolderWithParents(const std::wstring& widePath) {
 bool ZebIsFolderUsable(const std::wstring& path) {
     if (path.empty()) return false;
     const std::string utf8 = ToUtf8(path);
-    struct stat st{};
+    struct stat st {};
     if (::stat(utf8.c_str(), &st) != 0) {
         if (::access(ParentOf(utf8).c_str(), R_OK | W_OK) != 0) return false;
     }

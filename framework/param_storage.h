@@ -50,15 +50,40 @@ struct ZebTypedParam : ZebTypedParamBase {
     }
 };
 
-template <class T> struct ZebTypeCode;
-template <> struct ZebTypeCode<int32_t> { static constexpr Type_e value = ZebType_Int; };
-template <> struct ZebTypeCode<long> { static constexpr Type_e value = ZebType_Long; };
-template <> struct ZebTypeCode<bool> { static constexpr Type_e value = ZebType_Bool; };
-template <> struct ZebTypeCode<double> { static constexpr Type_e value = ZebType_Double; };
-template <> struct ZebTypeCode<std::wstring> { static constexpr Type_e value = ZebType_String; };
-template <> struct ZebTypeCode<ZebOpaque> { static constexpr Type_e value = ZebType_Opaque; };
-template <> struct ZebTypeCode<uint32_t> { static constexpr Type_e value = ZebType_Unsigned; };
-template <> struct ZebTypeCode<ZebRow> { static constexpr Type_e value = ZebType_Row; };
+template <class T>
+struct ZebTypeCode;
+template <>
+struct ZebTypeCode<int32_t> {
+    static constexpr Type_e value = ZebType_Int;
+};
+template <>
+struct ZebTypeCode<long> {
+    static constexpr Type_e value = ZebType_Long;
+};
+template <>
+struct ZebTypeCode<bool> {
+    static constexpr Type_e value = ZebType_Bool;
+};
+template <>
+struct ZebTypeCode<double> {
+    static constexpr Type_e value = ZebType_Double;
+};
+template <>
+struct ZebTypeCode<std::wstring> {
+    static constexpr Type_e value = ZebType_String;
+};
+template <>
+struct ZebTypeCode<ZebOpaque> {
+    static constexpr Type_e value = ZebType_Opaque;
+};
+template <>
+struct ZebTypeCode<uint32_t> {
+    static constexpr Type_e value = ZebType_Unsigned;
+};
+template <>
+struct ZebTypeCode<ZebRow> {
+    static constexpr Type_e value = ZebType_Row;
+};
 
 // One parameter of a rule: its value type and its typed record. A value type outside 1 to 8
 // gets a record without values.
@@ -76,12 +101,13 @@ public:
     // The typed record, or null when the value type is not T's.
     template <class T>
     ZebTypedParam<T>* As() {
-        return m_type == ZebTypeCode<T>::value ? static_cast<ZebTypedParam<T>*>(m_param.get()) : nullptr;
+        return m_type == ZebTypeCode<T>::value ? static_cast<ZebTypedParam<T>*>(m_param.get())
+                                               : nullptr;
     }
     template <class T>
     const ZebTypedParam<T>* As() const {
         return m_type == ZebTypeCode<T>::value ? static_cast<const ZebTypedParam<T>*>(m_param.get())
-                                                : nullptr;
+                                               : nullptr;
     }
 
 private:

@@ -84,8 +84,8 @@ size_t Utf8ToWide(std::string_view text, wchar_t* out) {
             ++i;
             continue;
         }
-        const bool overlong = (extra == 1 && c < 0x80) || (extra == 2 && c < 0x800) ||
-                              (extra == 3 && c < 0x10000);
+        const bool overlong =
+            (extra == 1 && c < 0x80) || (extra == 2 && c < 0x800) || (extra == 3 && c < 0x10000);
         if (overlong || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = 0xFFFD;
         out[written++] = static_cast<wchar_t>(c);
         i += extra + 1;

@@ -6,16 +6,11 @@ namespace {
 // Sizes in nanometres are whole numbers, so every ratio between two units is an exact fraction
 // and 1 in = 25.4 mm holds exactly.
 const ZebLengthUnit kUnits[] = {
-    {0, "millimetre", 1e6},
-    {1, "centimetre", 1e7},
-    {2, "metre", 1e9},
-    {3, "inch", 25400000.0},
-    {4, "foot", 304800000.0},
-    {5, "nanometre", 1.0},
-    {6, "micrometre", 1e3},
-    {7, "decimetre", 1e8},
-    {8, "yard", 914400000.0},
-    {9, "thousandth of an inch", 25400.0},
+    {0, "millimetre", 1e6},   {1, "centimetre", 1e7},
+    {2, "metre", 1e9},        {3, "inch", 25400000.0},
+    {4, "foot", 304800000.0}, {5, "nanometre", 1.0},
+    {6, "micrometre", 1e3},   {7, "decimetre", 1e8},
+    {8, "yard", 914400000.0}, {9, "thousandth of an inch", 25400.0},
     {10, "kilometre", 1e12},
 };
 
@@ -38,13 +33,14 @@ ZebUnitScale::ZebUnitScale(long from, long to, int power) {
     m_identity = false;
 }
 
-double CZEBUnitConvertor::ConversionFromOneUnitToAnother(double value, long kind, long from, long to) {
+double CZEBUnitConvertor::ConversionFromOneUnitToAnother(double value, long kind, long from,
+                                                         long to) {
     if (kind != kLength) return value;
     return ZebUnitScale(from, to, 1).Apply(value);
 }
 
-double CZEBUnitConvertor::ConversionFromOneUnitToAnotherForVolume(double value, long kind, long from,
-                                                                  long to) {
+double CZEBUnitConvertor::ConversionFromOneUnitToAnotherForVolume(double value, long kind,
+                                                                  long from, long to) {
     if (kind != kLength) return value;
     return ZebUnitScale(from, to, 3).Apply(value);
 }

@@ -113,7 +113,8 @@ private:
         if (i < 0 || i >= m_size) throw std::out_of_range("ZebArray index out of range");
     }
     void Allocate(int32_t capacity) {
-        m_data = static_cast<T*>(::operator new(sizeof(T) * capacity, std::align_val_t(alignof(T))));
+        m_data =
+            static_cast<T*>(::operator new(sizeof(T) * capacity, std::align_val_t(alignof(T))));
         std::memset(static_cast<void*>(m_data), 0, sizeof(T) * capacity);
         m_capacity = capacity;
         m_size = 0;
@@ -126,7 +127,8 @@ private:
         m_growBy = NextStep(m_growBy);
     }
     void Reallocate(int32_t newCapacity) {
-        T* block = static_cast<T*>(::operator new(sizeof(T) * newCapacity, std::align_val_t(alignof(T))));
+        T* block =
+            static_cast<T*>(::operator new(sizeof(T) * newCapacity, std::align_val_t(alignof(T))));
         std::memset(static_cast<void*>(block), 0, sizeof(T) * newCapacity);
         for (int32_t i = 0; i < m_size; ++i) {
             new (block + i) T(std::move(m_data[i]));

@@ -87,7 +87,9 @@ void ZebRow::Set(size_t i, std::wstring_view text) {
     const std::wstring_view old = (*this)[i];
     if (old.size() == text.size()) {
         // Same length, same layout: the text is replaced where it stands.
-        if (!text.empty()) std::memmove(const_cast<wchar_t*>(old.data()), text.data(), text.size() * sizeof(wchar_t));
+        if (!text.empty())
+            std::memmove(const_cast<wchar_t*>(old.data()), text.data(),
+                         text.size() * sizeof(wchar_t));
         return;
     }
     // The old block stays until the new one is complete, so `text` may be one of its cells.

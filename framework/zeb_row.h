@@ -32,20 +32,45 @@ public:
         const_iterator(const ZebRow* row, size_t index) : m_row(row), m_index(index) {}
         std::wstring_view operator*() const { return (*m_row)[m_index]; }
         std::wstring_view operator[](difference_type n) const { return (*m_row)[m_index + n]; }
-        const_iterator& operator++() { ++m_index; return *this; }
-        const_iterator operator++(int) { const_iterator old = *this; ++m_index; return old; }
-        const_iterator& operator--() { --m_index; return *this; }
-        const_iterator operator--(int) { const_iterator old = *this; --m_index; return old; }
-        const_iterator& operator+=(difference_type n) { m_index += n; return *this; }
-        const_iterator& operator-=(difference_type n) { m_index -= n; return *this; }
+        const_iterator& operator++() {
+            ++m_index;
+            return *this;
+        }
+        const_iterator operator++(int) {
+            const_iterator old = *this;
+            ++m_index;
+            return old;
+        }
+        const_iterator& operator--() {
+            --m_index;
+            return *this;
+        }
+        const_iterator operator--(int) {
+            const_iterator old = *this;
+            --m_index;
+            return old;
+        }
+        const_iterator& operator+=(difference_type n) {
+            m_index += n;
+            return *this;
+        }
+        const_iterator& operator-=(difference_type n) {
+            m_index -= n;
+            return *this;
+        }
         friend const_iterator operator+(const_iterator it, difference_type n) { return it += n; }
         friend const_iterator operator+(difference_type n, const_iterator it) { return it += n; }
         friend const_iterator operator-(const_iterator it, difference_type n) { return it -= n; }
         friend difference_type operator-(const_iterator a, const_iterator b) {
-            return static_cast<difference_type>(a.m_index) - static_cast<difference_type>(b.m_index);
+            return static_cast<difference_type>(a.m_index) -
+                   static_cast<difference_type>(b.m_index);
         }
-        friend bool operator==(const_iterator a, const_iterator b) { return a.m_index == b.m_index; }
-        friend auto operator<=>(const_iterator a, const_iterator b) { return a.m_index <=> b.m_index; }
+        friend bool operator==(const_iterator a, const_iterator b) {
+            return a.m_index == b.m_index;
+        }
+        friend auto operator<=>(const_iterator a, const_iterator b) {
+            return a.m_index <=> b.m_index;
+        }
 
     private:
         const ZebRow* m_row = nullptr;
@@ -59,15 +84,16 @@ public:
     ZebRow(std::initializer_list<std::wstring_view> cells) : ZebRow(cells.begin(), cells.end()) {}
     // Cells from any forward range of texts (std::wstring, std::wstring_view, wide literals).
     template <class It>
-        requires std::forward_iterator<It> && std::convertible_to<std::iter_reference_t<It>, std::wstring_view>
-    ZebRow(It first, It last) {
+    requires std::forward_iterator<It> &&
+        std::convertible_to<std::iter_reference_t<It>, std::wstring_view>
+        ZebRow(It first, It last) {
         size_t count = 0, chars = 0;
         for (It it = first; it != last; ++it, ++count) chars += std::wstring_view(*it).size();
         Writer writer(*this, count, chars);
         for (; first != last; ++first) writer.Append(std::wstring_view(*first));
     }
     template <class Range>
-        requires requires(const Range& r) { ZebRow(std::begin(r), std::end(r)); }
+    requires requires(const Range& r) { ZebRow(std::begin(r), std::end(r)); }
     explicit ZebRow(const Range& cells) : ZebRow(std::begin(cells), std::end(cells)) {}
 
     // Cells given as UTF-8, converted as FromUtf8 converts, straight into the row's block.

@@ -20,8 +20,8 @@
 
 #include "framework/file_beside.h"
 #include "framework/hand_off.h"
-#include "framework/thread_start.h"
 #include "framework/text_convert.h"
+#include "framework/thread_start.h"
 
 namespace {
 // Detached elements live under this holder, a sibling of the document element, so that moving
@@ -171,7 +171,8 @@ private:
             m_written += n;
         }
         // Only a head start for the fsync: where it is not supported, fsync does it all.
-        if (m_ok && m_written > start) ::sync_file_range(m_fd, start, m_written - start, SYNC_FILE_RANGE_WRITE);
+        if (m_ok && m_written > start)
+            ::sync_file_range(m_fd, start, m_written - start, SYNC_FILE_RANGE_WRITE);
     }
 
     int m_fd;
@@ -205,8 +206,8 @@ struct ZebXMLDocument::Impl {
     }
     bool Parse(const char* text, size_t size, std::wstring& error) {
         holder = pugi::xml_node();
-        pugi::xml_parse_result result = doc.load_buffer(text, size, pugi::parse_default | pugi::parse_comments,
-                                                          pugi::encoding_utf8);
+        pugi::xml_parse_result result = doc.load_buffer(
+            text, size, pugi::parse_default | pugi::parse_comments, pugi::encoding_utf8);
         if (result) {
             if (!DocumentElement()) {
                 doc.reset();
@@ -566,7 +567,8 @@ bool ZebXMLDocument::LoadFile(const std::wstring& path, std::wstring& error) {
     }
     m_impl->holder = pugi::xml_node();
     const pugi::xml_parse_result result = m_impl->doc.load_buffer_inplace_own(
-        buffer, static_cast<size_t>(size), pugi::parse_default | pugi::parse_comments, pugi::encoding_utf8);
+        buffer, static_cast<size_t>(size), pugi::parse_default | pugi::parse_comments,
+        pugi::encoding_utf8);
     if (result && m_impl->DocumentElement()) return true;
     // Parsing in place changed the text; the error's line and column come from the file as it is.
     std::ifstream again(ToUtf8(path), std::ios::binary);
@@ -604,7 +606,7 @@ bool ZebXMLDocument::SaveFile(const std::wstring& path, std::wstring& error) con
     // A link to an existing file is written through: the file it names is replaced in its own
     // folder and the link stays, as an editor would keep it.
     std::string target = ToUtf8(path);
-    struct stat link{};
+    struct stat link {};
     if (::lstat(target.c_str(), &link) == 0 && S_ISLNK(link.st_mode)) {
         if (char* resolved = ::realpath(target.c_str(), nullptr)) {
             target = resolved;
@@ -613,7 +615,7 @@ bool ZebXMLDocument::SaveFile(const std::wstring& path, std::wstring& error) con
     }
     // A replaced file keeps its mode and, where allowed, its owner; a new one gets the mode the
     // umask leaves of 0666, as any other new file would.
-    struct stat old{};
+    struct stat old {};
     const bool replacing = ::stat(target.c_str(), &old) == 0 && S_ISREG(old.st_mode);
     std::string temp;
     // Until its mode is set, a replacing file is readable by its owner only.
@@ -657,8 +659,9 @@ ZebXMLNode* ZebXMLDocument::GetDocumentElement() {
 
 ZebXMLNode* ZebXMLDocument::CreateDocumentElement(const std::wstring& name) {
     if (pugi::xml_node old = m_impl->DocumentElement()) m_impl->doc.remove_child(old);
-    pugi::xml_node n = m_impl->holder ? m_impl->doc.insert_child_before(ToUtf8(name).c_str(), m_impl->holder)
-                                      : m_impl->doc.append_child(ToUtf8(name).c_str());
+    pugi::xml_node n = m_impl->holder
+                           ? m_impl->doc.insert_child_before(ToUtf8(name).c_str(), m_impl->holder)
+                           : m_impl->doc.append_child(ToUtf8(name).c_str());
     return n ? new ZebXMLNode(this, n.internal_object()) : nullptr;
 }
 
@@ -670,7 +673,8 @@ ZebXMLNodeList* ZebXMLDocument::GetElementsByTagName(const std::wstring& name) {
         const std::string* name;
         std::vector<pugi::xml_node_struct*>* out;
         bool for_each(pugi::xml_node& n) override {
-            if (n.type() == pugi::node_element && *name == n.name()) out->push_back(n.internal_object());
+            if (n.type() == pugi::node_element && *name == n.name())
+                out->push_back(n.internal_object());
             return true;
         }
     } walker;

@@ -119,7 +119,9 @@ public:
     // A new handle the caller deletes; null outside the list.
     ZebXMLNode* operator[](long index) const;
     // A handle by value, for loops over long lists; `index` must be in the list.
-    ZebXMLNode At(long index) const { return ZebXMLNode(m_doc, m_nodes[static_cast<size_t>(index)]); }
+    ZebXMLNode At(long index) const {
+        return ZebXMLNode(m_doc, m_nodes[static_cast<size_t>(index)]);
+    }
 
 private:
     ZebXMLDocument* m_doc;

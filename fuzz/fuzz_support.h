@@ -11,12 +11,12 @@
 
 // Stops the run with a report when a property of the code under test does not hold; libFuzzer
 // keeps the input that did it.
-#define FUZZ_CHECK(condition)                                                              \
-    do {                                                                                   \
-        if (!(condition)) {                                                                \
+#define FUZZ_CHECK(condition)                                                                  \
+    do {                                                                                       \
+        if (!(condition)) {                                                                    \
             std::fprintf(stderr, "%s:%d: check failed: %s\n", __FILE__, __LINE__, #condition); \
-            std::abort();                                                                  \
-        }                                                                                  \
+            std::abort();                                                                      \
+        }                                                                                      \
     } while (0)
 
 // The readers take paths, so each input is written to a file in a folder of this process's own,
@@ -24,7 +24,8 @@
 class ScratchFile {
 public:
     explicit ScratchFile(const std::string& name) {
-        std::string folder = (std::filesystem::temp_directory_path() / "vantor-fuzz-XXXXXX").string();
+        std::string folder =
+            (std::filesystem::temp_directory_path() / "vantor-fuzz-XXXXXX").string();
         if (!mkdtemp(folder.data())) std::abort();
         m_folder = folder;
         m_path = (m_folder / name).string();

@@ -57,7 +57,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // of the input picks the unit so that each gets its turn.
     int units = 0;
     while (CZEBUnitConvertor::UnitAt(units)) ++units;
-    const int unit = static_cast<int>(CZEBUnitConvertor::UnitAt(static_cast<int>(size % units))->code);
+    const int unit =
+        static_cast<int>(CZEBUnitConvertor::UnitAt(static_cast<int>(size % units))->code);
     ZebXMLDocument converted;
     FUZZ_CHECK(converted.LoadXML(*saved, error));
     if (const std::optional<std::string> convertedText = Rewrite(converted, unit)) {

@@ -22,8 +22,9 @@ bool EngineLoader::Load(const std::string& folder, std::string& error) {
     return Check != nullptr;
 }
 
-int RunAssemblyCheck(const EngineLoader& engine, const ModuleLoader& module, ZebXMLDocument& settings,
-                     ZebCheckRequest& request, ZebCheckReport& report, std::string& error) {
+int RunAssemblyCheck(const EngineLoader& engine, const ModuleLoader& module,
+                     ZebXMLDocument& settings, ZebCheckRequest& request, ZebCheckReport& report,
+                     std::string& error) {
     request.settings = &settings;
     request.setXMLDoc = module.SetXMLDoc;
     request.getRule = module.GetRule;
@@ -53,11 +54,21 @@ std::string JsonText(const std::wstring& wide) {
     std::string out = "\"";
     for (const char c : ToUtf8(wide)) {
         switch (c) {
-            case '"': out += "\\\""; break;
-            case '\\': out += "\\\\"; break;
-            case '\n': out += "\\n"; break;
-            case '\r': out += "\\r"; break;
-            case '\t': out += "\\t"; break;
+            case '"':
+                out += "\\\"";
+                break;
+            case '\\':
+                out += "\\\\";
+                break;
+            case '\n':
+                out += "\\n";
+                break;
+            case '\r':
+                out += "\\r";
+                break;
+            case '\t':
+                out += "\\t";
+                break;
             default:
                 if (static_cast<unsigned char>(c) < 0x20) {
                     char escape[8];
@@ -75,11 +86,20 @@ std::string Html(const std::wstring& wide) {
     std::string out;
     for (const char c : ToUtf8(wide)) {
         switch (c) {
-            case '<': out += "&lt;"; break;
-            case '>': out += "&gt;"; break;
-            case '&': out += "&amp;"; break;
-            case '"': out += "&quot;"; break;
-            default: out += c;
+            case '<':
+                out += "&lt;";
+                break;
+            case '>':
+                out += "&gt;";
+                break;
+            case '&':
+                out += "&amp;";
+                break;
+            case '"':
+                out += "&quot;";
+                break;
+            default:
+                out += c;
         }
     }
     return out;
@@ -87,7 +107,8 @@ std::string Html(const std::wstring& wide) {
 
 std::string JoinedParts(const ZebFinding& finding, const char* separator) {
     std::string text;
-    for (const std::wstring& part : finding.parts) text += (text.empty() ? "" : separator) + ToUtf8(part);
+    for (const std::wstring& part : finding.parts)
+        text += (text.empty() ? "" : separator) + ToUtf8(part);
     return text;
 }
 }  // namespace
@@ -95,20 +116,24 @@ std::string JoinedParts(const ZebFinding& finding, const char* separator) {
 std::string ReportText(const ZebCheckReport& report) {
     std::string text;
     for (const ZebFinding& finding : report.findings)
-        text += ToUtf8(finding.rule) + "\t" + SeverityName(finding.severity) + "\t" + JoinedParts(finding, " | ") + "\t" +
-                Number(finding.value) + "\t" + Number(finding.limit) + "\t" + ToUtf8(finding.message) + "\n";
+        text += ToUtf8(finding.rule) + "\t" + SeverityName(finding.severity) + "\t" +
+                JoinedParts(finding, " | ") + "\t" + Number(finding.value) + "\t" +
+                Number(finding.limit) + "\t" + ToUtf8(finding.message) + "\n";
     return text;
 }
 
 std::string ReportJson(const ZebCheckReport& report) {
-    std::string json = "{\"assembly\": " + JsonText(report.assembly) + ", \"unit\": " + JsonText(FromUtf8(UnitName(report.unit))) +
+    std::string json = "{\"assembly\": " + JsonText(report.assembly) +
+                       ", \"unit\": " + JsonText(FromUtf8(UnitName(report.unit))) +
                        ", \"parts\": " + std::to_string(report.parts.size()) + ", \"findings\": [";
     for (size_t i = 0; i < report.findings.size(); ++i) {
         const ZebFinding& finding = report.findings[i];
         json += i ? ",\n  " : "\n  ";
-        json += "{\"rule\": " + JsonText(finding.rule) + ", \"severity\": " +
-                JsonText(FromUtf8(SeverityName(finding.severity))) + ", \"parts\": [";
-        for (size_t k = 0; k < finding.parts.size(); ++k) json += (k ? ", " : "") + JsonText(finding.parts[k]);
+        json += "{\"rule\": " + JsonText(finding.rule) +
+                ", \"severity\": " + JsonText(FromUtf8(SeverityName(finding.severity))) +
+                ", \"parts\": [";
+        for (size_t k = 0; k < finding.parts.size(); ++k)
+            json += (k ? ", " : "") + JsonText(finding.parts[k]);
         json += "], \"value\": " + Number(finding.value) + ", \"limit\": " + Number(finding.limit) +
                 ", \"message\": " + JsonText(finding.message) + "}";
     }
@@ -124,23 +149,32 @@ std::string ReportHtml(const ZebCheckReport& report) {
         groups[{rule, finding.severity}].push_back(&finding);
     }
     std::string html =
-        "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>Assembly check: " + Html(report.assembly) +
-        "</title>\n<style>body{font-family:sans-serif;margin:2em}table{border-collapse:collapse;width:100%}"
-        "th,td{border:1px solid #bbb;padding:4px 8px;text-align:left;vertical-align:top}th{background:#eee}"
+        "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>Assembly check: " +
+        Html(report.assembly) +
+        "</"
+        "title>\n<style>body{font-family:sans-serif;margin:2em}table{border-collapse:collapse;"
+        "width:100%}"
+        "th,td{border:1px solid #bbb;padding:4px "
+        "8px;text-align:left;vertical-align:top}th{background:#eee}"
         "td.n{text-align:right;white-space:nowrap}h2{margin-top:1.5em}</style></head><body>\n"
-        "<h1>Assembly check</h1>\n<p>Assembly: " + Html(report.assembly) + "<br>Parts: " + std::to_string(report.parts.size()) +
-        "<br>Unit: " + UnitName(report.unit) + "<br>Findings: " + std::to_string(report.findings.size()) + "</p>\n";
+        "<h1>Assembly check</h1>\n<p>Assembly: " +
+        Html(report.assembly) + "<br>Parts: " + std::to_string(report.parts.size()) +
+        "<br>Unit: " + UnitName(report.unit) +
+        "<br>Findings: " + std::to_string(report.findings.size()) + "</p>\n";
     if (report.findings.empty()) html += "<p>No findings.</p>\n";
     for (const auto& [key, findings] : groups) {
-        html += "<h2>" + Html(findings.front()->rule) + " &mdash; " + SeverityName(key.second) + " (" +
-                std::to_string(findings.size()) + ")</h2>\n<table><tr><th>Parts</th><th>Value</th><th>Limit</th><th>Message</th></tr>\n";
-        for (const ZebFinding* finding : findings)
-        {
+        html +=
+            "<h2>" + Html(findings.front()->rule) + " &mdash; " + SeverityName(key.second) + " (" +
+            std::to_string(findings.size()) +
+            ")</h2>\n<table><tr><th>Parts</th><th>Value</th><th>Limit</th><th>Message</th></tr>\n";
+        for (const ZebFinding* finding : findings) {
             std::string parts;
-            for (const std::wstring& part : finding->parts) parts += (parts.empty() ? "" : "<br>") + Html(part);
+            for (const std::wstring& part : finding->parts)
+                parts += (parts.empty() ? "" : "<br>") + Html(part);
             html += "<tr><td>" + parts + "</td><td class=\"n\">" +
                     (finding->value ? Number(finding->value) : "") + "</td><td class=\"n\">" +
-                    (finding->limit ? Number(finding->limit) : "") + "</td><td>" + Html(finding->message) + "</td></tr>\n";
+                    (finding->limit ? Number(finding->limit) : "") + "</td><td>" +
+                    Html(finding->message) + "</td></tr>\n";
         }
         html += "</table>\n";
     }

@@ -15,8 +15,9 @@ public:
 };
 
 // Fills the module's entry points into `request` and runs the engine; returns a ZebCheckStatus.
-int RunAssemblyCheck(const EngineLoader& engine, const ModuleLoader& module, ZebXMLDocument& settings,
-                     ZebCheckRequest& request, ZebCheckReport& report, std::string& error);
+int RunAssemblyCheck(const EngineLoader& engine, const ModuleLoader& module,
+                     ZebXMLDocument& settings, ZebCheckRequest& request, ZebCheckReport& report,
+                     std::string& error);
 
 // The report as text (one finding per line), JSON, or one self-contained HTML page.
 std::string ReportText(const ZebCheckReport& report);

@@ -16,7 +16,8 @@ std::atomic<bool> g_interrupted{false};
 void OnInterrupt(int) { g_interrupted = true; }
 
 // Takes --rule and --format out of `words`; false, after the message, for a bad value.
-bool TakeCheckOptions(std::vector<std::string>& words, std::vector<std::wstring>& rules, std::string& format) {
+bool TakeCheckOptions(std::vector<std::string>& words, std::vector<std::wstring>& rules,
+                      std::string& format) {
     std::vector<std::string> rest;
     for (size_t i = 0; i < words.size(); ++i) {
         if (words[i] != "--rule" && words[i] != "--format") {
@@ -27,11 +28,14 @@ bool TakeCheckOptions(std::vector<std::string>& words, std::vector<std::wstring>
             std::fprintf(stderr, "vantor-rules: option %s needs a value\n", words[i].c_str());
             return false;
         }
-        if (words[i] == "--rule") rules.push_back(FromUtf8(words[++i]));
-        else format = words[++i];
+        if (words[i] == "--rule")
+            rules.push_back(FromUtf8(words[++i]));
+        else
+            format = words[++i];
     }
     if (format != "text" && format != "json" && format != "html") {
-        std::fprintf(stderr, "vantor-rules: --format takes text, json or html, not '%s'\n", format.c_str());
+        std::fprintf(stderr, "vantor-rules: --format takes text, json or html, not '%s'\n",
+                     format.c_str());
         return false;
     }
     words = std::move(rest);
@@ -46,7 +50,8 @@ void ShowProgress(double done, const std::wstring& stage) {
     if (stage == lastStage && tenth == lastTenth) return;
     lastStage = stage;
     lastTenth = tenth;
-    std::fprintf(stderr, "vantor-rules: %3d%% %s\n", static_cast<int>(done * 100), ToUtf8(stage).c_str());
+    std::fprintf(stderr, "vantor-rules: %3d%% %s\n", static_cast<int>(done * 100),
+                 ToUtf8(stage).c_str());
 }
 
 int RunCheck(const std::vector<std::string>& given) {
@@ -56,7 +61,9 @@ int RunCheck(const std::vector<std::string>& given) {
     CommandArgs args;
     if (!TakeCheckOptions(words, rules, format) || !ParseCommandArgs(words, args)) return 2;
     if (args.positional.size() != 2 || args.unit) {
-        std::fprintf(stderr, "vantor-rules: check needs a settings file and an assembly, and no --unit (see vantor-rules --help)\n");
+        std::fprintf(stderr,
+                     "vantor-rules: check needs a settings file and an assembly, and no --unit "
+                     "(see vantor-rules --help)\n");
         return 2;
     }
     ZebXMLDocument settings;
@@ -86,7 +93,9 @@ int RunCheck(const std::vector<std::string>& given) {
         std::fprintf(stderr, "vantor-rules: %s\n", error.c_str());
         return 2;
     }
-    const std::string text = format == "json" ? ReportJson(report) : format == "html" ? ReportHtml(report) : ReportText(report);
+    const std::string text = format == "json"   ? ReportJson(report)
+                             : format == "html" ? ReportHtml(report)
+                                                : ReportText(report);
     if (args.output.empty()) {
         std::fwrite(text.data(), 1, text.size(), stdout);
     } else {
@@ -96,16 +105,19 @@ int RunCheck(const std::vector<std::string>& given) {
             return 2;
         }
     }
-    std::fprintf(stderr, "vantor-rules: %zu parts, %zu findings\n", report.parts.size(), report.findings.size());
+    std::fprintf(stderr, "vantor-rules: %zu parts, %zu findings\n", report.parts.size(),
+                 report.findings.size());
     return report.findings.empty() ? 0 : 1;
 }
 }  // namespace
 
-VANTOR_HOST_COMMAND(check, "check", "SETTINGS ASSEMBLY [--rule NAME]... [--format text|json|html] [-o REPORT] [--module-dir DIR]",
-                    "Checks the STEP assembly ASSEMBLY against the interference, minimum clearance, contact\n"
-                    "material and preferred components rules of SETTINGS (only the rules named by --rule,\n"
-                    "identity or display name, when given), in the settings' length unit. Writes one finding\n"
-                    "per line (text), a JSON document or one HTML page to REPORT or standard output; progress\n"
-                    "goes to standard error. Exit status 0 without findings, 1 with findings, 2 when an input\n"
-                    "cannot be read or the check was interrupted.",
-                    &RunCheck);
+VANTOR_HOST_COMMAND(
+    check, "check",
+    "SETTINGS ASSEMBLY [--rule NAME]... [--format text|json|html] [-o REPORT] [--module-dir DIR]",
+    "Checks the STEP assembly ASSEMBLY against the interference, minimum clearance, contact\n"
+    "material and preferred components rules of SETTINGS (only the rules named by --rule,\n"
+    "identity or display name, when given), in the settings' length unit. Writes one finding\n"
+    "per line (text), a JSON document or one HTML page to REPORT or standard output; progress\n"
+    "goes to standard error. Exit status 0 without findings, 1 with findings, 2 when an input\n"
+    "cannot be read or the check was interrupted.",
+    &RunCheck);

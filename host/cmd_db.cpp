@@ -23,15 +23,15 @@ int Usage(const char* message) {
 // Reports the service's answer to a change and turns it into the exit status.
 int Outcome(int32_t result, const std::string& what) {
     switch (result) {
-    case ZebDbOk:
-        std::printf("%s: done\n", what.c_str());
-        return 0;
-    case ZebDbExists:
-        std::printf("%s: already exists\n", what.c_str());
-        return 1;
-    default:
-        std::printf("%s: refused by the database\n", what.c_str());
-        return 1;
+        case ZebDbOk:
+            std::printf("%s: done\n", what.c_str());
+            return 0;
+        case ZebDbExists:
+            std::printf("%s: already exists\n", what.c_str());
+            return 1;
+        default:
+            std::printf("%s: refused by the database\n", what.c_str());
+            return 1;
     }
 }
 
@@ -102,8 +102,8 @@ int Copy(const Args& args) {
     std::string message;
     const int status = args[1] == "--to" ? zeb_db::CopyFileToServer(file, args[2], message)
                                          : zeb_db::CopyServerToFile(args[2], file, message);
-    std::fprintf(status == 0 ? stdout : stderr, "%s%s\n", status == 0 ? "" : "vantor-rules db: ",
-                 message.c_str());
+    std::fprintf(status == 0 ? stdout : stderr, "%s%s\n",
+                 status == 0 ? "" : "vantor-rules db: ", message.c_str());
     return status;
 }
 
@@ -131,14 +131,16 @@ int RunDb(const Args& args) {
 
 }  // namespace
 
-VANTOR_HOST_COMMAND(db, "db", "path | fasteners ... | materials ... | ignore ... | copy ...",
+VANTOR_HOST_COMMAND(
+    db, "db", "path | fasteners ... | materials ... | ignore ... | copy ...",
     "The shared database: the PostgreSQL database VANTOR_DATABASE_URL names (a libpq URI or\n"
     "key=value string), else vantor.sqlite in VANTOR_DATABASE_DIR, else $XDG_DATA_HOME/vantor:\n"
     "  db path                                   the database in use (a URL without its password)\n"
     "  db fasteners list|add NAME|rename OLD NEW|delete NAME\n"
     "  db materials list|add GROUP MATERIAL|delete GROUP MATERIAL   (list: group TAB material)\n"
     "  db ignore list|set NAME...                the interference ignore list, in order\n"
-    "  db copy --to URL | --from URL             the SQLite file into an empty PostgreSQL database,\n"
+    "  db copy --to URL | --from URL             the SQLite file into an empty PostgreSQL "
+    "database,\n"
     "                                            or back into a new file; the copy replaces the\n"
     "                                            starter catalogue and is all or nothing\n"
     "Exit 0 done, 1 already exists or refused, 2 bad arguments or no usable database.",

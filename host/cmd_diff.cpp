@@ -10,7 +10,9 @@ int RunDiff(const std::vector<std::string>& words) {
     CommandArgs args;
     if (!ParseCommandArgs(words, args)) return 2;
     if (args.positional.size() != 2 || !args.output.empty() || args.unit) {
-        std::fprintf(stderr, "vantor-rules: diff needs two settings files and no -o or --unit (see vantor-rules --help)\n");
+        std::fprintf(stderr,
+                     "vantor-rules: diff needs two settings files and no -o or --unit (see "
+                     "vantor-rules --help)\n");
         return 2;
     }
     ModuleLoader loader;
@@ -26,11 +28,12 @@ int RunDiff(const std::vector<std::string>& words) {
 }
 }  // namespace
 
-VANTOR_HOST_COMMAND(diff, "diff", "OLD NEW [--module-dir DIR]",
-                    "Compares two settings documents as the module reads them, after bringing NEW\n"
-                    "into OLD's unit as convert does, and prints one line per difference: the unit,\n"
-                    "rules added (+) or removed (-), a rule's severity or status, a parameter's\n"
-                    "operator, status, result criteria or values, and table rows added, removed or\n"
-                    "changed (rows are matched by their first cell). Values are shown in OLD's unit.\n"
-                    "Exit status 0 when equal, 1 when different, 2 when a file cannot be read.",
-                    &RunDiff);
+VANTOR_HOST_COMMAND(
+    diff, "diff", "OLD NEW [--module-dir DIR]",
+    "Compares two settings documents as the module reads them, after bringing NEW\n"
+    "into OLD's unit as convert does, and prints one line per difference: the unit,\n"
+    "rules added (+) or removed (-), a rule's severity or status, a parameter's\n"
+    "operator, status, result criteria or values, and table rows added, removed or\n"
+    "changed (rows are matched by their first cell). Values are shown in OLD's unit.\n"
+    "Exit status 0 when equal, 1 when different, 2 when a file cannot be read.",
+    &RunDiff);

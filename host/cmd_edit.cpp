@@ -12,7 +12,9 @@ int RunEdit(const std::vector<std::string>& words) {
     CommandArgs args;
     if (!ParseCommandArgs(words, args)) return 2;
     if (args.positional.size() > 1 || !args.output.empty() || args.unit) {
-        std::fprintf(stderr, "vantor-rules: edit takes at most one settings file (see vantor-rules --help)\n");
+        std::fprintf(
+            stderr,
+            "vantor-rules: edit takes at most one settings file (see vantor-rules --help)\n");
         return 2;
     }
     if (!HasDisplay()) {

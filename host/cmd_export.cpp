@@ -18,7 +18,9 @@ int RunExport(const std::vector<std::string>& words) {
     CommandArgs args;
     if (!ParseCommandArgs(words, args)) return 2;
     if (args.positional.size() != 2 || args.output.empty() || args.unit || !args.screenshot.empty())
-        return Refuse("export needs a settings file, a rule name and -o TABLE.xlsx (see vantor-rules --help)");
+        return Refuse(
+            "export needs a settings file, a rule name and -o TABLE.xlsx (see vantor-rules "
+            "--help)");
     const std::string& file = args.positional[0];
     const std::string& ruleName = args.positional[1];
     ZebXMLDocument doc;
@@ -48,19 +50,21 @@ int RunExport(const std::vector<std::string>& words) {
     std::wstring error;
     if (!WriteSheetFile(FromUtf8(args.output), sheet, error)) return Refuse(ToUtf8(error));
     if (sheet.leftOut > 0)
-        std::fprintf(stderr,
-                     "vantor-rules: warning: %zu rows of '%s' were left out: the import could not read "
-                     "them back (an empty first column, or a fastener without the values it needs)\n",
-                     sheet.leftOut, ruleName.c_str());
+        std::fprintf(
+            stderr,
+            "vantor-rules: warning: %zu rows of '%s' were left out: the import could not read "
+            "them back (an empty first column, or a fastener without the values it needs)\n",
+            sheet.leftOut, ruleName.c_str());
     return 0;
 }
 }  // namespace
 
-VANTOR_HOST_COMMAND(export, "export", "FILE RULE -o TABLE.xlsx [--module-dir DIR]",
-                    "Writes the table of the rule named RULE (its English name, letter case aside)\n"
-                    "in the settings document FILE to the workbook TABLE.xlsx, in the layout its\n"
-                    "dialog's spreadsheet import (Ctrl+I) reads, so that the workbook imports again\n"
-                    "into the same table. Rows that import could not read back are left out with a\n"
-                    "warning. Exit 0 once written, 1 for a rule without such a table, 2 for a file\n"
-                    "that cannot be read or written or a rule the file or the module does not have.",
-                    &RunExport);
+VANTOR_HOST_COMMAND(
+    export, "export", "FILE RULE -o TABLE.xlsx [--module-dir DIR]",
+    "Writes the table of the rule named RULE (its English name, letter case aside)\n"
+    "in the settings document FILE to the workbook TABLE.xlsx, in the layout its\n"
+    "dialog's spreadsheet import (Ctrl+I) reads, so that the workbook imports again\n"
+    "into the same table. Rows that import could not read back are left out with a\n"
+    "warning. Exit 0 once written, 1 for a rule without such a table, 2 for a file\n"
+    "that cannot be read or written or a rule the file or the module does not have.",
+    &RunExport);

@@ -23,7 +23,9 @@ int RunLint(const std::vector<std::string>& words) {
     CommandArgs args;
     if (!ParseCommandArgs(rest, args)) return 2;
     if (args.positional.size() != 1 || !args.output.empty() || args.unit) {
-        std::fprintf(stderr, "vantor-rules: lint needs one settings file and no -o or --unit (see vantor-rules --help)\n");
+        std::fprintf(stderr,
+                     "vantor-rules: lint needs one settings file and no -o or --unit (see "
+                     "vantor-rules --help)\n");
         return 2;
     }
     ModuleLoader loader;
@@ -41,13 +43,14 @@ int RunLint(const std::vector<std::string>& words) {
 }
 }  // namespace
 
-VANTOR_HOST_COMMAND(lint, "lint", "FILE [--format text|json] [--module-dir DIR]",
-                    "Reads FILE as the module does and prints one line per thing the module would\n"
-                    "change, default or drop on reading it or on its next save: unknown or repeated\n"
-                    "rules and parameters, values that are not of their parameter's type, table rows\n"
-                    "of more than five cells, RANGE value counts that are dropped, old settings that\n"
-                    "are upgraded, unknown units and operators, parameters without an operator.\n"
-                    "Each line names the file, the line, the rule and the parameter. --format json\n"
-                    "prints an array of {rule, parameter, line, message}. Exit status 0 when there is\n"
-                    "nothing to report, 1 with findings, 2 when FILE cannot be read.",
-                    &RunLint);
+VANTOR_HOST_COMMAND(
+    lint, "lint", "FILE [--format text|json] [--module-dir DIR]",
+    "Reads FILE as the module does and prints one line per thing the module would\n"
+    "change, default or drop on reading it or on its next save: unknown or repeated\n"
+    "rules and parameters, values that are not of their parameter's type, table rows\n"
+    "of more than five cells, RANGE value counts that are dropped, old settings that\n"
+    "are upgraded, unknown units and operators, parameters without an operator.\n"
+    "Each line names the file, the line, the rule and the parameter. --format json\n"
+    "prints an array of {rule, parameter, line, message}. Exit status 0 when there is\n"
+    "nothing to report, 1 with findings, 2 when FILE cannot be read.",
+    &RunLint);

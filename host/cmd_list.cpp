@@ -10,7 +10,8 @@ int RunList(const std::vector<std::string>& words) {
     CommandArgs args;
     if (!ParseCommandArgs(words, args)) return 2;
     if (!args.positional.empty() || !args.output.empty() || args.unit) {
-        std::fprintf(stderr, "vantor-rules: list takes only --module-dir (see vantor-rules --help)\n");
+        std::fprintf(stderr,
+                     "vantor-rules: list takes only --module-dir (see vantor-rules --help)\n");
         return 2;
     }
     ModuleLoader loader;

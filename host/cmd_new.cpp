@@ -10,7 +10,8 @@ int RunNew(const std::vector<std::string>& words) {
     CommandArgs args;
     if (!ParseCommandArgs(words, args)) return 2;
     if (!args.positional.empty() || args.output.empty()) {
-        std::fprintf(stderr, "vantor-rules: new needs -o FILE and nothing else (see vantor-rules --help)\n");
+        std::fprintf(
+            stderr, "vantor-rules: new needs -o FILE and nothing else (see vantor-rules --help)\n");
         return 2;
     }
     ModuleLoader loader;

@@ -12,9 +12,10 @@ void PrintRule(CZebRule& rule) {
     std::printf("%s\n", RuleLine(rule).c_str());
     for (CZebParamStorage* p : rule.ParamArray) {
         const ZebTypedParamBase* base = p->GetParam();
-        std::printf("  %d\t%s\top %s\tkind %d\tstatus %d\tcriteria %d type %d\tvalues %s\n", base->id,
-                    ParamTypeName(p->GetType()), ParamOperatorText(*p).c_str(), base->kind, base->status ? 1 : 0,
-                    base->criteriaStatus ? 1 : 0, base->criteriaType, ParamValuesText(*p).c_str());
+        std::printf("  %d\t%s\top %s\tkind %d\tstatus %d\tcriteria %d type %d\tvalues %s\n",
+                    base->id, ParamTypeName(p->GetType()), ParamOperatorText(*p).c_str(),
+                    base->kind, base->status ? 1 : 0, base->criteriaStatus ? 1 : 0,
+                    base->criteriaType, ParamValuesText(*p).c_str());
     }
 }
 
@@ -22,7 +23,9 @@ int RunShow(const std::vector<std::string>& words) {
     CommandArgs args;
     if (!ParseCommandArgs(words, args)) return 2;
     if (args.positional.size() != 1 || !args.output.empty() || args.unit) {
-        std::fprintf(stderr, "vantor-rules: show needs one settings file and no -o or --unit (see vantor-rules --help)\n");
+        std::fprintf(stderr,
+                     "vantor-rules: show needs one settings file and no -o or --unit (see "
+                     "vantor-rules --help)\n");
         return 2;
     }
     ZebXMLDocument doc;
@@ -48,8 +51,9 @@ int RunShow(const std::vector<std::string>& words) {
 }
 }  // namespace
 
-VANTOR_HOST_COMMAND(show, "show", "FILE [--module-dir DIR]",
-                    "Reads every \"Rule\" element of FILE (at any depth) through the module and prints\n"
-                    "the rule line as in list, then one line per parameter: id, value type, operator,\n"
-                    "kind, status, criteria status and type, and its values or rows.",
-                    &RunShow);
+VANTOR_HOST_COMMAND(
+    show, "show", "FILE [--module-dir DIR]",
+    "Reads every \"Rule\" element of FILE (at any depth) through the module and prints\n"
+    "the rule line as in list, then one line per parameter: id, value type, operator,\n"
+    "kind, status, criteria status and type, and its values or rows.",
+    &RunShow);

@@ -35,9 +35,12 @@ ConfigureResult ConfigureRule(CZebRule& rule) {
     CZEBRuleDlgBase::TakeLastModalResult();
     rule.Configure();
     switch (CZEBRuleDlgBase::TakeLastModalResult()) {
-    case CZEBRuleDlgBase::kIdOk: return ConfigureResult::Ok;
-    case CZEBRuleDlgBase::kIdCancel: return ConfigureResult::Cancel;
-    default: return ConfigureResult::NoDialog;
+        case CZEBRuleDlgBase::kIdOk:
+            return ConfigureResult::Ok;
+        case CZEBRuleDlgBase::kIdCancel:
+            return ConfigureResult::Cancel;
+        default:
+            return ConfigureResult::NoDialog;
     }
 }
 
@@ -50,7 +53,8 @@ ConfigureResult ConfigureRuleElement(const ModuleLoader& loader, ZebXMLNode* ele
     if (const ConfigureResult result = ConfigureRule(*rule.get()); result != ConfigureResult::Ok)
         return result;
     std::unique_ptr<ZebXMLNode> exported(rule->ExportToXML());
-    if (!exported || !parent->ReplaceChild(exported.get(), element)) return ConfigureResult::NotWritten;
+    if (!exported || !parent->ReplaceChild(exported.get(), element))
+        return ConfigureResult::NotWritten;
     return ConfigureResult::Ok;
 }
 
@@ -83,11 +87,16 @@ int ConfigureSettings(const CommandArgs& args) {
         return Refuse("the picture of the dialog could not be written to " + args.screenshot);
     }
     switch (result) {
-    case ConfigureResult::Ok: break;
-    case ConfigureResult::Cancel: return 1;
-    case ConfigureResult::NoDialog: return Refuse("the rule '" + ruleName + "' has no dialog to configure it");
-    case ConfigureResult::NotRead: return Refuse("no rule of the module reads the rule '" + ruleName + "'");
-    case ConfigureResult::NotWritten: return Refuse("the rule '" + ruleName + "' could not be written back");
+        case ConfigureResult::Ok:
+            break;
+        case ConfigureResult::Cancel:
+            return 1;
+        case ConfigureResult::NoDialog:
+            return Refuse("the rule '" + ruleName + "' has no dialog to configure it");
+        case ConfigureResult::NotRead:
+            return Refuse("no rule of the module reads the rule '" + ruleName + "'");
+        case ConfigureResult::NotWritten:
+            return Refuse("the rule '" + ruleName + "' could not be written back");
     }
     return WriteSettingsFile(doc, args.output.empty() ? file : args.output) ? 0 : 2;
 }

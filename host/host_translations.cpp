@@ -16,7 +16,8 @@ void InstallEditorTranslations(QCoreApplication& application) {
     if (language == "en" || application.findChild<QTranslator*>(kInstalledName)) return;
     auto* own = new QTranslator(&application);
     own->setObjectName(kInstalledName);
-    if (own->load("vantor_editor_" + language, QString::fromStdWString(CLocationHelper::GetLocalizedResPath())))
+    if (own->load("vantor_editor_" + language,
+                  QString::fromStdWString(CLocationHelper::GetLocalizedResPath())))
         application.installTranslator(own);
     auto* qt = new QTranslator(&application);
     if (qt->load("qtbase_" + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))

@@ -43,7 +43,8 @@ void PrintHelp(std::FILE* out) {
     std::fprintf(out, "usage: vantor-rules COMMAND [ARGS...]\n\ncommands:\n");
     PrintHostCommands(out);
     if (out == stdout) {
-        std::fprintf(out, "\ncommands run by vantor-tools, which uses the module's internals directly:\n");
+        std::fprintf(
+            out, "\ncommands run by vantor-tools, which uses the module's internals directly:\n");
         std::fflush(out);
         RunTools({"--list-commands"});
     }

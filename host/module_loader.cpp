@@ -52,8 +52,10 @@ bool ModuleLoader::Load(const std::string& folder, std::string& error) {
         error = "cannot load " + path + ": " + (reason ? reason : "unknown reason");
         return false;
     }
-    if (!Resolve(m_module, "SetXMLDoc", SetXMLDoc, error) || !Resolve(m_module, "GetAllRules", GetAllRules, error) ||
-        !Resolve(m_module, "GetRule", GetRule, error) || !Resolve(m_module, "DeleteRule", DeleteRule, error) ||
+    if (!Resolve(m_module, "SetXMLDoc", SetXMLDoc, error) ||
+        !Resolve(m_module, "GetAllRules", GetAllRules, error) ||
+        !Resolve(m_module, "GetRule", GetRule, error) ||
+        !Resolve(m_module, "DeleteRule", DeleteRule, error) ||
         !Resolve(m_module, "GetModuleName", GetModuleName, error) ||
         !Resolve(m_module, "GetModuleSummary", GetModuleSummary, error) ||
         !Resolve(m_module, "SetDBModuleList", SetDBModuleList, error))
@@ -74,7 +76,8 @@ bool ModuleLoader::Load(const std::string& folder, std::string& error) {
             databases.push_back(FromUtf8(databasePath));
         } else {
             const char* reason = dlerror();
-            m_databaseError = "cannot load " + databasePath + ": " + (reason ? reason : "unknown reason");
+            m_databaseError =
+                "cannot load " + databasePath + ": " + (reason ? reason : "unknown reason");
         }
     }
     SetDBModuleList(databases);

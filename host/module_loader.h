@@ -57,11 +57,14 @@ void NameDefaultDatabaseFolder();
 // Owns a rule made by the module and gives it back through DeleteRule.
 class RuleHandle {
 public:
-    RuleHandle(const ModuleLoader& loader, CZebRule* rule) : m_delete(loader.DeleteRule), m_rule(rule) {}
+    RuleHandle(const ModuleLoader& loader, CZebRule* rule)
+        : m_delete(loader.DeleteRule), m_rule(rule) {}
     ~RuleHandle() { m_delete(&m_rule); }
     RuleHandle(const RuleHandle&) = delete;
     RuleHandle& operator=(const RuleHandle&) = delete;
-    RuleHandle(RuleHandle&& other) noexcept : m_delete(other.m_delete), m_rule(other.m_rule) { other.m_rule = nullptr; }
+    RuleHandle(RuleHandle&& other) noexcept : m_delete(other.m_delete), m_rule(other.m_rule) {
+        other.m_rule = nullptr;
+    }
 
     CZebRule* get() const { return m_rule; }
     CZebRule* operator->() const { return m_rule; }

@@ -33,7 +33,8 @@ std::string ValuesText(const ZebTypedParam<T>* p) {
 }  // namespace
 
 const char* ParamTypeName(int32_t type) {
-    static const char* const names[] = {"int", "long", "bool", "double", "string", "opaque", "unsigned", "row"};
+    static const char* const names[] = {"int",    "long",   "bool",     "double",
+                                        "string", "opaque", "unsigned", "row"};
     return type >= 1 && type <= 8 ? names[type - 1] : "unknown";
 }
 
@@ -45,14 +46,23 @@ std::string ParamOperatorText(const CZebParamStorage& param) {
 
 std::string ParamValuesText(const CZebParamStorage& p) {
     switch (p.GetType()) {
-        case ZebType_Int: return ValuesText(p.As<int32_t>());
-        case ZebType_Long: return ValuesText(p.As<long>());
-        case ZebType_Bool: return ValuesText(p.As<bool>());
-        case ZebType_Double: return ValuesText(p.As<double>());
-        case ZebType_String: return ValuesText(p.As<std::wstring>());
-        case ZebType_Opaque: return ValuesText(p.As<ZebOpaque>());
-        case ZebType_Unsigned: return ValuesText(p.As<uint32_t>());
-        case ZebType_Row: return ValuesText(p.As<ZebRow>());
-        default: return {};
+        case ZebType_Int:
+            return ValuesText(p.As<int32_t>());
+        case ZebType_Long:
+            return ValuesText(p.As<long>());
+        case ZebType_Bool:
+            return ValuesText(p.As<bool>());
+        case ZebType_Double:
+            return ValuesText(p.As<double>());
+        case ZebType_String:
+            return ValuesText(p.As<std::wstring>());
+        case ZebType_Opaque:
+            return ValuesText(p.As<ZebOpaque>());
+        case ZebType_Unsigned:
+            return ValuesText(p.As<uint32_t>());
+        case ZebType_Row:
+            return ValuesText(p.As<ZebRow>());
+        default:
+            return {};
     }
 }

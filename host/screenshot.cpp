@@ -17,7 +17,8 @@ std::string TabPicturePath(const std::string& path, int tab) {
     if (tab == 0) return path;
     const size_t dot = path.rfind('.');
     const size_t slash = path.rfind('/');
-    const size_t cut = dot != std::string::npos && (slash == std::string::npos || dot > slash) ? dot : path.size();
+    const size_t cut =
+        dot != std::string::npos && (slash == std::string::npos || dot > slash) ? dot : path.size();
     return path.substr(0, cut) + "-" + std::to_string(tab + 1) + path.substr(cut);
 }
 

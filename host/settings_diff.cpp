@@ -52,7 +52,8 @@ std::string ChildText(ZebXMLNode& node, const wchar_t* name) {
 
 std::string Serialize(ZebXMLNode& node) {
     std::string text = "<" + ToUtf8(node.GetName());
-    for (const auto& [name, value] : node.GetAttributes()) text += " " + ToUtf8(name) + "=\"" + ToUtf8(value) + "\"";
+    for (const auto& [name, value] : node.GetAttributes())
+        text += " " + ToUtf8(name) + "=\"" + ToUtf8(value) + "\"";
     text += ">" + ToUtf8(node.GetNodeValue());
     std::unique_ptr<ZebXMLNodeList> children(node.GetChildElements());
     for (long i = 0; i < children->GetSize(); ++i) {
@@ -79,7 +80,8 @@ ParamData ReadParam(ZebXMLNode& node) {
         std::unique_ptr<ZebXMLNode> value((*values)[i]);
         if (p.table) {
             Row row;
-            for (const auto& attribute : value->GetAttributes()) row.push_back(ToUtf8(attribute.second));
+            for (const auto& attribute : value->GetAttributes())
+                row.push_back(ToUtf8(attribute.second));
             p.rows.push_back(std::move(row));
         } else {
             p.values.push_back(ToUtf8(value->GetNodeValue()));
@@ -129,7 +131,8 @@ void Normalize(const ModuleLoader& loader, ZebXMLDocument& input, int unit, Norm
         if (!rule.known) {
             rule.raw = Serialize(*node);
         } else {
-            for (const wchar_t* h : {L"Status", L"LifeStatus", L"Severity"}) rule.header[ToUtf8(h)] = Attr(*node, h);
+            for (const wchar_t* h : {L"Status", L"LifeStatus", L"Severity"})
+                rule.header[ToUtf8(h)] = Attr(*node, h);
             std::unique_ptr<ZebXMLNodeList> params(node->GetNodeList(L"Parameter"));
             for (long j = 0; j < params->GetSize(); ++j) {
                 std::unique_ptr<ZebXMLNode> param((*params)[j]);
@@ -186,7 +189,11 @@ class Differ {
 public:
     Differ(const Normalized& oldShown, const Normalized& oldInNew, const Normalized& newShown,
            const Normalized& newWritten, std::vector<std::string>& lines)
-        : m_oldShown(oldShown), m_oldInNew(oldInNew), m_newShown(newShown), m_newWritten(newWritten), m_lines(lines) {}
+        : m_oldShown(oldShown),
+          m_oldInNew(oldInNew),
+          m_newShown(newShown),
+          m_newWritten(newWritten),
+          m_lines(lines) {}
 
     void Rules() {
         auto key = [](const RuleData& r) { return ToUtf8(ZebFoldCase(FromUtf8(r.name))); };
@@ -201,7 +208,8 @@ public:
             Rule(i, static_cast<size_t>(j));
         }
         for (size_t j = 0; j < newKeys.size(); ++j)
-            if (Find(oldKeys, newKeys[j]) < 0) m_lines.push_back("+ rule \"" + m_newShown.rules[j].name + "\"");
+            if (Find(oldKeys, newKeys[j]) < 0)
+                m_lines.push_back("+ rule \"" + m_newShown.rules[j].name + "\"");
     }
 
 private:
@@ -211,14 +219,17 @@ private:
         const std::string prefix = "rule \"" + m_oldShown.rules[i].name + "\"";
         if (!a.known || !b.known) {
             if (a.known != b.known || m_oldShown.rules[i].raw != m_newShown.rules[j].raw)
-                m_lines.push_back(prefix + ": changed (no rule of the module reads it, so it is compared as written)");
+                m_lines.push_back(
+                    prefix +
+                    ": changed (no rule of the module reads it, so it is compared as written)");
             return;
         }
         for (const char* h : {"Severity", "Status", "LifeStatus"}) {
             const std::string& from = a.header.at(h);
             const std::string& to = b.header.at(h);
             if (from != to)
-                m_lines.push_back(prefix + ": " + Lower(h) + " " + HeaderText(h, from) + " -> " + HeaderText(h, to));
+                m_lines.push_back(prefix + ": " + Lower(h) + " " + HeaderText(h, from) + " -> " +
+                                  HeaderText(h, to));
         }
         auto key = [](const ParamData& p) { return p.id; };
         const auto oldKeys = OccurrenceKeys(a.params, key);
@@ -229,11 +240,13 @@ private:
                 m_lines.push_back(prefix + ": - parameter " + a.params[p].id);
                 continue;
             }
-            Param(prefix + " parameter " + a.params[p].id, m_oldShown.rules[i].params[p], a.params[p],
-                  m_newShown.rules[j].params[static_cast<size_t>(q)], b.params[static_cast<size_t>(q)]);
+            Param(prefix + " parameter " + a.params[p].id, m_oldShown.rules[i].params[p],
+                  a.params[p], m_newShown.rules[j].params[static_cast<size_t>(q)],
+                  b.params[static_cast<size_t>(q)]);
         }
         for (size_t q = 0; q < newKeys.size(); ++q)
-            if (Find(oldKeys, newKeys[q]) < 0) m_lines.push_back(prefix + ": + parameter " + b.params[q].id);
+            if (Find(oldKeys, newKeys[q]) < 0)
+                m_lines.push_back(prefix + ": + parameter " + b.params[q].id);
     }
 
     static std::string HeaderText(const std::string& header, const std::string& value) {
@@ -249,13 +262,16 @@ private:
         return text;
     }
 
-    // `oldShown` and `newShown` are in OLD's unit; `oldInNew` and `newWritten` in NEW's, to compare.
+    // `oldShown` and `newShown` are in OLD's unit; `oldInNew` and `newWritten` in NEW's, to
+    // compare.
     void Param(const std::string& prefix, const ParamData& oldShown, const ParamData& oldInNew,
                const ParamData& newShown, const ParamData& newWritten) {
         auto change = [&](const std::string& what, const std::string& from, const std::string& to) {
             if (from != to) m_lines.push_back(prefix + ": " + what + " " + from + " -> " + to);
         };
-        auto onOff = [](const std::string& flag) { return flag == "0" ? std::string("off") : std::string("on"); };
+        auto onOff = [](const std::string& flag) {
+            return flag == "0" ? std::string("off") : std::string("on");
+        };
         change("operator", OperatorText(oldInNew.op), OperatorText(newWritten.op));
         if (oldInNew.status != newWritten.status)
             change("status", oldInNew.status == "0" ? "disabled" : "enabled",
@@ -271,7 +287,8 @@ private:
         if (!oldInNew.table) {
             // Equal when either document converted into the other's unit writes the other's values.
             if (oldInNew.values != newWritten.values && oldShown.values != newShown.values)
-                m_lines.push_back(prefix + ": values " + ValuesText(oldShown.values) + " -> " + ValuesText(newShown.values));
+                m_lines.push_back(prefix + ": values " + ValuesText(oldShown.values) + " -> " +
+                                  ValuesText(newShown.values));
             return;
         }
         auto first = [](const Row& row) { return row.empty() ? std::string() : row[0]; };
@@ -283,12 +300,14 @@ private:
                 m_lines.push_back(prefix + ": - row " + RowText(oldShown.rows[r]));
             } else if (oldInNew.rows[r] != newWritten.rows[static_cast<size_t>(s)] &&
                        oldShown.rows[r] != newShown.rows[static_cast<size_t>(s)]) {
-                m_lines.push_back(prefix + ": row \"" + first(oldShown.rows[r]) + "\" " + RowText(oldShown.rows[r]) +
-                                  " -> " + RowText(newShown.rows[static_cast<size_t>(s)]));
+                m_lines.push_back(prefix + ": row \"" + first(oldShown.rows[r]) + "\" " +
+                                  RowText(oldShown.rows[r]) + " -> " +
+                                  RowText(newShown.rows[static_cast<size_t>(s)]));
             }
         }
         for (size_t s = 0; s < newKeys.size(); ++s)
-            if (Find(oldKeys, newKeys[s]) < 0) m_lines.push_back(prefix + ": + row " + RowText(newShown.rows[s]));
+            if (Find(oldKeys, newKeys[s]) < 0)
+                m_lines.push_back(prefix + ": + row " + RowText(newShown.rows[s]));
     }
 
     const Normalized& m_oldShown;
@@ -304,10 +323,11 @@ int DocumentUnit(ZebXMLDocument& doc) {
 }
 }  // namespace
 
-bool DiffSettings(const ModuleLoader& loader, const std::string& oldPath, const std::string& newPath,
-                  std::vector<std::string>& lines, std::string& error) {
+bool DiffSettings(const ModuleLoader& loader, const std::string& oldPath,
+                  const std::string& newPath, std::vector<std::string>& lines, std::string& error) {
     ZebXMLDocument oldDoc, newDoc;
-    if (!LoadSettingsFile(oldPath, oldDoc, error) || !LoadSettingsFile(newPath, newDoc, error)) return false;
+    if (!LoadSettingsFile(oldPath, oldDoc, error) || !LoadSettingsFile(newPath, newDoc, error))
+        return false;
     const int oldUnit = DocumentUnit(oldDoc);
     const int newUnit = DocumentUnit(newDoc);
     Normalized oldShown, oldInNew, newShown, newWritten;

@@ -13,5 +13,5 @@
 // converted copy are equal. Values are shown in OLD's unit. A change of unit is one line, shown
 // only with other differences. Lines follow OLD's order; rules only NEW has come last.
 // False, with `error` set, when either file cannot be read or is not well-formed.
-bool DiffSettings(const ModuleLoader& loader, const std::string& oldPath, const std::string& newPath,
-                  std::vector<std::string>& lines, std::string& error);
+bool DiffSettings(const ModuleLoader& loader, const std::string& oldPath,
+                  const std::string& newPath, std::vector<std::string>& lines, std::string& error);

@@ -31,7 +31,9 @@ bool ParseCommandArgs(const std::vector<std::string>& args, CommandArgs& parsed)
             word == "-o" || word == "--unit" || word == "--module-dir" || word == "--screenshot";
         if (!takesValue) {
             if (word.size() > 1 && word[0] == '-') {
-                std::fprintf(stderr, "vantor-rules: unknown option '%s' (see vantor-rules --help)\n", word.c_str());
+                std::fprintf(stderr,
+                             "vantor-rules: unknown option '%s' (see vantor-rules --help)\n",
+                             word.c_str());
                 return false;
             }
             parsed.positional.push_back(word);
@@ -51,7 +53,8 @@ bool ParseCommandArgs(const std::vector<std::string>& args, CommandArgs& parsed)
         } else {
             int unit = 0;
             if (!ParseUnit(value, unit)) {
-                std::fprintf(stderr, "vantor-rules: '%s' is not a unit code (see vantor-rules units)\n",
+                std::fprintf(stderr,
+                             "vantor-rules: '%s' is not a unit code (see vantor-rules units)\n",
                              value.c_str());
                 return false;
             }
@@ -160,8 +163,8 @@ bool RuleHasSwitch(const CZebRule& rule) {
 bool RuleInUse(const CZebRule& rule) { return rule.LifeStatus != kLifeStatusSwitchedOff; }
 
 std::string RuleLine(const CZebRule& rule) {
-    return ToUtf8(rule.Name) + "\t" + ToUtf8(rule.DisplayName) + "\t" + std::to_string(rule.Severity) + "\t" +
-           ToUtf8(rule.Summary);
+    return ToUtf8(rule.Name) + "\t" + ToUtf8(rule.DisplayName) + "\t" +
+           std::to_string(rule.Severity) + "\t" + ToUtf8(rule.Summary);
 }
 
 int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
@@ -178,8 +181,9 @@ int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
 }
 
 std::string UnconvertibleRule(const std::string& name, int from, int to) {
-    return "no rule of the module reads the rule '" + name + "', so its values cannot be converted from unit " +
-           std::to_string(from) + " to unit " + std::to_string(to);
+    return "no rule of the module reads the rule '" + name +
+           "', so its values cannot be converted from unit " + std::to_string(from) + " to unit " +
+           std::to_string(to);
 }
 
 std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& doc) {
@@ -261,10 +265,13 @@ bool RewriteRules(const ModuleLoader& loader, ZebXMLDocument& input, std::option
     input.Clear();
 
     for (ReadRule& entry : read) {
-        if (converting || entry.from.LengthUnit != to.LengthUnit) (*entry.rule)->ConvertUnits(&entry.from, &to);
+        if (converting || entry.from.LengthUnit != to.LengthUnit)
+            (*entry.rule)->ConvertUnits(&entry.from, &to);
         std::unique_ptr<ZebXMLNode> exported((*entry.rule)->ExportToXML());
-        if (exported) parent->ReplaceChild(exported.get(), entry.place.get());
-        else parent->RemoveChild(entry.place.get());
+        if (exported)
+            parent->ReplaceChild(exported.get(), entry.place.get());
+        else
+            parent->RemoveChild(entry.place.get());
         if (spent) spent->push_back(std::move(*entry.rule));
         entry.rule.reset();  // its values go before the next rule is written, unless handed over
     }

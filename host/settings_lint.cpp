@@ -1,10 +1,8 @@
 #include "host/settings_lint.h"
 
-#include <pugixml.hpp>
-
 #include <algorithm>
-#include <charconv>
 #include <cerrno>
+#include <charconv>
 #include <climits>
 #include <cstdlib>
 #include <fstream>
@@ -12,6 +10,7 @@
 #include <locale>
 #include <map>
 #include <memory>
+#include <pugixml.hpp>
 #include <set>
 #include <sstream>
 
@@ -35,7 +34,8 @@ public:
     long LineOf(pugi::xml_node node) const {
         const ptrdiff_t offset = node.offset_debug();
         if (offset < 0) return 0;
-        return 1 + static_cast<long>(std::lower_bound(m_breaks.begin(), m_breaks.end(), static_cast<size_t>(offset)) -
+        return 1 + static_cast<long>(std::lower_bound(m_breaks.begin(), m_breaks.end(),
+                                                      static_cast<size_t>(offset)) -
                                      m_breaks.begin());
     }
 
@@ -125,27 +125,50 @@ std::string RowText(const ZebRow& row) {
 template <class T>
 void AppendTexts(const ZebTypedParam<T>& p, ValueList& out) {
     for (const T& v : p.values) {
-        if constexpr (std::is_same_v<T, double>) out.push_back(ShortDouble(v));
-        else if constexpr (std::is_same_v<T, bool>) out.push_back(v ? "1" : "0");
-        else if constexpr (std::is_same_v<T, std::wstring>) out.push_back(ToUtf8(v));
-        else if constexpr (std::is_same_v<T, ZebRow>) out.push_back(RowText(v));
-        else if constexpr (std::is_same_v<T, ZebOpaque>) out.push_back("(opaque)");
-        else out.push_back(std::to_string(v));
+        if constexpr (std::is_same_v<T, double>)
+            out.push_back(ShortDouble(v));
+        else if constexpr (std::is_same_v<T, bool>)
+            out.push_back(v ? "1" : "0");
+        else if constexpr (std::is_same_v<T, std::wstring>)
+            out.push_back(ToUtf8(v));
+        else if constexpr (std::is_same_v<T, ZebRow>)
+            out.push_back(RowText(v));
+        else if constexpr (std::is_same_v<T, ZebOpaque>)
+            out.push_back("(opaque)");
+        else
+            out.push_back(std::to_string(v));
     }
 }
 
 ValueList HeldValues(CZebParamStorage& p) {
     ValueList out;
     switch (p.GetType()) {
-        case ZebType_Int: AppendTexts(*p.As<int32_t>(), out); break;
-        case ZebType_Long: AppendTexts(*p.As<long>(), out); break;
-        case ZebType_Bool: AppendTexts(*p.As<bool>(), out); break;
-        case ZebType_Double: AppendTexts(*p.As<double>(), out); break;
-        case ZebType_String: AppendTexts(*p.As<std::wstring>(), out); break;
-        case ZebType_Opaque: AppendTexts(*p.As<ZebOpaque>(), out); break;
-        case ZebType_Unsigned: AppendTexts(*p.As<uint32_t>(), out); break;
-        case ZebType_Row: AppendTexts(*p.As<ZebRow>(), out); break;
-        default: break;
+        case ZebType_Int:
+            AppendTexts(*p.As<int32_t>(), out);
+            break;
+        case ZebType_Long:
+            AppendTexts(*p.As<long>(), out);
+            break;
+        case ZebType_Bool:
+            AppendTexts(*p.As<bool>(), out);
+            break;
+        case ZebType_Double:
+            AppendTexts(*p.As<double>(), out);
+            break;
+        case ZebType_String:
+            AppendTexts(*p.As<std::wstring>(), out);
+            break;
+        case ZebType_Opaque:
+            AppendTexts(*p.As<ZebOpaque>(), out);
+            break;
+        case ZebType_Unsigned:
+            AppendTexts(*p.As<uint32_t>(), out);
+            break;
+        case ZebType_Row:
+            AppendTexts(*p.As<ZebRow>(), out);
+            break;
+        default:
+            break;
     }
     return out;
 }
@@ -160,8 +183,9 @@ std::string ListText(const ValueList& values) {
 // Everything of a parameter that reading can set, to tell two reads apart.
 std::string ParamState(CZebParamStorage& p) {
     const ZebTypedParamBase* b = p.GetParam();
-    std::string state = std::to_string(b->op) + "/" + std::to_string(b->kind) + "/" + (b->status ? "1" : "0") + "/" +
-                        (b->criteriaStatus ? "1" : "0") + "/" + std::to_string(b->criteriaType) + "/";
+    std::string state = std::to_string(b->op) + "/" + std::to_string(b->kind) + "/" +
+                        (b->status ? "1" : "0") + "/" + (b->criteriaStatus ? "1" : "0") + "/" +
+                        std::to_string(b->criteriaType) + "/";
     for (int32_t o : b->opOptions) state += std::to_string(o) + ",";
     return state + "/" + ListText(HeldValues(p));
 }
@@ -202,12 +226,15 @@ public:
         const Parsed parsed = ReadInt(unit.value(), code);
         std::string message;
         if (parsed == Parsed::None) {
-            message = "\"Unit\" " + Quoted(unit.value()) + " is not a number: the values are read as unit 0";
+            message = "\"Unit\" " + Quoted(unit.value()) +
+                      " is not a number: the values are read as unit 0";
         } else if (!CZEBUnitConvertor::FindUnit(code)) {
             message = "\"Unit\" " + Quoted(unit.value()) +
-                      " is no unit code the converter knows: a change of unit leaves the values as they are";
+                      " is no unit code the converter knows: a change of unit leaves the values as "
+                      "they are";
         } else if (parsed == Parsed::Partial) {
-            message = "\"Unit\" " + Quoted(unit.value()) + " is read as unit " + std::to_string(code);
+            message =
+                "\"Unit\" " + Quoted(unit.value()) + " is read as unit " + std::to_string(code);
         } else {
             return;
         }
@@ -219,7 +246,8 @@ public:
         CZebRule* known = Known(name);
         if (!known) {
             Add(name, "", element,
-                "no rule of the module has this name: the module ignores it (resave keeps it as it stands)");
+                "no rule of the module has this name: the module ignores it (resave keeps it as it "
+                "stands)");
             return;
         }
         const std::wstring key = ZebFoldCase(known->Name);
@@ -230,7 +258,8 @@ public:
         } else {
             m_seen.emplace(key, m_lines.LineOf(element));
         }
-        for (const char* header : {"Status", "LifeStatus", "Severity"}) HeaderInt(name, element, header);
+        for (const char* header : {"Status", "LifeStatus", "Severity"})
+            HeaderInt(name, element, header);
 
         // The module's own reading of the element, to check against.
         CZebRule* made = node ? RecreateRule(m_loader, node) : nullptr;
@@ -255,19 +284,22 @@ public:
             CZebParamStorage* own = known->FindParameterInArray(id);
             if (!own) {
                 Add(name, typeText, param,
-                    "the rule has no parameter " + std::to_string(id) + ": it is not read and is dropped on the next save");
+                    "the rule has no parameter " + std::to_string(id) +
+                        ": it is not read and is dropped on the next save");
                 continue;
             }
             if (auto first = firstLine.find(id); first != firstLine.end()) {
                 Add(name, typeText, param,
                     "another \"Parameter\" of type " + std::to_string(id) + " (first on line " +
-                        std::to_string(first->second) + "): only the first is read, this one is dropped on the next save");
+                        std::to_string(first->second) +
+                        "): only the first is read, this one is dropped on the next save");
                 continue;
             }
             firstLine.emplace(id, m_lines.LineOf(param));
             m_valueFinding = false;
             if (parsed == Parsed::Partial)
-                Add(name, typeText, param, "\"Type\" " + Quoted(typeText) + " is read as " + std::to_string(id));
+                Add(name, typeText, param,
+                    "\"Type\" " + Quoted(typeText) + " is read as " + std::to_string(id));
             CZebParamStorage* held = read ? read->get()->FindParameterInArray(id) : nullptr;
             const ValueList fromFile = Parameter(name, typeText, param, own->GetType(), held);
             // Whatever else reading does to the values, unless a finding already explains it.
@@ -275,7 +307,8 @@ public:
                 const ValueList heldValues = HeldValues(*held);
                 if (heldValues != fromFile)
                     Add(name, typeText, param,
-                        "reading changes the values: " + ListText(fromFile) + " become " + ListText(heldValues));
+                        "reading changes the values: " + ListText(fromFile) + " become " +
+                            ListText(heldValues));
             }
         }
         for (CZebParamStorage* p : known->ParamArray) {
@@ -284,12 +317,14 @@ public:
             CZebParamStorage* held = read ? read->get()->FindParameterInArray(id) : nullptr;
             Add(name, std::to_string(id), element,
                 "no \"Parameter\" of type " + std::to_string(id) + ": after reading it holds " +
-                    ListText(held ? HeldValues(*held) : HeldValues(*p)) + ", which the next save writes");
+                    ListText(held ? HeldValues(*held) : HeldValues(*p)) +
+                    ", which the next save writes");
         }
     }
 
 private:
-    void Add(const std::string& rule, const std::string& parameter, pugi::xml_node node, const std::string& message) {
+    void Add(const std::string& rule, const std::string& parameter, pugi::xml_node node,
+             const std::string& message) {
         m_findings.push_back({rule, parameter, m_lines.LineOf(node), message});
     }
     // A finding about the values themselves.
@@ -311,14 +346,17 @@ private:
         long value = 0;
         const Parsed parsed = attr ? ReadInt32(attr.value(), value) : Parsed::None;
         if (parsed == Parsed::Exact) return;
-        const std::string what = attr ? Quoted(header) + " " + Quoted(attr.value()) : "no " + Quoted(header);
+        const std::string what =
+            attr ? Quoted(header) + " " + Quoted(attr.value()) : "no " + Quoted(header);
         Add(rule, "", element,
-            what + (parsed == Parsed::None ? " is read as -1" : " is read as " + std::to_string(value)));
+            what + (parsed == Parsed::None ? " is read as -1"
+                                           : " is read as " + std::to_string(value)));
     }
 
     // Reads the element again under a parent of this host's settings version: what differs was
     // added by the upgrade of older settings.
-    std::set<long> Upgrade(const std::string& name, pugi::xml_node element, ZebXMLNode* node, CZebRule& read) {
+    std::set<long> Upgrade(const std::string& name, pugi::xml_node element, ZebXMLNode* node,
+                           CZebRule& read) {
         std::set<long> changed;
         std::unique_ptr<ZebXMLNode> parent(node->GetParentNode());
         if (!parent) return changed;
@@ -343,16 +381,18 @@ private:
         std::string ids;
         for (long id : changed) ids += (ids.empty() ? "" : ", ") + std::to_string(id);
         Add(name, "", element.parent(),
-            (version ? "\"Version\" " + Quoted(version.value()) + " counts" : std::string("no \"Version\": the settings count")) +
-                " as older than " + ToUtf8(currentVersion) + ", so reading adds newer defaults to parameter" +
+            (version ? "\"Version\" " + Quoted(version.value()) + " counts"
+                     : std::string("no \"Version\": the settings count")) +
+                " as older than " + ToUtf8(currentVersion) +
+                ", so reading adds newer defaults to parameter" +
                 (changed.size() > 1 ? "s " : " ") + ids);
         return changed;
     }
 
     // Checks one "Parameter" element against its value type and returns its values as the
     // file states them.
-    ValueList Parameter(const std::string& rule, const std::string& type, pugi::xml_node param, int32_t valueType,
-                        CZebParamStorage* held) {
+    ValueList Parameter(const std::string& rule, const std::string& type, pugi::xml_node param,
+                        int32_t valueType, CZebParamStorage* held) {
         // Operator: 0 and 12 keep a parameter out of the written settings.
         pugi::xml_node opNode = param.child("Operator");
         long op = 0;
@@ -360,8 +400,9 @@ private:
         if (opNode) {
             // Read after skipping blanks, as the framework reads an element's integer.
             std::string text = opNode.text().get();
-            text.erase(0, text.find_first_not_of(" \t\r\n") == std::string::npos ? text.size()
-                                                                                 : text.find_first_not_of(" \t\r\n"));
+            text.erase(0, text.find_first_not_of(" \t\r\n") == std::string::npos
+                              ? text.size()
+                              : text.find_first_not_of(" \t\r\n"));
             opParsed = ReadInt32(text, op);
             if (opParsed == Parsed::None) op = 0;
         }
@@ -369,19 +410,23 @@ private:
         const std::string leftOut = ", which leaves the parameter out of the next save";
         if (heldOp != op) {
             Add(rule, type, opNode ? opNode : param,
-                "operator " + (opNode ? Quoted(opNode.text().get()) : std::string("(none)")) + " is read as " +
-                    OperatorName(heldOp));
+                "operator " + (opNode ? Quoted(opNode.text().get()) : std::string("(none)")) +
+                    " is read as " + OperatorName(heldOp));
         } else if (!opNode) {
             Add(rule, type, param, "no \"Operator\": read as 0" + leftOut);
         } else if (opParsed == Parsed::None) {
-            Add(rule, type, opNode, "operator " + Quoted(opNode.text().get()) + " is not a number: read as 0" + leftOut);
+            Add(rule, type, opNode,
+                "operator " + Quoted(opNode.text().get()) + " is not a number: read as 0" +
+                    leftOut);
         } else if (op == ZebOp_None || op == ZebOp_NotWritten) {
             Add(rule, type, opNode, "operator " + std::to_string(op) + leftOut);
         } else if (!KnownOperator(op)) {
             Add(rule, type, opNode,
-                "operator " + std::to_string(op) + " is none of the known codes 1 (RANGE), 3 (=), 5 (<), 6 (>), 7 (>=), 8 (<=)");
+                "operator " + std::to_string(op) +
+                    " is none of the known codes 1 (RANGE), 3 (=), 5 (<), 6 (>), 7 (>=), 8 (<=)");
         } else if (opParsed == Parsed::Partial) {
-            Add(rule, type, opNode, "operator " + Quoted(opNode.text().get()) + " is read as " + OperatorName(op));
+            Add(rule, type, opNode,
+                "operator " + Quoted(opNode.text().get()) + " is read as " + OperatorName(op));
         }
         for (pugi::xml_node option : Children(param, "OperatorOption")) {
             long code = 0;
@@ -399,11 +444,14 @@ private:
             if (parsed == Parsed::None) kind = 0;
             if (parsed != Parsed::Exact)
                 Add(rule, type, kindNode,
-                    "\"ParameterType\" " + Quoted(kindNode.text().get()) + " is read as " + std::to_string(kind));
+                    "\"ParameterType\" " + Quoted(kindNode.text().get()) + " is read as " +
+                        std::to_string(kind));
         }
         if (pugi::xml_attribute status = param.attribute("Status");
             status && std::string(status.value()) != "0" && std::string(status.value()) != "1")
-            Add(rule, type, param, "\"Status\" " + Quoted(status.value()) + " is read as enabled (only \"0\" disables)");
+            Add(rule, type, param,
+                "\"Status\" " + Quoted(status.value()) +
+                    " is read as enabled (only \"0\" disables)");
 
         ValueList values;
         const std::vector<pugi::xml_node> valueNodes = Children(param, "Value");
@@ -411,20 +459,22 @@ private:
         if ((valueType == ZebType_Row && !table) || valueType == ZebType_Opaque) {
             if (!valueNodes.empty())
                 AddValue(rule, type, param,
-                    std::to_string(valueNodes.size()) + " values are never read" +
-                        (valueType == ZebType_Row
-                             ? " (table rows need \"ParameterType\" " + std::to_string(ZebParam_Table) + ")"
-                             : "") +
-                        " and are dropped on the next save");
+                         std::to_string(valueNodes.size()) + " values are never read" +
+                             (valueType == ZebType_Row ? " (table rows need \"ParameterType\" " +
+                                                             std::to_string(ZebParam_Table) + ")"
+                                                       : "") +
+                             " and are dropped on the next save");
         } else {
             for (pugi::xml_node value : valueNodes)
-                values.push_back(table ? Row(rule, type, value) : Value(rule, type, value, valueType));
+                values.push_back(table ? Row(rule, type, value)
+                                       : Value(rule, type, value, valueType));
         }
         // RANGE keeps only value counts that are a multiple of 2 or 3.
         if (held && held->GetParam()->op == ZebOp_Range) {
             const int32_t count = held->GetParam()->ValueCount();
             if (count % 3 != 0 && count % 2 != 0)
-                AddValue(rule, type, param,
+                AddValue(
+                    rule, type, param,
                     "RANGE with " + std::to_string(count) + (count == 1 ? " value" : " values") +
                         " (neither a multiple of 2 nor of 3): all are dropped on the next save");
         }
@@ -432,39 +482,49 @@ private:
         return values;
     }
 
-    std::string Value(const std::string& rule, const std::string& type, pugi::xml_node value, int32_t valueType) {
+    std::string Value(const std::string& rule, const std::string& type, pugi::xml_node value,
+                      int32_t valueType) {
         const std::string text = value.text().get();
         switch (valueType) {
             case ZebType_Int:
             case ZebType_Long:
             case ZebType_Unsigned: {
                 long v = 0;
-                const Parsed parsed = valueType == ZebType_Long ? ReadInt(text, v) : ReadInt32(text, v);
+                const Parsed parsed =
+                    valueType == ZebType_Long ? ReadInt(text, v) : ReadInt32(text, v);
                 if (parsed == Parsed::None) v = 0;
                 if (valueType == ZebType_Unsigned) v = static_cast<uint32_t>(v);
                 if (parsed != Parsed::Exact)
-                    AddValue(rule, type, value, "value " + Quoted(text) + " is not an integer: read as " + std::to_string(v));
+                    AddValue(rule, type, value,
+                             "value " + Quoted(text) + " is not an integer: read as " +
+                                 std::to_string(v));
                 return std::to_string(v);
             }
             case ZebType_Bool:
                 if (text != "0" && text != "1")
-                    AddValue(rule, type, value, "value " + Quoted(text) + " is read as 1 (true): only \"0\" is false");
+                    AddValue(rule, type, value,
+                             "value " + Quoted(text) + " is read as 1 (true): only \"0\" is false");
                 return text == "0" ? "0" : "1";
             case ZebType_Double: {
                 double v = 0.0;
                 const Parsed parsed = ReadDouble(text, v);
                 if (parsed != Parsed::Exact) {
-                    AddValue(rule, type, value, "value " + Quoted(text) + " is not a number: read as " + SixDecimals(v));
+                    AddValue(
+                        rule, type, value,
+                        "value " + Quoted(text) + " is not a number: read as " + SixDecimals(v));
                 } else {
                     double back = 0.0;
                     ReadDouble(SixDecimals(v), back);
                     if (back != v)
                         AddValue(rule, type, value,
-                            "value " + Quoted(text) + " has more than six decimals: written back as " + SixDecimals(v));
+                                 "value " + Quoted(text) +
+                                     " has more than six decimals: written back as " +
+                                     SixDecimals(v));
                 }
                 return ShortDouble(v);
             }
-            default: return text;
+            default:
+                return text;
         }
     }
 
@@ -488,7 +548,8 @@ private:
             ++count;
             const std::string attrName = attr.name();
             long index = 0;
-            if (attrName.rfind("Attribute", 0) == 0 && ReadInt(attrName.substr(9), index) == Parsed::Exact &&
+            if (attrName.rfind("Attribute", 0) == 0 &&
+                ReadInt(attrName.substr(9), index) == Parsed::Exact &&
                 std::to_string(index) == attrName.substr(9) && index >= 1) {
                 if (index > 5) beyond.push_back(attrName);
             } else {
@@ -498,10 +559,12 @@ private:
         if (!beyond.empty()) {
             std::string names;
             for (const std::string& n : beyond) names += (names.empty() ? "" : ", ") + n;
-            problems.push_back("row of " + std::to_string(count) + " attributes: only five are read, " + names +
+            problems.push_back("row of " + std::to_string(count) +
+                               " attributes: only five are read, " + names +
                                (beyond.size() > 1 ? " are" : " is") + " dropped");
         }
-        for (const std::string& n : other) problems.push_back("attribute " + Quoted(n) + " is not read");
+        for (const std::string& n : other)
+            problems.push_back("attribute " + Quoted(n) + " is not read");
         if (row.empty()) problems.push_back("the row has no cells and is dropped on the next save");
         if (!problems.empty()) {
             std::string message;
@@ -515,13 +578,16 @@ private:
         if (!criteria) return;
         if (pugi::xml_attribute status = criteria.attribute("Status");
             status && std::string(status.value()) != "0" && std::string(status.value()) != "1")
-            Add(rule, type, criteria, "criteria \"Status\" " + Quoted(status.value()) + " is read as on (only \"0\" is off)");
+            Add(rule, type, criteria,
+                "criteria \"Status\" " + Quoted(status.value()) +
+                    " is read as on (only \"0\" is off)");
         if (pugi::xml_attribute kind = criteria.attribute("CriteriaType")) {
             long v = 0;
             const Parsed parsed = ReadInt32(kind.value(), v);
             if (parsed != Parsed::Exact)
                 Add(rule, type, criteria,
-                    "\"CriteriaType\" " + Quoted(kind.value()) + " is read as " + std::to_string(parsed == Parsed::None ? 0 : v));
+                    "\"CriteriaType\" " + Quoted(kind.value()) + " is read as " +
+                        std::to_string(parsed == Parsed::None ? 0 : v));
         }
         for (const char* map : {"PercentDeviation", "AbsoluteDeviation", "AbsoluteValue"}) {
             pugi::xml_node holder = criteria.child(map);
@@ -529,19 +595,24 @@ private:
                 if (entry.type() != pugi::node_element) continue;
                 const std::string word = entry.name();
                 if (word != "Warning" && word != "Info") {
-                    Add(rule, type, entry, Quoted(word) + " in " + Quoted(map) + " is not read back (only Warning and Info are)");
+                    Add(rule, type, entry,
+                        Quoted(word) + " in " + Quoted(map) +
+                            " is not read back (only Warning and Info are)");
                     continue;
                 }
                 const std::vector<pugi::xml_node> values = Children(entry, "Value");
                 if (values.size() > 2) {
                     Add(rule, type, entry,
-                        std::to_string(values.size()) + " values under " + Quoted(word) + " are read as 0 and 0 (at most two are read)");
+                        std::to_string(values.size()) + " values under " + Quoted(word) +
+                            " are read as 0 and 0 (at most two are read)");
                     continue;
                 }
                 for (pugi::xml_node v : values) {
                     double d = 0.0;
                     if (ReadDouble(v.text().get(), d) != Parsed::Exact)
-                        Add(rule, type, v, "value " + Quoted(v.text().get()) + " is not a number: read as " + SixDecimals(d));
+                        Add(rule, type, v,
+                            "value " + Quoted(v.text().get()) + " is not a number: read as " +
+                                SixDecimals(d));
                 }
             }
         }
@@ -563,14 +634,15 @@ bool ReadBytes(const std::string& path, std::string& text) {
 }
 }  // namespace
 
-bool LintSettings(const ModuleLoader& loader, const std::string& path, std::vector<LintFinding>& findings,
-                  std::string& error) {
+bool LintSettings(const ModuleLoader& loader, const std::string& path,
+                  std::vector<LintFinding>& findings, std::string& error) {
     ZebXMLDocument doc;
     if (!LoadSettingsFile(path, doc, error)) return false;
     std::string text;
     pugi::xml_document lined;
     if (!ReadBytes(path, text) ||
-        !lined.load_buffer(text.data(), text.size(), pugi::parse_default | pugi::parse_comments, pugi::encoding_utf8)) {
+        !lined.load_buffer(text.data(), text.size(), pugi::parse_default | pugi::parse_comments,
+                           pugi::encoding_utf8)) {
         error = path + ": cannot be read again";
         return false;
     }
@@ -588,7 +660,8 @@ bool LintSettings(const ModuleLoader& loader, const std::string& path, std::vect
             parents.push_back(element.parent());
     for (pugi::xml_node parent : parents)
         if (parent.type() == pugi::node_element) linter.Unit(parent);
-    for (size_t i = 0; i < elements.size(); ++i) linter.Rule(elements[i], paired ? nodes[i].get() : nullptr);
+    for (size_t i = 0; i < elements.size(); ++i)
+        linter.Rule(elements[i], paired ? nodes[i].get() : nullptr);
     std::stable_sort(findings.begin(), findings.end(),
                      [](const LintFinding& a, const LintFinding& b) { return a.line < b.line; });
     return true;
@@ -609,11 +682,21 @@ std::string JsonString(const std::string& text) {
     std::string out = "\"";
     for (unsigned char c : text) {
         switch (c) {
-            case '"': out += "\\\""; break;
-            case '\\': out += "\\\\"; break;
-            case '\n': out += "\\n"; break;
-            case '\r': out += "\\r"; break;
-            case '\t': out += "\\t"; break;
+            case '"':
+                out += "\\\"";
+                break;
+            case '\\':
+                out += "\\\\";
+                break;
+            case '\n':
+                out += "\\n";
+                break;
+            case '\r':
+                out += "\\r";
+                break;
+            case '\t':
+                out += "\\t";
+                break;
             default:
                 if (c < 0x20) {
                     char buffer[8];
@@ -633,8 +716,10 @@ std::string LintFindingsJson(const std::vector<LintFinding>& findings) {
         const LintFinding& f = findings[i];
         out += i ? ",\n " : "\n ";
         out += "{\"rule\": " + (f.rule.empty() ? std::string("null") : JsonString(f.rule)) +
-               ", \"parameter\": " + (f.parameter.empty() ? std::string("null") : JsonString(f.parameter)) +
-               ", \"line\": " + std::to_string(f.line) + ", \"message\": " + JsonString(f.message) + "}";
+               ", \"parameter\": " +
+               (f.parameter.empty() ? std::string("null") : JsonString(f.parameter)) +
+               ", \"line\": " + std::to_string(f.line) + ", \"message\": " + JsonString(f.message) +
+               "}";
     }
     return out + (findings.empty() ? "]\n" : "\n]\n");
 }

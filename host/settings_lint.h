@@ -17,8 +17,8 @@ struct LintFinding {
 
 // False, with `error` set ("FILE: what, line L, column C"), when the file cannot be read or is
 // not well-formed. Findings come in line order.
-bool LintSettings(const ModuleLoader& loader, const std::string& path, std::vector<LintFinding>& findings,
-                  std::string& error);
+bool LintSettings(const ModuleLoader& loader, const std::string& path,
+                  std::vector<LintFinding>& findings, std::string& error);
 
 // One line per finding: "FILE:LINE: rule "NAME" parameter TYPE: message".
 std::string LintFindingsText(const std::string& path, const std::vector<LintFinding>& findings);

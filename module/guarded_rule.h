@@ -41,7 +41,8 @@ bool RunRuleMethod(const CZebRule& rule, const char* method, Body&& body) noexce
     } catch (...) {
     }
     try {
-        std::fprintf(stderr, "vantor: %s of the rule '%s' failed%s\n", method, ToUtf8(rule.Name).c_str(), reason);
+        std::fprintf(stderr, "vantor: %s of the rule '%s' failed%s\n", method,
+                     ToUtf8(rule.Name).c_str(), reason);
     } catch (...) {
         std::fprintf(stderr, "vantor: %s of a rule failed\n", method);
     }
@@ -57,7 +58,8 @@ public:
     using Rule::Rule;
 
     void InitParameters() override {
-        if (!RunRuleMethod(*this, "InitParameters", [&] { Rule::InitParameters(); })) m_spoiled = true;
+        if (!RunRuleMethod(*this, "InitParameters", [&] { Rule::InitParameters(); }))
+            m_spoiled = true;
     }
     long Evaluate(void* a, void* b, void* c) override {
         long result = kFailed;
@@ -82,7 +84,8 @@ public:
         RunRuleMethod(*this, "ClearState", [&] { Rule::ClearState(); });
     }
     void ConvertUnits(const UnitSetting* from, const UnitSetting* to) override {
-        if (!RunRuleMethod(*this, "ConvertUnits", [&] { Rule::ConvertUnits(from, to); })) m_spoiled = true;
+        if (!RunRuleMethod(*this, "ConvertUnits", [&] { Rule::ConvertUnits(from, to); }))
+            m_spoiled = true;
     }
     bool IsApplicable(void* arg) override {
         bool applicable = false;

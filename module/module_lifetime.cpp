@@ -12,7 +12,11 @@ void StartModule() {
 }
 
 struct ModuleLifetime {
-    ModuleLifetime() { RunGuarded("loading the module", [] { StartModule(); }); }
-    ~ModuleLifetime() { RunGuarded("unloading the module", [] { StopAssemblyRulesApp(); }); }
+    ModuleLifetime() {
+        RunGuarded("loading the module", [] { StartModule(); });
+    }
+    ~ModuleLifetime() {
+        RunGuarded("unloading the module", [] { StopAssemblyRulesApp(); });
+    }
 } g_lifetime;
 }  // namespace

@@ -34,8 +34,8 @@ CZebRule* Make() {
     return new CGuardedRule<Rule>();
 }
 CZebRule* MakeSlotAlignment() {
-    return new CGuardedRule<CZEBASMSlotAlignmentCheckRule>(IDS_RULE_SLOT_ALIGNMENT, IDS_SUMMARY_SLOT_ALIGNMENT,
-                                             13090);
+    return new CGuardedRule<CZEBASMSlotAlignmentCheckRule>(IDS_RULE_SLOT_ALIGNMENT,
+                                                           IDS_SUMMARY_SLOT_ALIGNMENT, 13090);
 }
 
 const RuleCatalogueEntry kHole{IDS_RULE_HOLE_ALIGNMENT, &Make<CZEBASMHoleAlignmentCheckRule>,

@@ -13,9 +13,9 @@ void LaunchHardwareDBDialog(QWidget* parent) {
     }
     if (!zeb_db::ZEBDataHelper::getInstance()) {
         ShowBridgeMessage(parent,
-             "No hardware database is available. Check that the folder named by "
-             "VANTOR_DATABASE_DIR can be used and holds a sound database.",
-             ZebMsgIcon::Error);
+                          "No hardware database is available. Check that the folder named by "
+                          "VANTOR_DATABASE_DIR can be used and holds a sound database.",
+                          ZebMsgIcon::Error);
         return;
     }
     CZEBHardwareDBDlg dialog(parent);

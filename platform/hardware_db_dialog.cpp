@@ -27,12 +27,16 @@ enum Column { kDesignation, kKind, kStandard, kThread, kLength, kMaterial, kColu
 
 }  // namespace
 
-int ShowBridgeMessage(QWidget* parent, const QString& text, ZebMsgIcon icon, ZebMsgButtons buttons) {
+int ShowBridgeMessage(QWidget* parent, const QString& text, ZebMsgIcon icon,
+                      ZebMsgButtons buttons) {
     if (GetZebMessageSink()) return ZebMessageBox(text.toStdWString(), L"Vantor", icon, buttons);
     if (buttons == ZebMsgButtons::YesNo)
-        return QMessageBox::question(parent, "Vantor", text) == QMessageBox::Yes ? ZebIdYes : ZebIdNo;
-    if (icon == ZebMsgIcon::Error) QMessageBox::critical(parent, "Vantor", text);
-    else QMessageBox::warning(parent, "Vantor", text);
+        return QMessageBox::question(parent, "Vantor", text) == QMessageBox::Yes ? ZebIdYes
+                                                                                 : ZebIdNo;
+    if (icon == ZebMsgIcon::Error)
+        QMessageBox::critical(parent, "Vantor", text);
+    else
+        QMessageBox::warning(parent, "Vantor", text);
     return ZebIdOk;
 }
 
@@ -43,8 +47,9 @@ CZEBHardwareDBDlg::CZEBHardwareDBDlg(QWidget* parent) : QDialog(parent) {
 
     table_ = new QTableWidget(0, kColumns, this);
     table_->setObjectName("hardwareTable");
-    table_->setHorizontalHeaderLabels(
-        {QString("Designation"), QString("Kind"), QString("Standard"), QString("Thread"), QString("Length (mm)"), QString("Material")});
+    table_->setHorizontalHeaderLabels({QString("Designation"), QString("Kind"), QString("Standard"),
+                                       QString("Thread"), QString("Length (mm)"),
+                                       QString("Material")});
     table_->setSelectionBehavior(QAbstractItemView::SelectRows);
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -128,7 +133,9 @@ void CZEBHardwareDBDlg::Reload(int64_t selectId) {
     std::list<ZebHardwareRecord> read;
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     if (!db || db->GetHardwareList(read) != ZebDbOk)
-        ShowBridgeMessage(this, QString("The hardware records could not be read from the database."), ZebMsgIcon::Error);
+        ShowBridgeMessage(this,
+                          QString("The hardware records could not be read from the database."),
+                          ZebMsgIcon::Error);
     records_.assign(read.begin(), read.end());
 
     const QSignalBlocker blocker(table_);
@@ -137,8 +144,12 @@ void CZEBHardwareDBDlg::Reload(int64_t selectId) {
     int selectRow = -1;
     for (int row = 0; row < static_cast<int>(records_.size()); ++row) {
         const ZebHardwareRecord& r = records_[row];
-        const QString texts[kColumns] = {Q(r.designation), Q(r.kind), Q(r.standard), Q(r.thread),
-                                         r.length > 0 ? LengthText(r.length) : QString(), Q(r.material)};
+        const QString texts[kColumns] = {Q(r.designation),
+                                         Q(r.kind),
+                                         Q(r.standard),
+                                         Q(r.thread),
+                                         r.length > 0 ? LengthText(r.length) : QString(),
+                                         Q(r.material)};
         for (int column = 0; column < kColumns; ++column)
             table_->setItem(row, column, new QTableWidgetItem(texts[column]));
         if (r.id == selectId) selectRow = row;
@@ -188,18 +199,22 @@ ZebHardwareRecord CZEBHardwareDBDlg::RecordFromFields() const {
 void CZEBHardwareDBDlg::Add() {
     ZebHardwareRecord record = RecordFromFields();
     if (record.designation.empty()) {
-        ShowBridgeMessage(this, QString("Enter the designation of the record."), ZebMsgIcon::Information);
+        ShowBridgeMessage(this, QString("Enter the designation of the record."),
+                          ZebMsgIcon::Information);
         return;
     }
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     const int32_t result = db ? db->AddHardwareRecord(record) : ZebDbFailed;
     if (result == ZebDbExists) {
-        ShowBridgeMessage(this, QString("A record \"%1\" already exists in the database.").arg(Q(record.designation)),
-             ZebMsgIcon::Information);
+        ShowBridgeMessage(
+            this,
+            QString("A record \"%1\" already exists in the database.").arg(Q(record.designation)),
+            ZebMsgIcon::Information);
         return;
     }
     if (result != ZebDbOk) {
-        ShowBridgeMessage(this, QString("The record could not be saved in the database."), ZebMsgIcon::Error);
+        ShowBridgeMessage(this, QString("The record could not be saved in the database."),
+                          ZebMsgIcon::Error);
         return;
     }
     Reload(record.id);
@@ -213,12 +228,14 @@ void CZEBHardwareDBDlg::Save() {
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     const int32_t result = db ? db->UpdateHardwareRecord(record) : ZebDbFailed;
     if (result == ZebDbExists) {
-        ShowBridgeMessage(this, QString("Another record is named \"%1\".").arg(Q(record.designation)),
-             ZebMsgIcon::Information);
+        ShowBridgeMessage(this,
+                          QString("Another record is named \"%1\".").arg(Q(record.designation)),
+                          ZebMsgIcon::Information);
         return;
     }
     if (result != ZebDbOk) {
-        ShowBridgeMessage(this, QString("The changes could not be saved in the database."), ZebMsgIcon::Error);
+        ShowBridgeMessage(this, QString("The changes could not be saved in the database."),
+                          ZebMsgIcon::Error);
         Reload(0);
         return;
     }
@@ -229,11 +246,13 @@ void CZEBHardwareDBDlg::Delete() {
     const ZebHardwareRecord* selected = Selected();
     if (!selected) return;
     const ZebHardwareRecord record = *selected;
-    if (ShowBridgeMessage(this, QString("Delete the record \"%1\" from the database?").arg(Q(record.designation)),
-             ZebMsgIcon::Question, ZebMsgButtons::YesNo) != ZebIdYes)
+    if (ShowBridgeMessage(
+            this, QString("Delete the record \"%1\" from the database?").arg(Q(record.designation)),
+            ZebMsgIcon::Question, ZebMsgButtons::YesNo) != ZebIdYes)
         return;
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     if (!db || db->DeleteHardwareRecord(record.id) != ZebDbOk)
-        ShowBridgeMessage(this, QString("The record could not be deleted from the database."), ZebMsgIcon::Error);
+        ShowBridgeMessage(this, QString("The record could not be deleted from the database."),
+                          ZebMsgIcon::Error);
     Reload(0);
 }

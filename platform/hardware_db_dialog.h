@@ -15,7 +15,7 @@ class QTableWidget;
 // Shows a message through the host's message service when it has one, else in a Qt message box
 // of our own. Returns the button pressed.
 int ShowBridgeMessage(QWidget* parent, const QString& text, ZebMsgIcon icon,
-         ZebMsgButtons buttons = ZebMsgButtons::Ok);
+                      ZebMsgButtons buttons = ZebMsgButtons::Ok);
 
 // Browses, adds, edits and deletes the hardware records of the database service. The fields
 // below the table hold the record being edited; Add stores them as a new record, Save replaces

@@ -46,7 +46,8 @@ void AddDatabaseAttributes(CZebRule& rule, ZebXMLNode* ruleNode) {
     if (!app || !ruleNode) return;
     const auto& modules = app->m_databaseModules;
     rule.SelectedDatabase = modules.empty() ? std::wstring() : DatabaseName(modules.front());
-    if (rule.DBCategory.empty()) rule.DBCategory = app->LoadDefaultString(IDS_DATABASE_CATEGORY_HARDWARE);
+    if (rule.DBCategory.empty())
+        rule.DBCategory = app->LoadDefaultString(IDS_DATABASE_CATEGORY_HARDWARE);
     const std::string name = ToUtf8(rule.SelectedDatabase.substr(0, kMaxDatabaseNameLength));
     ruleNode->AddAttribute1("SelectedDatabase", name.c_str());
     ruleNode->AddAttribute(L"DBCategory", rule.DBCategory);
@@ -56,6 +57,7 @@ void RebuildOffsetSummary(CZebRule& rule, long offsetId, ZebStringId formatId) {
     auto* offset = FindTyped<double>(rule, offsetId);
     if (!offset) return;
     const std::wstring value = offset->values.IsEmpty() ? L"" : FormatNumber(offset->values[0]);
-    rule.Summary = ZebFormatText(LoadLocalizedString(formatId),
-                                 {OperatorSymbol(offset->op), value, GetUnitText(rule.CurrentUnits.LengthUnit)});
+    rule.Summary = ZebFormatText(
+        LoadLocalizedString(formatId),
+        {OperatorSymbol(offset->op), value, GetUnitText(rule.CurrentUnits.LengthUnit)});
 }

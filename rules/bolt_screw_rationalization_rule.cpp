@@ -35,7 +35,8 @@ void CZEBAssemblyBoltScrewRationalizationRule::RebuildSummary() {
     std::wstring text = L"Bolts & Screws can be rationalized based on same diameter";
     if (head->GetParam()->status) text += L", same head type";
     if (material->GetParam()->status) text += L", same material";
-    if (length->GetParam()->criteriaStatus) text += L", same length or difference between consecutive lengths";
+    if (length->GetParam()->criteriaStatus)
+        text += L", same length or difference between consecutive lengths";
     if (diameter->GetParam()->criteriaStatus) text += L", difference between consecutive diameters";
     Summary = text + L".";
 }
@@ -55,7 +56,8 @@ ZebXMLNode* CZEBAssemblyBoltScrewRationalizationRule::ExportToXML() {
 
 bool CZEBAssemblyBoltScrewRationalizationRule::IsApplicable(void*) { return false; }
 
-void CZEBAssemblyBoltScrewRationalizationRule::ConvertUnits(const UnitSetting*, const UnitSetting*) {}
+void CZEBAssemblyBoltScrewRationalizationRule::ConvertUnits(const UnitSetting*,
+                                                            const UnitSetting*) {}
 
 void CZEBAssemblyBoltScrewRationalizationRule::Configure() {
     RunRuleDialog(*this, IDS_RULE_BOLT_SCREW_RATIONALIZATION);

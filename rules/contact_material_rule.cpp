@@ -36,7 +36,8 @@ ZebXMLNode* CZEBAssemblyCheckContactMaterialRule::ExportToXML() {
     return ExportRuleXML(this);
 }
 
-void CZEBAssemblyCheckContactMaterialRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+void CZEBAssemblyCheckContactMaterialRule::ConvertUnits(const UnitSetting* from,
+                                                        const UnitSetting* to) {
     if (!to) return;
     auto* distance = FindTyped<double>(*this, kDistance);
     if (distance && !distance->values.IsEmpty() && LengthUnitsDiffer(from, to))
@@ -46,4 +47,6 @@ void CZEBAssemblyCheckContactMaterialRule::ConvertUnits(const UnitSetting* from,
 
 long CZEBAssemblyCheckContactMaterialRule::Import(ZebXMLDocument*, ZebXMLNode*, void*) { return 0; }
 
-void CZEBAssemblyCheckContactMaterialRule::Configure() { RunRuleDialog(*this, IDS_RULE_CONTACT_MATERIAL); }
+void CZEBAssemblyCheckContactMaterialRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_CONTACT_MATERIAL);
+}

@@ -4,8 +4,7 @@
 #include "rules/rule_dialog_registry.h"
 #include "rules/rule_record.h"
 
-namespace {
-}  // namespace
+namespace {}  // namespace
 
 CZEBAssemblyFastenerAccessibilityRule::CZEBAssemblyFastenerAccessibilityRule() {
     FillRuleRecord(*this, {.nameId = IDS_RULE_FASTENER_ACCESSIBILITY,
@@ -33,4 +32,6 @@ ZebXMLNode* CZEBAssemblyFastenerAccessibilityRule::ExportToXML() {
 
 void CZEBAssemblyFastenerAccessibilityRule::ConvertUnits(const UnitSetting*, const UnitSetting*) {}
 
-void CZEBAssemblyFastenerAccessibilityRule::Configure() { RunRuleDialog(*this, IDS_RULE_FASTENER_ACCESSIBILITY); }
+void CZEBAssemblyFastenerAccessibilityRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_FASTENER_ACCESSIBILITY);
+}

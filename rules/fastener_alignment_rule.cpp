@@ -37,9 +37,11 @@ void CZEBAssemblyFastenerAlignmentRule::UpdateSummary() {
         Summary = LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT);
         return;
     }
-    const std::wstring value = offset->values.IsEmpty() ? L"" : FormatTrimmedNumber(offset->values[0], L".");
-    Summary = ZebFormatText(LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT_LIMIT),
-                            {OperatorToText(holder->GetParam()->op), value, GetUnitText(CurrentUnits.LengthUnit)});
+    const std::wstring value =
+        offset->values.IsEmpty() ? L"" : FormatTrimmedNumber(offset->values[0], L".");
+    Summary = ZebFormatText(
+        LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT_LIMIT),
+        {OperatorToText(holder->GetParam()->op), value, GetUnitText(CurrentUnits.LengthUnit)});
 }
 
 void CZEBAssemblyFastenerAlignmentRule::ImportFromXML(ZebXMLNode* node) {
@@ -54,7 +56,8 @@ ZebXMLNode* CZEBAssemblyFastenerAlignmentRule::ExportToXML() {
     return ExportRuleXML(this);
 }
 
-void CZEBAssemblyFastenerAlignmentRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+void CZEBAssemblyFastenerAlignmentRule::ConvertUnits(const UnitSetting* from,
+                                                     const UnitSetting* to) {
     auto* offset = FindTyped<double>(*this, kOffset);
     if (!to || !offset || offset->values.IsEmpty()) return;
     if (LengthUnitsDiffer(from, to))

@@ -56,15 +56,18 @@ ZebXMLNode* CZEBAssemblyFastenerClearanceRule::ExportToXML() {
     return ExportRuleXML(this);
 }
 
-void CZEBAssemblyFastenerClearanceRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+void CZEBAssemblyFastenerClearanceRule::ConvertUnits(const UnitSetting* from,
+                                                     const UnitSetting* to) {
     if (!to) return;
     if (LengthUnitsDiffer(from, to)) {
-        ConvertLengthCells(FindTyped<ZebRow>(*this, kClearances), FastenerClearanceParams::kConditionA, from->LengthUnit,
-                           to->LengthUnit);
-        ConvertLengthCells(FindTyped<ZebRow>(*this, kAlternative), FastenerClearanceParams::kConditionB, from->LengthUnit,
-                           to->LengthUnit);
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kClearances),
+                           FastenerClearanceParams::kConditionA, from->LengthUnit, to->LengthUnit);
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kAlternative),
+                           FastenerClearanceParams::kConditionB, from->LengthUnit, to->LengthUnit);
     }
     CurrentUnits = *to;
 }
 
-void CZEBAssemblyFastenerClearanceRule::Configure() { RunRuleDialog(*this, IDS_RULE_FASTENER_CLEARANCE); }
+void CZEBAssemblyFastenerClearanceRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_FASTENER_CLEARANCE);
+}

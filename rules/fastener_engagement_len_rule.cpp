@@ -33,11 +33,15 @@ ZebXMLNode* CZEBAssemblyFastenerEngagementLenRule::ExportToXML() {
     return ExportRuleXML(this);
 }
 
-void CZEBAssemblyFastenerEngagementLenRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+void CZEBAssemblyFastenerEngagementLenRule::ConvertUnits(const UnitSetting* from,
+                                                         const UnitSetting* to) {
     if (!to) return;
     if (LengthUnitsDiffer(from, to))
-        ConvertLengthCells(FindTyped<ZebRow>(*this, kLengths), FastenerEngagementParams::kLengths, from->LengthUnit, to->LengthUnit);
+        ConvertLengthCells(FindTyped<ZebRow>(*this, kLengths), FastenerEngagementParams::kLengths,
+                           from->LengthUnit, to->LengthUnit);
     CurrentUnits = *to;
 }
 
-void CZEBAssemblyFastenerEngagementLenRule::Configure() { RunRuleDialog(*this, IDS_RULE_FASTENER_ENGAGEMENT_LENGTH); }
+void CZEBAssemblyFastenerEngagementLenRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_FASTENER_ENGAGEMENT_LENGTH);
+}

@@ -67,7 +67,8 @@ void CZEBASMHoleAlignmentCheckRule::ImportFromXML(ZebXMLNode* node) {
     auto* tolerance = FindTyped<double>(*this, kTolerance);
     if (tolerance && tolerance->values.IsEmpty()) {
         const int32_t unit = CurrentUnits.LengthUnit;
-        tolerance->values.Add(unit != 0 ? ConvertLength(kDefaultTolerance, 0, unit) : kDefaultTolerance);
+        tolerance->values.Add(unit != 0 ? ConvertLength(kDefaultTolerance, 0, unit)
+                                        : kDefaultTolerance);
     }
     RebuildSummary();
 }
@@ -85,7 +86,8 @@ void CZEBASMHoleAlignmentCheckRule::ConvertUnits(const UnitSetting* from, const 
     if (!to || !offset || !tolerance || !FindParameterInArray(kSecond)) return;
     if (LengthUnitsDiffer(from, to)) {
         for (auto* p : {offset, tolerance})
-            if (!p->values.IsEmpty()) p->values[0] = ConvertLength(p->values[0], from->LengthUnit, to->LengthUnit);
+            if (!p->values.IsEmpty())
+                p->values[0] = ConvertLength(p->values[0], from->LengthUnit, to->LengthUnit);
     }
     CurrentUnits = *to;
     CZebResourceScope scope;

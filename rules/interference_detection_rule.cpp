@@ -6,7 +6,8 @@
 #include "rules/rule_record.h"
 
 namespace {
-constexpr long kSwitches[] = {InterferenceParams::kCheckAll.id, InterferenceParams::kFirstOption.id, InterferenceParams::kGroups.id, InterferenceParams::kSecondOption.id};
+constexpr long kSwitches[] = {InterferenceParams::kCheckAll.id, InterferenceParams::kFirstOption.id,
+                              InterferenceParams::kGroups.id, InterferenceParams::kSecondOption.id};
 constexpr long kVolumeLimit = InterferenceParams::kVolumeLimit.id;
 constexpr long kComponentPairs = InterferenceParams::kComponents.id;
 }  // namespace
@@ -38,7 +39,8 @@ ZebXMLNode* CZEBAssemblyInterferenceDetectionRule::ExportToXML() {
     return ExportRuleXML(this);
 }
 
-void CZEBAssemblyInterferenceDetectionRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+void CZEBAssemblyInterferenceDetectionRule::ConvertUnits(const UnitSetting* from,
+                                                         const UnitSetting* to) {
     if (!to) return;
     CurrentUnits = *to;
     auto* volume = FindTyped<double>(*this, kVolumeLimit);
@@ -47,4 +49,6 @@ void CZEBAssemblyInterferenceDetectionRule::ConvertUnits(const UnitSetting* from
         volume->values[0], 1, from->LengthUnit, to->LengthUnit);
 }
 
-void CZEBAssemblyInterferenceDetectionRule::Configure() { RunRuleDialog(*this, IDS_RULE_INTERFERENCE_DETECTION); }
+void CZEBAssemblyInterferenceDetectionRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_INTERFERENCE_DETECTION);
+}

@@ -12,7 +12,9 @@ namespace {
 constexpr long kGeneral = MinClearanceParams::kGeneral.id;
 constexpr long kPairSwitch = MinClearanceParams::kPairsSwitch.id;
 constexpr long kPairs = MinClearanceParams::kPairs.id;
-constexpr long kOthers[] = {MinClearanceParams::kSameSubassembly.id, MinClearanceParams::kTouching.id, MinClearanceParams::kHiddenSwitchA.id, MinClearanceParams::kHiddenSwitchB.id};
+constexpr long kOthers[] = {MinClearanceParams::kSameSubassembly.id,
+                            MinClearanceParams::kTouching.id, MinClearanceParams::kHiddenSwitchA.id,
+                            MinClearanceParams::kHiddenSwitchB.id};
 
 double ValueAt(const ZebTypedParam<double>* p, int32_t index) {
     return p && p->values.GetSize() > index ? p->values[index] : 0.0;
@@ -36,14 +38,17 @@ void CZEBAssemblyMinClearanceBetPartsRule::InitParameters() {
 
 std::wstring CZEBAssemblyMinClearanceBetPartsRule::GeneralClearanceSummary() {
     const double clearance = ValueAt(FindTyped<double>(*this, kGeneral), 1);
-    return ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", FormatTrimmedNumber(clearance, L"."),
-                                                     GetUnitText(CurrentUnits.LengthUnit)});
+    return ZebFormatText(
+        LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE),
+        {L">=", FormatTrimmedNumber(clearance, L"."), GetUnitText(CurrentUnits.LengthUnit)});
 }
 
 void CZEBAssemblyMinClearanceBetPartsRule::RebuildSummary() {
     std::wstring text;
-    if (SwitchIsOn(ValueAt(FindTyped<double>(*this, kGeneral), 0))) text = GeneralClearanceSummary();
-    if (SwitchIsOn(ValueAt(FindTyped<double>(*this, kPairSwitch), 0))) text += LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS);
+    if (SwitchIsOn(ValueAt(FindTyped<double>(*this, kGeneral), 0)))
+        text = GeneralClearanceSummary();
+    if (SwitchIsOn(ValueAt(FindTyped<double>(*this, kPairSwitch), 0)))
+        text += LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS);
     Summary = text;
 }
 
@@ -65,12 +70,14 @@ ZebXMLNode* CZEBAssemblyMinClearanceBetPartsRule::ExportToXML() {
     return node;
 }
 
-void CZEBAssemblyMinClearanceBetPartsRule::ConvertUnits(const UnitSetting* from, const UnitSetting* to) {
+void CZEBAssemblyMinClearanceBetPartsRule::ConvertUnits(const UnitSetting* from,
+                                                        const UnitSetting* to) {
     auto* general = FindTyped<double>(*this, kGeneral);
     if (!to || !general) return;
     if (LengthUnitsDiffer(from, to)) {
         if (general->values.GetSize() > 1)
-            general->values[1] = ConvertLength(general->values[1], from->LengthUnit, to->LengthUnit);
+            general->values[1] =
+                ConvertLength(general->values[1], from->LengthUnit, to->LengthUnit);
         auto* pairs = FindTyped<ZebRow>(*this, kPairs);
         if (!pairs) return;
         ConvertLengthCells(pairs, MinClearanceParams::kPairs, from->LengthUnit, to->LengthUnit);

@@ -8,14 +8,31 @@
 template <class Fn>
 bool VisitTyped(CZebParamStorage& param, Fn&& fn) {
     switch (param.GetType()) {
-        case ZebType_Int: fn(*param.As<int32_t>()); return true;
-        case ZebType_Long: fn(*param.As<long>()); return true;
-        case ZebType_Bool: fn(*param.As<bool>()); return true;
-        case ZebType_Double: fn(*param.As<double>()); return true;
-        case ZebType_String: fn(*param.As<std::wstring>()); return true;
-        case ZebType_Opaque: fn(*param.As<ZebOpaque>()); return true;
-        case ZebType_Unsigned: fn(*param.As<uint32_t>()); return true;
-        case ZebType_Row: fn(*param.As<ZebRow>()); return true;
-        default: return false;
+        case ZebType_Int:
+            fn(*param.As<int32_t>());
+            return true;
+        case ZebType_Long:
+            fn(*param.As<long>());
+            return true;
+        case ZebType_Bool:
+            fn(*param.As<bool>());
+            return true;
+        case ZebType_Double:
+            fn(*param.As<double>());
+            return true;
+        case ZebType_String:
+            fn(*param.As<std::wstring>());
+            return true;
+        case ZebType_Opaque:
+            fn(*param.As<ZebOpaque>());
+            return true;
+        case ZebType_Unsigned:
+            fn(*param.As<uint32_t>());
+            return true;
+        case ZebType_Row:
+            fn(*param.As<ZebRow>());
+            return true;
+        default:
+            return false;
     }
 }

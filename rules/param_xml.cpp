@@ -27,9 +27,11 @@ constexpr std::string_view kRowAttributeNames[kRowAttributes] = {
 
 // How one value of the list becomes text and back. Decode returns false when the value type
 // has no text form that can be read back (the value is then not appended).
-template <class T> struct ValueCodec;
+template <class T>
+struct ValueCodec;
 
-template <> struct ValueCodec<int32_t> {
+template <>
+struct ValueCodec<int32_t> {
     static std::wstring Text(int32_t v) { return XmlInt(v); }
     static bool Decode(const std::wstring& text, int32_t& v) {
         long parsed = 0;
@@ -38,7 +40,8 @@ template <> struct ValueCodec<int32_t> {
         return true;
     }
 };
-template <> struct ValueCodec<long> {
+template <>
+struct ValueCodec<long> {
     static std::wstring Text(long v) { return XmlInt(v); }
     static bool Decode(const std::wstring& text, long& v) {
         v = 0;
@@ -46,21 +49,24 @@ template <> struct ValueCodec<long> {
         return true;
     }
 };
-template <> struct ValueCodec<bool> {
+template <>
+struct ValueCodec<bool> {
     static std::wstring Text(bool v) { return v ? L"1" : L"0"; }
     static bool Decode(const std::wstring& text, bool& v) {
         v = text != L"0";
         return true;
     }
 };
-template <> struct ValueCodec<double> {
+template <>
+struct ValueCodec<double> {
     static std::wstring Text(double v) { return XmlDouble(v); }
     static bool Decode(const std::wstring& text, double& v) {
         v = ParseXmlDouble(text);
         return true;
     }
 };
-template <> struct ValueCodec<std::wstring> {
+template <>
+struct ValueCodec<std::wstring> {
     static std::wstring Text(const std::wstring& v) { return v; }
     static bool Decode(const std::wstring& text, std::wstring& v) {
         v = text;
@@ -68,11 +74,13 @@ template <> struct ValueCodec<std::wstring> {
     }
 };
 // Opaque values belong to the framework: written empty, never decoded.
-template <> struct ValueCodec<ZebOpaque> {
+template <>
+struct ValueCodec<ZebOpaque> {
     static std::wstring Text(ZebOpaque) { return {}; }
     static bool Decode(const std::wstring&, ZebOpaque&) { return false; }
 };
-template <> struct ValueCodec<uint32_t> {
+template <>
+struct ValueCodec<uint32_t> {
     static std::wstring Text(uint32_t v) { return XmlInt(static_cast<long>(v)); }
     static bool Decode(const std::wstring& text, uint32_t& v) {
         long parsed = 0;
@@ -83,16 +91,20 @@ template <> struct ValueCodec<uint32_t> {
 };
 // Rows only have a text form as attributes (kind 24); as plain values they are written empty
 // and not read back.
-template <> struct ValueCodec<ZebRow> {
+template <>
+struct ValueCodec<ZebRow> {
     static std::wstring Text(const ZebRow&) { return {}; }
     static bool Decode(const std::wstring&, ZebRow&) { return false; }
 };
 
 std::wstring SeverityWord(int32_t code) {
     switch (code) {
-        case 1: return L"Warning";
-        case 2: return L"Info";
-        default: return L"Unknown";
+        case 1:
+            return L"Warning";
+        case 2:
+            return L"Info";
+        default:
+            return L"Unknown";
     }
 }
 
@@ -194,7 +206,8 @@ ZebXMLNode* WriteTyped(ZebXMLDocument* doc, ZebTypedParam<T>& p) {
                                       text.EndElement();
                                   });
         } else {
-            for (const ZebRow& row : p.values) AppendText(*node, L"Value", ValueCodec<T>::Text(row));
+            for (const ZebRow& row : p.values)
+                AppendText(*node, L"Value", ValueCodec<T>::Text(row));
         }
     } else {
         for (const T& v : p.values) AppendText(*node, L"Value", ValueCodec<T>::Text(v));
@@ -215,7 +228,8 @@ NodePtr FindParameterNode(ZebXMLNode* ruleNode, int32_t id) {
         NodePtr node((*list)[i]);
         std::wstring text;
         long type = 0;
-        if (node->GetAttributeValue(L"Type", text) && ParseXmlInt(text, type) && type == id) return node;
+        if (node->GetAttributeValue(L"Type", text) && ParseXmlInt(text, type) && type == id)
+            return node;
     }
     return nullptr;
 }
@@ -301,7 +315,8 @@ std::wstring XmlInt(long value) { return std::to_wstring(value); }
 
 std::wstring XmlDouble(double value) {
     char buffer[400];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 6);
+    const auto result =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 6);
     return FromUtf8(std::string_view(buffer, result.ptr - buffer));
 }
 

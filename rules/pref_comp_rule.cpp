@@ -36,4 +36,6 @@ ZebXMLNode* CZEBAssemblyCheckPrefCompRule::ExportToXML() {
 // Component names carry no lengths; not even the units are recorded.
 void CZEBAssemblyCheckPrefCompRule::ConvertUnits(const UnitSetting*, const UnitSetting*) {}
 
-void CZEBAssemblyCheckPrefCompRule::Configure() { RunRuleDialog(*this, IDS_RULE_PREFERRED_COMPONENTS); }
+void CZEBAssemblyCheckPrefCompRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_PREFERRED_COMPONENTS);
+}

@@ -33,10 +33,15 @@ ZebXMLNode* CZEBAssemblyRecommThreadConnectionRule::ExportToXML() {
     return ExportRuleXML(this);
 }
 
-void CZEBAssemblyRecommThreadConnectionRule::ConvertUnits(const UnitSetting*, const UnitSetting* to) {
+void CZEBAssemblyRecommThreadConnectionRule::ConvertUnits(const UnitSetting*,
+                                                          const UnitSetting* to) {
     if (to) CurrentUnits = *to;
 }
 
-long CZEBAssemblyRecommThreadConnectionRule::Import(ZebXMLDocument*, ZebXMLNode*, void*) { return 0; }
+long CZEBAssemblyRecommThreadConnectionRule::Import(ZebXMLDocument*, ZebXMLNode*, void*) {
+    return 0;
+}
 
-void CZEBAssemblyRecommThreadConnectionRule::Configure() { RunRuleDialog(*this, IDS_RULE_RECOMM_THREAD_TYPES); }
+void CZEBAssemblyRecommThreadConnectionRule::Configure() {
+    RunRuleDialog(*this, IDS_RULE_RECOMM_THREAD_TYPES);
+}

@@ -34,7 +34,8 @@ void FillRuleRecord(CZebRule& rule, const RuleIdentity& identity) {
     rule.DisplayName = ZebLoadString(identity.nameId);
     rule.Name = app->LoadDefaultString(identity.nameId);
     const std::wstring summary = ZebLoadString(identity.summaryId);
-    rule.Summary = identity.summaryAsLoaded ? summary : ZebFormatText(summary, identity.summaryArgs);
+    rule.Summary =
+        identity.summaryAsLoaded ? summary : ZebFormatText(summary, identity.summaryArgs);
     rule.Module = L"ZEBAssemblyRulesValidator";
     rule.EngineList.push_back(L"ZEBAssemblyEngine");
     rule.Severity = identity.severity;
@@ -53,15 +54,19 @@ CZebParamStorage* AddParameter(CZebRule& rule, Type_e type, long id, ZebOperator
 namespace {
 template <class T>
 T DefaultValue(double value) {
-    if constexpr (std::is_same_v<T, bool>) return value != 0.0;
-    else if constexpr (std::is_arithmetic_v<T>) return static_cast<T>(value);
-    else return T{};  // texts start empty
+    if constexpr (std::is_same_v<T, bool>)
+        return value != 0.0;
+    else if constexpr (std::is_arithmetic_v<T>)
+        return static_cast<T>(value);
+    else
+        return T{};  // texts start empty
 }
 }  // namespace
 
 void AddParameters(CZebRule& rule, std::span<const ParamSpec> specs) {
     for (const ParamSpec& spec : specs) {
-        CZebParamStorage* p = AddParameter(rule, spec.type, spec.id, spec.op, spec.kind, spec.enabled);
+        CZebParamStorage* p =
+            AddParameter(rule, spec.type, spec.id, spec.op, spec.kind, spec.enabled);
         p->GetParam()->criteriaStatus = spec.criteria;
         VisitTyped(*p, [&spec]<class T>(ZebTypedParam<T>& typed) {
             for (double value : spec.defaults.View()) typed.values.Add(DefaultValue<T>(value));

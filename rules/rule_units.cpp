@@ -33,8 +33,10 @@ public:
         for (size_t k = 0; k < m_columns.size(); ++k) {
             const std::wstring_view old = row[m_columns[k]];
             // An empty cell holds no value: it stays empty, not 0.
-            if (old.empty()) m_converted[k].clear();
-            else m_converted[k] = m_number.Format(m_scale.Apply(ParseNumber(old)));
+            if (old.empty())
+                m_converted[k].clear();
+            else
+                m_converted[k] = m_number.Format(m_scale.Apply(ParseNumber(old)));
             sameLengths = sameLengths && m_converted[k].size() == old.size();
         }
         if (sameLengths) {
@@ -58,7 +60,8 @@ private:
 };
 }  // namespace
 
-void ConvertLengthCells(ZebTypedParam<ZebRow>* table, const ParamSpec& spec, int32_t from, int32_t to) {
+void ConvertLengthCells(ZebTypedParam<ZebRow>* table, const ParamSpec& spec, int32_t from,
+                        int32_t to) {
     if (!table) return;
     std::vector<size_t> columns;
     for (size_t c = 0; c < spec.columns.count; ++c)

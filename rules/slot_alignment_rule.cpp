@@ -16,7 +16,8 @@ constexpr long kSecondSwitch = SlotAlignmentParams::kWidth.id;
 constexpr double kSwitchVersion = 3.5;
 }  // namespace
 
-CZEBASMSlotAlignmentCheckRule::CZEBASMSlotAlignmentCheckRule(ZebStringId nameId, ZebStringId summaryId,
+CZEBASMSlotAlignmentCheckRule::CZEBASMSlotAlignmentCheckRule(ZebStringId nameId,
+                                                             ZebStringId summaryId,
                                                              int32_t dialogImageId) {
     FillRuleRecord(*this, {.nameId = nameId,
                            .summaryId = summaryId,
@@ -64,7 +65,8 @@ void CZEBASMSlotAlignmentCheckRule::ConvertUnits(const UnitSetting* from, const 
     if (!to || !offset || !second) return;
     if (LengthUnitsDiffer(from, to)) {
         for (auto* p : {offset, second})
-            if (!p->values.IsEmpty()) p->values[0] = ConvertLength(p->values[0], from->LengthUnit, to->LengthUnit);
+            if (!p->values.IsEmpty())
+                p->values[0] = ConvertLength(p->values[0], from->LengthUnit, to->LengthUnit);
     }
     CurrentUnits = *to;
     CZebResourceScope scope;

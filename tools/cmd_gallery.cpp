@@ -27,12 +27,14 @@ public:
     GalleryDlg() : CZEBRuleDlgBase(0, 13010, GetAssemblyRulesApp()->m_helpFilePath, nullptr) {
         setWindowTitle("Vantor controls gallery");
         auto* layout = new QVBoxLayout(Body());
-        m_pairs = AddTable(layout, "Part pairs (minimum clearance)", CZEBAsmRuleListCtrl::Mode::PartPairs,
-                           {L"", L"First part", L"Second part", L"Clearance"},
-                           {{L"1", L"bracket", L"housing", L"2.5"}, {L"2", L"shaft", L"bearing", L"0.4"}});
-        m_preferred = AddTable(layout, "Preferred components", CZEBAsmRuleListCtrl::Mode::PreferredComponents,
-                               {L"", L"Type", L"Component", L"Alternative", L"Supplier part"},
-                               {{L"1", L"Bolt", L"M8x40.prt", L"M8x45.prt", L"ISO4017-8-40.prt"}});
+        m_pairs = AddTable(
+            layout, "Part pairs (minimum clearance)", CZEBAsmRuleListCtrl::Mode::PartPairs,
+            {L"", L"First part", L"Second part", L"Clearance"},
+            {{L"1", L"bracket", L"housing", L"2.5"}, {L"2", L"shaft", L"bearing", L"0.4"}});
+        m_preferred =
+            AddTable(layout, "Preferred components", CZEBAsmRuleListCtrl::Mode::PreferredComponents,
+                     {L"", L"Type", L"Component", L"Alternative", L"Supplier part"},
+                     {{L"1", L"Bolt", L"M8x40.prt", L"M8x45.prt", L"ISO4017-8-40.prt"}});
         layout->addWidget(SmallControls());
     }
 
@@ -42,7 +44,8 @@ public:
         QTimer::singleShot(0, this, [this] {
             m_preferred->ChoiceList() = {L"Bolt", L"Nut", L"Screw", L"Washer"};
             m_preferred->BeginCellChoice(1, 1, CZEBListCtrl::kEditLimit);
-            if (auto* choice = FindZebControlAs<CCustomComboBox>(m_preferred, CZEBListCtrl::kChoiceEditorId)) {
+            if (auto* choice =
+                    FindZebControlAs<CCustomComboBox>(m_preferred, CZEBListCtrl::kChoiceEditorId)) {
                 connect(choice, &QComboBox::activated, this, [this] {
                     std::wstring text;
                     m_preferred->EndCellChoice(text, L"is already listed.");
@@ -54,7 +57,8 @@ public:
     }
 
 private:
-    CZEBAsmRuleListCtrl* AddTable(QVBoxLayout* layout, const char* title, CZEBAsmRuleListCtrl::Mode mode,
+    CZEBAsmRuleListCtrl* AddTable(QVBoxLayout* layout, const char* title,
+                                  CZEBAsmRuleListCtrl::Mode mode,
                                   const std::vector<std::wstring>& headers,
                                   std::vector<CZebGridModel::Row> rows) {
         auto* box = new QGroupBox(title, Body());

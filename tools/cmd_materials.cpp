@@ -21,7 +21,9 @@ int RunMaterials(const std::vector<std::string>& words) {
         } else if (words[i] == "--screenshot" && i + 1 < words.size()) {
             screenshot = words[++i];
         } else {
-            std::fprintf(stderr, "vantor-rules: materials takes [--pair] [--screenshot PNG], not '%s'\n", words[i].c_str());
+            std::fprintf(stderr,
+                         "vantor-rules: materials takes [--pair] [--screenshot PNG], not '%s'\n",
+                         words[i].c_str());
             return 2;
         }
     }
@@ -38,15 +40,17 @@ int RunMaterials(const std::vector<std::string>& words) {
             dialog.DoModal();
         }
         if (screenshot.empty() || saved) return 0;
-        std::fprintf(stderr, "vantor-rules: the picture could not be written to %s\n", screenshot.c_str());
+        std::fprintf(stderr, "vantor-rules: the picture could not be written to %s\n",
+                     screenshot.c_str());
         return 1;
     });
 }
 }  // namespace
 
-VANTOR_HOST_COMMAND(materials, "materials", "[--pair] [--screenshot PNG]",
-                    "Opens the material database editor on the shared database: groups and their\n"
-                    "materials, added and deleted at once (Cancel offers to undo them). With --pair,\n"
-                    "the tree a contact material cell is chosen from, which stores nothing. With\n"
-                    "--screenshot the dialog is drawn into PNG and closed.",
-                    RunMaterials);
+VANTOR_HOST_COMMAND(
+    materials, "materials", "[--pair] [--screenshot PNG]",
+    "Opens the material database editor on the shared database: groups and their\n"
+    "materials, added and deleted at once (Cancel offers to undo them). With --pair,\n"
+    "the tree a contact material cell is chosen from, which stores nothing. With\n"
+    "--screenshot the dialog is drawn into PNG and closed.",
+    RunMaterials);

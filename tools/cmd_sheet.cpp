@@ -35,8 +35,9 @@ int RunSheet(const std::vector<std::string>& args) {
     const std::wstring message = ok ? std::wstring() : SpreadsheetErrorText(error);
     StopAssemblyRulesApp();
     if (!ok) {
-        std::fprintf(stderr, "%s\n",
-                     message.empty() ? "The spreadsheet could not be read." : ToUtf8(message).c_str());
+        std::fprintf(
+            stderr, "%s\n",
+            message.empty() ? "The spreadsheet could not be read." : ToUtf8(message).c_str());
         return 2;
     }
     std::vector<std::list<std::wstring>::const_iterator> next;

@@ -24,7 +24,8 @@ int RunUnits(const std::vector<std::string>& words) {
     }
     StartAssemblyRulesApp();
     for (int i = 0; const ZebLengthUnit* unit = CZEBUnitConvertor::UnitAt(i); ++i)
-        std::printf("%ld\t%s\t%s\n", unit->code, ToUtf8(GetUnitText(static_cast<int>(unit->code))).c_str(),
+        std::printf("%ld\t%s\t%s\n", unit->code,
+                    ToUtf8(GetUnitText(static_cast<int>(unit->code))).c_str(),
                     Metres(unit->nanometres).c_str());
     StopAssemblyRulesApp();
     return 0;

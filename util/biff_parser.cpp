@@ -1,7 +1,5 @@
 #include "util/biff_parser.h"
 
-#include <cerrno>
-
 #include <fcntl.h>
 #include <freexl.h>
 #include <gsf/gsf-infile-msole.h>
@@ -15,6 +13,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <mutex>

@@ -8,7 +8,8 @@
 
 #include <cerrno>
 
-pid_t StartChildProgram(const std::vector<std::string>& argv, const ChildLimits& limits, int& answer) {
+pid_t StartChildProgram(const std::vector<std::string>& argv, const ChildLimits& limits,
+                        int& answer) {
     // Everything the child needs is made before fork: between fork and exec a threaded process
     // may only make async-signal-safe calls.
     std::vector<const char*> args;
@@ -31,7 +32,8 @@ pid_t StartChildProgram(const std::vector<std::string>& argv, const ChildLimits&
         const int out = fcntl(pipeEnds[1], F_DUPFD_CLOEXEC, 3);
         const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
         const int moved = nothing < 0 ? -1 : fcntl(nothing, F_DUPFD_CLOEXEC, 3);
-        if (out < 0 || moved < 0 || dup2(moved, 0) < 0 || dup2(out, 1) < 0 || dup2(moved, 2) < 0) _exit(127);
+        if (out < 0 || moved < 0 || dup2(moved, 0) < 0 || dup2(out, 1) < 0 || dup2(moved, 2) < 0)
+            _exit(127);
         if (close_range(3, ~0u, 0) != 0)
             for (int fd = 3; fd < 65536; ++fd) close(fd);
         sigset_t none;
@@ -39,7 +41,8 @@ pid_t StartChildProgram(const std::vector<std::string>& argv, const ChildLimits&
         sigprocmask(SIG_SETMASK, &none, nullptr);
         sigaction(SIGPIPE, &defaultAction, nullptr);
         if ((limits.addressSpace != 0 && setrlimit(RLIMIT_AS, &addressSpace) != 0) ||
-            (limits.seconds != 0 && setrlimit(RLIMIT_CPU, &seconds) != 0) || setrlimit(RLIMIT_CORE, &noCore) != 0)
+            (limits.seconds != 0 && setrlimit(RLIMIT_CPU, &seconds) != 0) ||
+            setrlimit(RLIMIT_CORE, &noCore) != 0)
             _exit(127);
         execv(args[0], const_cast<char* const*>(args.data()));
         _exit(127);

@@ -19,7 +19,8 @@ struct ChildLimits {
 // Starts argv[0] with `argv`, its standard input and error on /dev/null and its standard output
 // on a pipe whose read end is put in `answer`. -1 when it cannot be started (then `answer` is
 // not open); a program that cannot be executed exits with 127.
-pid_t StartChildProgram(const std::vector<std::string>& argv, const ChildLimits& limits, int& answer);
+pid_t StartChildProgram(const std::vector<std::string>& argv, const ChildLimits& limits,
+                        int& answer);
 
 // Waits for the child; its status as waitpid gives it, or -1 when it cannot be waited for.
 int WaitForChildProgram(pid_t pid);

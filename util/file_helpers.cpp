@@ -39,7 +39,9 @@ std::string ExpandEnvironment(const std::string& path) {
         }
         const bool braced = path[i + 1] == '{';
         size_t start = i + (braced ? 2 : 1), end = start;
-        while (end < path.size() && (std::isalnum(static_cast<unsigned char>(path[end])) || path[end] == '_')) ++end;
+        while (end < path.size() &&
+               (std::isalnum(static_cast<unsigned char>(path[end])) || path[end] == '_'))
+            ++end;
         if (end == start || (braced && (end >= path.size() || path[end] != '}'))) {
             out += path[i];
             continue;
@@ -68,7 +70,7 @@ std::string OwnTempFolder() {
         ::chmod(folder.c_str(), 0700);  // the umask may have taken the owner's own bits
     else if (errno != EEXIST)
         return {};
-    struct stat st{};
+    struct stat st {};
     if (::lstat(folder.c_str(), &st) != 0 || !S_ISDIR(st.st_mode) || st.st_uid != uid ||
         (st.st_mode & (S_IWGRP | S_IWOTH)) != 0)
         return {};
@@ -82,7 +84,7 @@ std::wstring GetModuleTempFolder() {
     while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
     if (folder.empty()) return {};
     folder += "/VantorTemp";
-    struct stat st{};
+    struct stat st {};
     if (::lstat(folder.c_str(), &st) != 0 && errno == ENOENT) {
         // Everyone may write, only owners may delete, whatever the umask says.
         if (::mkdir(folder.c_str(), 01777) == 0) ::chmod(folder.c_str(), 01777);
@@ -130,7 +132,8 @@ bool WriteImportLogPass(const std::wstring& logPath, bool firstPass, const std::
                         const std::vector<std::wstring>& entries) {
     const std::string path = ToUtf8(logPath);
     const size_t cut = path.find_last_of('/');
-    const std::string folder = cut == std::string::npos ? "." : (cut == 0 ? "/" : path.substr(0, cut));
+    const std::string folder =
+        cut == std::string::npos ? "." : (cut == 0 ? "/" : path.substr(0, cut));
     const std::string name = cut == std::string::npos ? path : path.substr(cut + 1);
     if (name.empty()) return false;
     // The folder may be shared: neither it nor the log may be a link planted by someone else.
@@ -145,9 +148,9 @@ bool WriteImportLogPass(const std::wstring& logPath, bool firstPass, const std::
     if (fd < 0) return false;
     // Someone else's log, left or planted at that name, is neither written into nor taken for
     // ours; nor is a second name of another file.
-    struct stat st{};
-    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || st.st_uid != ::geteuid() || st.st_nlink > 1 ||
-        (firstPass && ::ftruncate(fd, 0) != 0)) {
+    struct stat st {};
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || st.st_uid != ::geteuid() ||
+        st.st_nlink > 1 || (firstPass && ::ftruncate(fd, 0) != 0)) {
         ::close(fd);
         return false;
     }
@@ -172,21 +175,23 @@ char* ToAnsiBuffer(const std::wstring& text) {
     return buffer;
 }
 
-long ReadShellProperty(const std::wstring& path, const std::wstring& property, std::wstring& value) {
+long ReadShellProperty(const std::wstring& path, const std::wstring& property,
+                       std::wstring& value) {
     if (!IsCanonicalPropertyName(property)) {
         std::printf("Invalid property specified: %s\n", ToUtf8(property).c_str());
         return kInvalidProperty;
     }
     std::string expanded = ExpandEnvironment(ToUtf8(path));
     if (expanded.size() > kMaxPath) {
-        std::printf("Error %lx: getting the propertystore for the item.\n", PropertyStoreError(ENAMETOOLONG));
+        std::printf("Error %lx: getting the propertystore for the item.\n",
+                    PropertyStoreError(ENAMETOOLONG));
         return PropertyStoreError(ENAMETOOLONG);
     }
     if (!expanded.empty() && expanded.front() != '/') {
         char cwd[PATH_MAX];
         if (::getcwd(cwd, sizeof cwd)) expanded = std::string(cwd) + "/" + expanded;
     }
-    struct stat st{};
+    struct stat st {};
     if (expanded.size() > kMaxPath || ::stat(expanded.c_str(), &st) != 0) {
         const long code = PropertyStoreError(expanded.size() > kMaxPath ? ENAMETOOLONG : errno);
         std::printf("Error %lx: getting the propertystore for the item.\n", code);

@@ -203,10 +203,14 @@ NumberEntry ReadNumberEntry(std::wstring_view text, std::wstring_view separator)
     size_t digits = 0, owns = 0, others = 0, otherAt = 0;
     for (size_t i = 0; i < body.size(); ++i) {
         const wchar_t c = body[i];
-        if (IsDigit(c)) ++digits;
-        else if (c == own) ++owns;
-        else if (c == other) ++others, otherAt = i;
-        else digits = 0, owns = 2;  // anything else is no number
+        if (IsDigit(c))
+            ++digits;
+        else if (c == own)
+            ++owns;
+        else if (c == other)
+            ++others, otherAt = i;
+        else
+            digits = 0, owns = 2;  // anything else is no number
     }
     if (digits == 0 || owns + others > 1) {
         entry.fault = NumberTextFault::NotNumber;
@@ -217,7 +221,8 @@ NumberEntry ReadNumberEntry(std::wstring_view text, std::wstring_view separator)
         if (c == own || c == other) c = L'.';
     std::string narrow(canonical.begin(), canonical.end());
     if (!ReadPlainDecimal(narrow, entry.value)) entry.value = LeadingDouble(narrow);
-    if (others == 1 && LooksGrouped(body, otherAt) && !(other == L'.' && FormatNumber(entry.value) == body)) {
+    if (others == 1 && LooksGrouped(body, otherAt) &&
+        !(other == L'.' && FormatNumber(entry.value) == body)) {
         entry.fault = NumberTextFault::Ambiguous;
         return entry;
     }
@@ -229,7 +234,9 @@ NumberEntry ReadNumberEntry(std::wstring_view text, std::wstring_view separator)
     return entry;
 }
 
-NumberEntry ReadNumberEntry(std::wstring_view text) { return ReadNumberEntry(text, UserDecimalSeparator()); }
+NumberEntry ReadNumberEntry(std::wstring_view text) {
+    return ReadNumberEntry(text, UserDecimalSeparator());
+}
 
 bool IsNumericText(const std::wstring& text) {
     return text.find_first_not_of(L".0123456789") == std::wstring::npos;

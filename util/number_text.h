@@ -18,9 +18,9 @@ bool IsNumericText(const std::wstring& text);
 enum class NumberTextFault {
     None,
     Empty,
-    Negative,    // a value that must not be below zero
-    NotNumber,   // letters, several separators, digit grouping
-    Ambiguous,   // "1,500" where ',' may group thousands
+    Negative,   // a value that must not be below zero
+    NotNumber,  // letters, several separators, digit grouping
+    Ambiguous,  // "1,500" where ',' may group thousands
 };
 
 // A value as the user wrote it: read with the user's decimal separator; the other one of '.' and

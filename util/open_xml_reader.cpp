@@ -1,7 +1,5 @@
 #include "util/open_xml_reader.h"
 
-#include "framework/text_convert.h"
-
 #include <zip.h>
 
 #include <cctype>
@@ -13,6 +11,8 @@
 #include <string_view>
 #include <unordered_map>
 #include <vector>
+
+#include "framework/text_convert.h"
 
 namespace {
 // Package parts other than the sheet and the shared strings are small; anything larger is hostile.
@@ -737,7 +737,8 @@ std::string ReadOpenXmlCustomProperty(const std::string& path, const std::string
     pugi::xml_document properties;
     if (!zip || !LoadXmlPart(zip.get(), "docProps/custom.xml", properties)) return {};
     for (pugi::xml_node property : properties.document_element().children()) {
-        if (LocalName(property.name()) != "property" || name != property.attribute("name").value()) continue;
+        if (LocalName(property.name()) != "property" || name != property.attribute("name").value())
+            continue;
         // The value is the one child element, typed by its tag (vt:i4, vt:lpwstr, ...).
         return property.first_child().text().get();
     }

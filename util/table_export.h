@@ -38,7 +38,8 @@ inline constexpr const char* kSheetLengthUnitProperty = "Vantor.LengthUnit";
 // The sheet of a table. `table` holds the rows as the dialog shows them, from the first data
 // column on (the component tables' marker column left out). Empty rows are dropped. `lengthUnit`
 // is kept for the kinds that hold lengths.
-TableSheet TableToSheet(TableSheetKind kind, const TextRows& table, std::optional<int32_t> lengthUnit = std::nullopt);
+TableSheet TableToSheet(TableSheetKind kind, const TextRows& table,
+                        std::optional<int32_t> lengthUnit = std::nullopt);
 bool HoldsLengths(TableSheetKind kind);
 
 // The kind of table `rule` keeps, found by its parameters; none for a rule without one.

@@ -40,7 +40,7 @@ struct OpenDatabase {
 struct Cache {
     pid_t owner = ::getpid();
     std::map<std::wstring, OpenDatabase> open;
-    std::vector<std::unique_ptr<SqliteDatabase>> retired;  // replaced files, kept alive
+    std::vector<std::unique_ptr<SqliteDatabase>> retired;              // replaced files, kept alive
     std::map<std::string, std::unique_ptr<PostgresDatabase>> servers;  // by connection string
 };
 
@@ -113,7 +113,7 @@ IDatabaseCollector* ZEBDataHelper::getInstance() {
     if (const std::string url = ServerUrl(); !url.empty()) return ServerInstance(cache, url);
     const std::wstring file = GetDatabaseFile();
     const std::string utf8 = ToUtf8(file);
-    struct stat st{};
+    struct stat st {};
     auto found = cache.open.find(file);
     if (found != cache.open.end()) {
         // lstat: a link put in the file's place is a replacement, and is refused on reopening.

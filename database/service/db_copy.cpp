@@ -22,7 +22,7 @@ constexpr int kRefused = 1;
 constexpr int kUnusable = 2;
 
 bool FileExists(const std::wstring& file) {
-    struct stat st{};
+    struct stat st {};
     return ::lstat(ToUtf8(file).c_str(), &st) == 0;
 }
 

@@ -60,10 +60,11 @@ constexpr int64_t kSchemaLock = 0x76616e746f72;  // "vantor"
 int StoredVersion(PGconn* conn) {
     if (Exec(conn, "SELECT to_regclass('meta') IS NOT NULL").Text(0, 0) != L"t") {
         // Another program's database: ours start from an empty one.
-        const PgResult tables = Exec(conn,
-            "SELECT count(*) FROM pg_catalog.pg_class c"
-            " JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace"
-            " WHERE n.nspname = current_schema() AND c.relkind IN ('r', 'p', 'v', 'm')");
+        const PgResult tables =
+            Exec(conn,
+                 "SELECT count(*) FROM pg_catalog.pg_class c"
+                 " JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace"
+                 " WHERE n.nspname = current_schema() AND c.relkind IN ('r', 'p', 'v', 'm')");
         if (tables.Int(0, 0) > 0)
             throw PgError("the database holds another program's tables; it is left untouched", "");
         return 0;
@@ -74,7 +75,8 @@ int StoredVersion(PGconn* conn) {
 
 // Identity columns go on from the largest id given explicitly.
 void RestartIdentities(PGconn* conn) {
-    for (const char* table : {"fastener_name", "thread_size", "material_group", "material", "hardware"}) {
+    for (const char* table :
+         {"fastener_name", "thread_size", "material_group", "material", "hardware"}) {
         const std::string sql = std::string("SELECT setval(pg_get_serial_sequence('") + table +
                                 "', 'id'), coalesce(max(id), 0) + 1, false) FROM " + table;
         Exec(conn, sql.c_str());
@@ -88,7 +90,8 @@ void UpgradePgSchema(PGconn* conn) {
     const int version = StoredVersion(conn);
     if (version > kPgSchemaVersion)
         throw PgError("the database was written by a newer version (schema " +
-                      std::to_string(version) + "); it is left untouched", "");
+                          std::to_string(version) + "); it is left untouched",
+                      "");
     if (version == kPgSchemaVersion) return;
     // One step per version; a database is carried through every step it has not had yet.
     if (version < 1) {
@@ -105,15 +108,20 @@ CatalogueData ReadPgCatalogue(PGconn* conn) {
     CatalogueData data;
     const PgResult name = Exec(conn, "SELECT value FROM meta WHERE key = 'name'");
     if (name.Rows() > 0) data.name = name.Text(0, 0);
-    const PgResult threads = Exec(conn, "SELECT size, diameter, pitch, text FROM thread_size ORDER BY id");
+    const PgResult threads =
+        Exec(conn, "SELECT size, diameter, pitch, text FROM thread_size ORDER BY id");
     for (int r = 0; r < threads.Rows(); ++r)
-        data.threads.push_back({threads.Text(r, 0), threads.Real(r, 1), threads.Real(r, 2), threads.Text(r, 3)});
+        data.threads.push_back(
+            {threads.Text(r, 0), threads.Real(r, 1), threads.Real(r, 2), threads.Text(r, 3)});
     const PgResult names = Exec(conn, "SELECT name, alternate FROM fastener_name ORDER BY id");
-    for (int r = 0; r < names.Rows(); ++r) data.fasteners.push_back({names.Text(r, 0), names.Text(r, 1)});
-    const PgResult attributes = Exec(conn,
+    for (int r = 0; r < names.Rows(); ++r)
+        data.fasteners.push_back({names.Text(r, 0), names.Text(r, 1)});
+    const PgResult attributes = Exec(
+        conn,
         "SELECT set_name, designation, value FROM attribute ORDER BY set_name, designation_key");
     for (int r = 0; r < attributes.Rows(); ++r)
-        data.attributes.push_back({attributes.Text(r, 0), attributes.Text(r, 1), attributes.Text(r, 2)});
+        data.attributes.push_back(
+            {attributes.Text(r, 0), attributes.Text(r, 1), attributes.Text(r, 2)});
     const PgResult groups = Exec(conn, "SELECT id, name FROM material_group ORDER BY id");
     std::map<int64_t, size_t> groupIndex;
     for (int r = 0; r < groups.Rows(); ++r) {
@@ -127,7 +135,8 @@ CatalogueData ReadPgCatalogue(PGconn* conn) {
         data.groups[group->second].materials.push_back(materials.Text(r, 1));
     }
     const PgResult hardware = Exec(conn,
-        "SELECT id, designation, kind, standard, thread, length, material FROM hardware ORDER BY id");
+                                   "SELECT id, designation, kind, standard, thread, length, "
+                                   "material FROM hardware ORDER BY id");
     for (int r = 0; r < hardware.Rows(); ++r)
         data.hardware.push_back({hardware.Int(r, 0), hardware.Text(r, 1), hardware.Text(r, 2),
                                  hardware.Text(r, 3), hardware.Text(r, 4), hardware.Real(r, 5),
@@ -155,9 +164,9 @@ void ReplacePgCatalogue(PGconn* conn, const CatalogueData& data) {
              " VALUES($1, $2, $3, $4)",
              {a.set, a.designation, ZebFoldCase(a.designation), a.value});
     for (const CatalogueData::Group& g : data.groups) {
-        const PgResult group = Exec(conn,
-            "INSERT INTO material_group(name, name_key) VALUES($1, $2) RETURNING id",
-            {g.name, ZebFoldCase(g.name)});
+        const PgResult group =
+            Exec(conn, "INSERT INTO material_group(name, name_key) VALUES($1, $2) RETURNING id",
+                 {g.name, ZebFoldCase(g.name)});
         const int64_t groupId = group.Int(0, 0);
         for (const std::wstring& m : g.materials)
             Exec(conn, "INSERT INTO material(group_id, name, name_key) VALUES($1, $2, $3)",
@@ -165,12 +174,13 @@ void ReplacePgCatalogue(PGconn* conn, const CatalogueData& data) {
     }
     // Hardware records keep their ids: other data may refer to them.
     for (const ZebHardwareRecord& h : data.hardware)
-        Exec(conn,
-             "INSERT INTO hardware(id, designation, designation_key, kind, standard, thread, length,"
-             " material, material_key) VALUES(coalesce(nullif($1::bigint, 0),"
-             " nextval(pg_get_serial_sequence('hardware', 'id'))), $2, $3, $4, $5, $6, $7, $8, $9)",
-             {h.id, h.designation, ZebFoldCase(h.designation), h.kind, h.standard, h.thread,
-              h.length, h.material, ZebFoldCase(h.material)});
+        Exec(
+            conn,
+            "INSERT INTO hardware(id, designation, designation_key, kind, standard, thread, length,"
+            " material, material_key) VALUES(coalesce(nullif($1::bigint, 0),"
+            " nextval(pg_get_serial_sequence('hardware', 'id'))), $2, $3, $4, $5, $6, $7, $8, $9)",
+            {h.id, h.designation, ZebFoldCase(h.designation), h.kind, h.standard, h.thread,
+             h.length, h.material, ZebFoldCase(h.material)});
     int64_t position = 0;
     for (const std::wstring& name : data.ignore)
         Exec(conn, "INSERT INTO ignore_item(position, name) VALUES($1, $2)", {++position, name});

@@ -81,12 +81,12 @@ std::string WithoutPassword(const std::string& conninfo) {
         // Drop the password of user:password@ in the authority part.
         const size_t start = text.find("://") + 3;
         const size_t end = text.find_first_of("/?", start);
-        const std::string authority = text.substr(start, end == std::string::npos ? end : end - start);
+        const std::string authority =
+            text.substr(start, end == std::string::npos ? end : end - start);
         const size_t at = authority.rfind('@');
         if (at != std::string::npos) {
             const size_t colon = authority.find(':');
-            if (colon != std::string::npos && colon < at)
-                text.erase(start + colon, at - colon);
+            if (colon != std::string::npos && colon < at) text.erase(start + colon, at - colon);
         }
         // Drop password=... among the query parameters.
         const size_t query = text.find('?');
@@ -110,7 +110,8 @@ std::string WithoutPassword(const std::string& conninfo) {
         while (pos < text.size() && std::isspace(static_cast<unsigned char>(text[pos]))) ++pos;
         if (pos >= text.size()) break;
         const size_t keyStart = pos;
-        while (pos < text.size() && text[pos] != '=' && !std::isspace(static_cast<unsigned char>(text[pos])))
+        while (pos < text.size() && text[pos] != '=' &&
+               !std::isspace(static_cast<unsigned char>(text[pos])))
             ++pos;
         const std::string key = text.substr(keyStart, pos - keyStart);
         while (pos < text.size() && std::isspace(static_cast<unsigned char>(text[pos]))) ++pos;

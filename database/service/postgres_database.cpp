@@ -18,11 +18,8 @@ namespace {
 // database" after 5 s instead of a hung dialog; a network that dies under a session is noticed
 // within about a minute (TCP only; a local socket needs none of it).
 constexpr std::pair<const char*, const char*> kDefaults[] = {
-    {"connect_timeout", "5"},
-    {"keepalives_idle", "30"},
-    {"keepalives_interval", "10"},
-    {"keepalives_count", "3"},
-    {"tcp_user_timeout", "60000"},
+    {"connect_timeout", "5"},  {"keepalives_idle", "30"},     {"keepalives_interval", "10"},
+    {"keepalives_count", "3"}, {"tcp_user_timeout", "60000"},
 };
 // No single statement of ours runs this long; one that waits on a stuck lock gives up.
 constexpr const char* kStatementTimeout = "30s";
@@ -34,7 +31,8 @@ void Report(const std::wstring& where, const char* operation, const std::string&
 
 std::string ConnectionMessage(PGconn* conn) {
     std::string message = conn ? PQerrorMessage(conn) : "out of memory";
-    while (!message.empty() && (message.back() == '\n' || message.back() == ' ')) message.pop_back();
+    while (!message.empty() && (message.back() == '\n' || message.back() == ' '))
+        message.pop_back();
     return message.empty() ? "the connection failed" : message;
 }
 
@@ -66,7 +64,8 @@ PGconn* Connect(const std::string& conninfo, std::string& error) {
     for (const auto& entry : kDefaults) {
         const std::string_view key = entry.first;
         if (key == "connect_timeout" && std::getenv("PGCONNECT_TIMEOUT")) continue;
-        if (std::find_if(keys.begin(), keys.end(), [&](const char* k) { return k == key; }) == keys.end()) {
+        if (std::find_if(keys.begin(), keys.end(), [&](const char* k) { return k == key; }) ==
+            keys.end()) {
             keys.push_back(entry.first);
             values.push_back(entry.second);
         }
@@ -88,8 +87,8 @@ PGconn* Connect(const std::string& conninfo, std::string& error) {
 }
 
 int64_t GroupId(PGconn* conn, const std::wstring& group) {
-    const PgResult find = Exec(conn, "SELECT id FROM material_group WHERE name_key = $1",
-                               {ZebFoldCase(group)});
+    const PgResult find =
+        Exec(conn, "SELECT id FROM material_group WHERE name_key = $1", {ZebFoldCase(group)});
     return find.Rows() > 0 ? find.Int(0, 0) : 0;
 }
 
@@ -182,7 +181,7 @@ int32_t PostgresDatabase::WithTransaction(const char* operation,
 }
 
 ZebDbResult PostgresDatabase::ReadTexts(const char* operation, const char* sql,
-                                    std::list<std::wstring>& texts) {
+                                        std::list<std::wstring>& texts) {
     std::list<std::wstring> read;
     const ZebDbResult result = Read(operation, [&] {
         const PgResult select = Exec(conn_, sql);
@@ -195,7 +194,8 @@ ZebDbResult PostgresDatabase::ReadTexts(const char* operation, const char* sql,
 
 // ---- materials ----
 
-ZebDbResult PostgresDatabase::InsertMaterial(const std::wstring& group, const std::wstring& material) {
+ZebDbResult PostgresDatabase::InsertMaterial(const std::wstring& group,
+                                             const std::wstring& material) {
     // A group another engineer creates at the same moment is waited for and then used.
     Exec(conn_,
          "INSERT INTO material_group(name, name_key) VALUES($1, $2)"
@@ -203,17 +203,18 @@ ZebDbResult PostgresDatabase::InsertMaterial(const std::wstring& group, const st
          {group, ZebFoldCase(group)});
     const int64_t groupId = GroupId(conn_, group);
     const PgResult insert = Exec(conn_,
-        "INSERT INTO material(group_id, name, name_key) VALUES($1, $2, $3)"
-        " ON CONFLICT(group_id, name_key) DO NOTHING",
-        {groupId, material, ZebFoldCase(material)});
+                                 "INSERT INTO material(group_id, name, name_key) VALUES($1, $2, $3)"
+                                 " ON CONFLICT(group_id, name_key) DO NOTHING",
+                                 {groupId, material, ZebFoldCase(material)});
     return insert.Affected() == 0 ? ZebDbExists : ZebDbOk;
 }
 
 bool PostgresDatabase::RemoveMaterial(const std::wstring& group, const std::wstring& material) {
     const int64_t groupId = GroupId(conn_, group);
     if (groupId == 0) return false;
-    const PgResult remove = Exec(conn_, "DELETE FROM material WHERE group_id = $1 AND name_key = $2",
-                                 {groupId, ZebFoldCase(material)});
+    const PgResult remove =
+        Exec(conn_, "DELETE FROM material WHERE group_id = $1 AND name_key = $2",
+             {groupId, ZebFoldCase(material)});
     if (remove.Affected() == 0) return false;
     Exec(conn_,
          "DELETE FROM material_group WHERE id = $1"
@@ -229,7 +230,9 @@ int32_t PostgresDatabase::MaterialExistsInGroup(const std::wstring& material,
                     "SELECT 1 FROM material m JOIN material_group g ON g.id = m.group_id"
                     " WHERE g.name_key = $1 AND m.name_key = $2",
                     {ZebFoldCase(group), ZebFoldCase(material)})
-                       .Rows() > 0 ? 1 : 0;
+                           .Rows() > 0
+                   ? 1
+                   : 0;
     });
     // A failed read must not pass for "exists".
     return result == 1 ? 1 : 0;
@@ -238,10 +241,12 @@ int32_t PostgresDatabase::MaterialExistsInGroup(const std::wstring& material,
 ZebDbResult PostgresDatabase::GetMaterialPairs(ZebMaterialPairList& pairs, int32_t) {
     ZebMaterialPairList read;
     const ZebDbResult result = Read("GetMaterialPairs", [&] {
-        const PgResult select = Exec(conn_,
-            "SELECT g.name, m.name FROM material m JOIN material_group g ON g.id = m.group_id"
-            " ORDER BY g.name_key, m.name_key");
-        for (int r = 0; r < select.Rows(); ++r) read.emplace_back(select.Text(r, 0), select.Text(r, 1));
+        const PgResult select =
+            Exec(conn_,
+                 "SELECT g.name, m.name FROM material m JOIN material_group g ON g.id = m.group_id"
+                 " ORDER BY g.name_key, m.name_key");
+        for (int r = 0; r < select.Rows(); ++r)
+            read.emplace_back(select.Text(r, 0), select.Text(r, 1));
         return ZebDbOk;
     });
     if (result == ZebDbOk) pairs = std::move(read);
@@ -249,13 +254,13 @@ ZebDbResult PostgresDatabase::GetMaterialPairs(ZebMaterialPairList& pairs, int32
 }
 
 ZebDbResult PostgresDatabase::AddMaterial(const std::wstring& group, const std::wstring& material,
-                                      int32_t) {
+                                          int32_t) {
     if (group.empty() || material.empty()) return ZebDbFailed;
     return Write("AddMaterial", [&] { return InsertMaterial(group, material); });
 }
 
-ZebDbResult PostgresDatabase::DeleteMaterial(const std::wstring& group, const std::wstring& material,
-                                         int32_t) {
+ZebDbResult PostgresDatabase::DeleteMaterial(const std::wstring& group,
+                                             const std::wstring& material, int32_t) {
     return Write("DeleteMaterial",
                  [&] { return RemoveMaterial(group, material) ? ZebDbOk : ZebDbFailed; });
 }
@@ -270,17 +275,19 @@ ZebDbResult PostgresDatabase::UndoAddedMaterials(const ZebMaterialPairList& adde
 ZebDbResult PostgresDatabase::UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t) {
     return Write("UndoDeletedMaterials", [&] {
         for (const auto& [group, material] : deleted)
-            if (!group.empty() && !material.empty()) (void)InsertMaterial(group, material);  // one there already stays
+            if (!group.empty() && !material.empty())
+                (void)InsertMaterial(group, material);  // one there already stays
         return ZebDbOk;
     });
 }
 
 ZebDbResult PostgresDatabase::UndoMaterialChanges(const ZebMaterialPairList& added,
-                                              const ZebMaterialPairList& deleted, int32_t) {
+                                                  const ZebMaterialPairList& deleted, int32_t) {
     return Write("UndoMaterialChanges", [&] {
         for (const auto& [group, material] : added) RemoveMaterial(group, material);
         for (const auto& [group, material] : deleted)
-            if (!group.empty() && !material.empty()) (void)InsertMaterial(group, material);  // one there already stays
+            if (!group.empty() && !material.empty())
+                (void)InsertMaterial(group, material);  // one there already stays
         return ZebDbOk;
     });
 }
@@ -291,14 +298,16 @@ ZebDbResult PostgresDatabase::GetMaterialGroups(std::list<std::wstring>& groups,
 }
 
 ZebDbResult PostgresDatabase::GetGroupMaterials(const std::wstring& group, std::wstring& materials,
-                                            int32_t) {
+                                                int32_t) {
     std::wstring joined;
     const ZebDbResult result = Read("GetGroupMaterials", [&] {
-        const PgResult select = Exec(conn_,
-            "SELECT m.name FROM material m JOIN material_group g ON g.id = m.group_id"
-            " WHERE g.name_key = $1 ORDER BY m.name_key",
-            {ZebFoldCase(group)});
-        for (int r = 0; r < select.Rows(); ++r) joined += (joined.empty() ? L"" : L";") + select.Text(r, 0);
+        const PgResult select =
+            Exec(conn_,
+                 "SELECT m.name FROM material m JOIN material_group g ON g.id = m.group_id"
+                 " WHERE g.name_key = $1 ORDER BY m.name_key",
+                 {ZebFoldCase(group)});
+        for (int r = 0; r < select.Rows(); ++r)
+            joined += (joined.empty() ? L"" : L";") + select.Text(r, 0);
         return ZebDbOk;
     });
     if (result == ZebDbOk) materials = std::move(joined);
@@ -310,11 +319,15 @@ int32_t PostgresDatabase::CheckMaterialUse(const std::wstring& material, const s
     return Read("CheckMaterialUse", [&] {
         if (!material.empty())
             return Exists(conn_, "SELECT 1 FROM hardware WHERE material_key = $1 LIMIT 1",
-                          ZebFoldCase(material)) ? 0 : 1;
+                          ZebFoldCase(material))
+                       ? 0
+                       : 1;
         return Exists(conn_,
                       "SELECT 1 FROM hardware h JOIN material m ON m.name_key = h.material_key"
                       " JOIN material_group g ON g.id = m.group_id WHERE g.name_key = $1 LIMIT 1",
-                      ZebFoldCase(group)) ? 0 : 1;
+                      ZebFoldCase(group))
+                   ? 0
+                   : 1;
     });
 }
 
@@ -326,18 +339,20 @@ ZebDbResult PostgresDatabase::GetFastenerNames(std::list<std::wstring>& names) {
 
 ZebDbResult PostgresDatabase::GetAlternateFastenerNames(std::list<std::wstring>& names) {
     return ReadTexts("GetAlternateFastenerNames",
-                     "SELECT alternate FROM fastener_name WHERE alternate <> '' ORDER BY id", names);
+                     "SELECT alternate FROM fastener_name WHERE alternate <> '' ORDER BY id",
+                     names);
 }
 
 ZebDbResult PostgresDatabase::SetFastenerAttribute(const std::wstring& designation,
-                                               const std::wstring& text) {
+                                                   const std::wstring& text) {
     if (designation.empty()) return ZebDbFailed;
     return Write("SetFastenerAttribute", [&] {
         Exec(conn_,
              "INSERT INTO attribute(set_name, designation, designation_key, value)"
              " VALUES($1, $2, $3, $4) ON CONFLICT(set_name, designation_key)"
              " DO UPDATE SET designation = excluded.designation, value = excluded.value",
-             {std::wstring(kFastenerThreadAttributeSet), designation, ZebFoldCase(designation), text});
+             {std::wstring(kFastenerThreadAttributeSet), designation, ZebFoldCase(designation),
+              text});
         return ZebDbOk;
     });
 }
@@ -348,9 +363,9 @@ ZebDbResult PostgresDatabase::AddFastenerName(const std::wstring& name) {
         // Of two engineers adding the same name at once, the second waits on the key and then
         // inserts nothing.
         const PgResult insert = Exec(conn_,
-            "INSERT INTO fastener_name(name, name_key) VALUES($1, $2)"
-            " ON CONFLICT(name_key) DO NOTHING",
-            {name, ZebFoldCase(name)});
+                                     "INSERT INTO fastener_name(name, name_key) VALUES($1, $2)"
+                                     " ON CONFLICT(name_key) DO NOTHING",
+                                     {name, ZebFoldCase(name)});
         return insert.Affected() == 0 ? ZebDbExists : ZebDbOk;
     });
 }
@@ -358,18 +373,23 @@ ZebDbResult PostgresDatabase::AddFastenerName(const std::wstring& name) {
 ZebDbResult PostgresDatabase::DeleteFastenerName(const std::wstring& name) {
     return Write("DeleteFastenerName", [&] {
         return Exec(conn_, "DELETE FROM fastener_name WHERE name_key = $1", {ZebFoldCase(name)})
-                       .Affected() == 0 ? ZebDbFailed : ZebDbOk;
+                           .Affected() == 0
+                   ? ZebDbFailed
+                   : ZebDbOk;
     });
 }
 
 ZebDbResult PostgresDatabase::RenameFastenerName(const std::wstring& oldName,
-                                             const std::wstring& newName) {
+                                                 const std::wstring& newName) {
     if (newName.empty()) return ZebDbFailed;
     return Write("RenameFastenerName", [&] {
         try {
-            return Exec(conn_, "UPDATE fastener_name SET name = $1, name_key = $2 WHERE name_key = $3",
+            return Exec(conn_,
+                        "UPDATE fastener_name SET name = $1, name_key = $2 WHERE name_key = $3",
                         {newName, ZebFoldCase(newName), ZebFoldCase(oldName)})
-                           .Affected() == 0 ? ZebDbFailed : ZebDbOk;
+                               .Affected() == 0
+                       ? ZebDbFailed
+                       : ZebDbOk;
         } catch (const PgError& e) {
             // Another entry holds the new name: refused, not a fault.
             if (e.IsUniqueViolation()) return ZebDbFailed;
@@ -383,12 +403,14 @@ ZebDbResult PostgresDatabase::RenameFastenerName(const std::wstring& oldName,
 ZebDbResult PostgresDatabase::GetHardwareList(std::list<ZebHardwareRecord>& records) {
     std::list<ZebHardwareRecord> read;
     const ZebDbResult result = Read("GetHardwareList", [&] {
-        const PgResult select = Exec(conn_,
-            "SELECT id, designation, kind, standard, thread, length, material FROM hardware"
-            " ORDER BY designation_key");
+        const PgResult select =
+            Exec(conn_,
+                 "SELECT id, designation, kind, standard, thread, length, material FROM hardware"
+                 " ORDER BY designation_key");
         for (int r = 0; r < select.Rows(); ++r)
-            read.push_back({select.Int(r, 0), select.Text(r, 1), select.Text(r, 2), select.Text(r, 3),
-                            select.Text(r, 4), select.Real(r, 5), select.Text(r, 6)});
+            read.push_back({select.Int(r, 0), select.Text(r, 1), select.Text(r, 2),
+                            select.Text(r, 3), select.Text(r, 4), select.Real(r, 5),
+                            select.Text(r, 6)});
         return ZebDbOk;
     });
     if (result == ZebDbOk) records = std::move(read);
@@ -399,7 +421,8 @@ ZebDbResult PostgresDatabase::AddHardwareRecord(ZebHardwareRecord& record) {
     if (record.designation.empty()) return ZebDbFailed;
     int64_t id = 0;
     const ZebDbResult result = Write("AddHardwareRecord", [&] {
-        const PgResult insert = Exec(conn_,
+        const PgResult insert = Exec(
+            conn_,
             "INSERT INTO hardware(designation, designation_key, kind, standard, thread, length,"
             " material, material_key) VALUES($1, $2, $3, $4, $5, $6, $7, $8)"
             " ON CONFLICT(designation_key) DO NOTHING RETURNING id",
@@ -417,13 +440,14 @@ ZebDbResult PostgresDatabase::UpdateHardwareRecord(const ZebHardwareRecord& reco
     if (record.designation.empty()) return ZebDbFailed;
     return Write("UpdateHardwareRecord", [&] {
         try {
-            const PgResult update = Exec(conn_,
-                "UPDATE hardware SET designation = $1, designation_key = $2, kind = $3,"
-                " standard = $4, thread = $5, length = $6, material = $7, material_key = $8"
-                " WHERE id = $9",
-                {record.designation, ZebFoldCase(record.designation), record.kind, record.standard,
-                 record.thread, record.length, record.material, ZebFoldCase(record.material),
-                 record.id});
+            const PgResult update =
+                Exec(conn_,
+                     "UPDATE hardware SET designation = $1, designation_key = $2, kind = $3,"
+                     " standard = $4, thread = $5, length = $6, material = $7, material_key = $8"
+                     " WHERE id = $9",
+                     {record.designation, ZebFoldCase(record.designation), record.kind,
+                      record.standard, record.thread, record.length, record.material,
+                      ZebFoldCase(record.material), record.id});
             return update.Affected() == 0 ? ZebDbFailed : ZebDbOk;
         } catch (const PgError& e) {
             // The new designation belongs to another record.
@@ -456,7 +480,8 @@ ZebDbResult PostgresDatabase::SaveInterferenceIgnoreList(const std::list<std::ws
         ExecScript(conn_, "DELETE FROM ignore_item");
         int64_t position = 0;
         for (const std::wstring& name : names)
-            Exec(conn_, "INSERT INTO ignore_item(position, name) VALUES($1, $2)", {++position, name});
+            Exec(conn_, "INSERT INTO ignore_item(position, name) VALUES($1, $2)",
+                 {++position, name});
         return ZebDbOk;
     });
 }
@@ -464,11 +489,11 @@ ZebDbResult PostgresDatabase::SaveInterferenceIgnoreList(const std::list<std::ws
 // ---- attribute sets and the database itself ----
 
 ZebDbResult PostgresDatabase::GetAttributeData(const std::wstring& setName,
-                                           std::map<std::wstring, std::wstring>& data) {
+                                               std::map<std::wstring, std::wstring>& data) {
     std::map<std::wstring, std::wstring> read;
     const ZebDbResult result = Read("GetAttributeData", [&] {
-        const PgResult select = Exec(conn_,
-            "SELECT designation, value FROM attribute WHERE set_name = $1", {setName});
+        const PgResult select =
+            Exec(conn_, "SELECT designation, value FROM attribute WHERE set_name = $1", {setName});
         for (int r = 0; r < select.Rows(); ++r) read[select.Text(r, 0)] = select.Text(r, 1);
         return ZebDbOk;
     });

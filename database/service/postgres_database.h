@@ -35,27 +35,29 @@ public:
                                   int32_t reserved) override;
     ZebDbResult GetMaterialPairs(ZebMaterialPairList& pairs, int32_t reserved) override;
     ZebDbResult AddMaterial(const std::wstring& group, const std::wstring& material,
-                        int32_t reserved) override;
+                            int32_t reserved) override;
     ZebDbResult DeleteMaterial(const std::wstring& group, const std::wstring& material,
-                           int32_t reserved) override;
+                               int32_t reserved) override;
     ZebDbResult UndoAddedMaterials(const ZebMaterialPairList& added, int32_t reserved) override;
     ZebDbResult UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t reserved) override;
     ZebDbResult GetMaterialGroups(std::list<std::wstring>& groups, int32_t reserved) override;
     ZebDbResult GetGroupMaterials(const std::wstring& group, std::wstring& materials,
-                              int32_t reserved) override;
+                                  int32_t reserved) override;
     int32_t CheckMaterialUse(const std::wstring& material, const std::wstring& group,
                              int32_t reserved) override;
     ZebDbResult GetFastenerNames(std::list<std::wstring>& names) override;
     ZebDbResult GetAlternateFastenerNames(std::list<std::wstring>& names) override;
-    ZebDbResult SetFastenerAttribute(const std::wstring& designation, const std::wstring& text) override;
+    ZebDbResult SetFastenerAttribute(const std::wstring& designation,
+                                     const std::wstring& text) override;
     ZebDbResult AddFastenerName(const std::wstring& name) override;
     ZebDbResult DeleteFastenerName(const std::wstring& name) override;
-    ZebDbResult RenameFastenerName(const std::wstring& oldName, const std::wstring& newName) override;
+    ZebDbResult RenameFastenerName(const std::wstring& oldName,
+                                   const std::wstring& newName) override;
     ZebDbResult GetHardwareList(std::list<ZebHardwareRecord>& records) override;
     ZebDbResult GetInterferenceIgnoreList(std::list<std::wstring>& names) override;
     ZebDbResult SaveInterferenceIgnoreList(const std::list<std::wstring>& names) override;
     ZebDbResult GetAttributeData(const std::wstring& setName,
-                             std::map<std::wstring, std::wstring>& data) override;
+                                 std::map<std::wstring, std::wstring>& data) override;
     ZebDbResult AddHardwareRecord(ZebHardwareRecord& record) override;
     ZebDbResult UpdateHardwareRecord(const ZebHardwareRecord& record) override;
     ZebDbResult DeleteHardwareRecord(int64_t id) override;
@@ -67,7 +69,8 @@ public:
     std::wstring GetDatabasePath() const override { return display_; }
 
 private:
-    PostgresDatabase(PGconn* conn, std::wstring display) : conn_(conn), display_(std::move(display)) {}
+    PostgresDatabase(PGconn* conn, std::wstring display)
+        : conn_(conn), display_(std::move(display)) {}
 
     // Runs `body` in one transaction. A failed server call rolls back, is reported on standard
     // error with the server's message and gives -1; a write whose body returns non-zero is

@@ -87,10 +87,12 @@ CatalogueData ReadCatalogue(sqlite3* db) {
     if (name.Step()) data.name = name.Text(0);
     Statement threads(db, "SELECT size, diameter, pitch, text FROM thread_size ORDER BY id");
     while (threads.Step())
-        data.threads.push_back({threads.Text(0), threads.Real(1), threads.Real(2), threads.Text(3)});
+        data.threads.push_back(
+            {threads.Text(0), threads.Real(1), threads.Real(2), threads.Text(3)});
     Statement names(db, "SELECT name, alternate FROM fastener_name ORDER BY id");
     while (names.Step()) data.fasteners.push_back({names.Text(0), names.Text(1)});
-    Statement attributes(db,
+    Statement attributes(
+        db,
         "SELECT set_name, designation, value FROM attribute ORDER BY set_name, designation_key");
     while (attributes.Step())
         data.attributes.push_back({attributes.Text(0), attributes.Text(1), attributes.Text(2)});
@@ -107,10 +109,12 @@ CatalogueData ReadCatalogue(sqlite3* db) {
         data.groups[group->second].materials.push_back(materials.Text(1));
     }
     Statement hardware(db,
-        "SELECT id, designation, kind, standard, thread, length, material FROM hardware ORDER BY id");
+                       "SELECT id, designation, kind, standard, thread, length, material FROM "
+                       "hardware ORDER BY id");
     while (hardware.Step())
-        data.hardware.push_back({hardware.Int(0), hardware.Text(1), hardware.Text(2), hardware.Text(3),
-                                 hardware.Text(4), hardware.Real(5), hardware.Text(6)});
+        data.hardware.push_back({hardware.Int(0), hardware.Text(1), hardware.Text(2),
+                                 hardware.Text(3), hardware.Text(4), hardware.Real(5),
+                                 hardware.Text(6)});
     Statement ignore(db, "SELECT name FROM ignore_item ORDER BY position");
     while (ignore.Step()) data.ignore.push_back(ignore.Text(0));
     return data;
@@ -124,7 +128,8 @@ void ReplaceCatalogue(sqlite3* db, const CatalogueData& data) {
     Statement meta(db, "INSERT INTO meta(key, value) VALUES('name', ?1)");
     meta.Bind(1, data.name).Run();
 
-    Statement thread(db, "INSERT INTO thread_size(size, diameter, pitch, text) VALUES(?1,?2,?3,?4)");
+    Statement thread(db,
+                     "INSERT INTO thread_size(size, diameter, pitch, text) VALUES(?1,?2,?3,?4)");
     for (const CatalogueData::Thread& t : data.threads) {
         thread.Reset();
         thread.Bind(1, t.size).Bind(2, t.diameter).Bind(3, t.pitch).Bind(4, t.text).Run();
@@ -134,12 +139,16 @@ void ReplaceCatalogue(sqlite3* db, const CatalogueData& data) {
         name.Reset();
         name.Bind(1, f.name).Bind(2, ZebFoldCase(f.name)).Bind(3, f.alternate).Run();
     }
-    Statement attribute(db,
+    Statement attribute(
+        db,
         "INSERT INTO attribute(set_name, designation, designation_key, value) VALUES(?1,?2,?3,?4)");
     for (const CatalogueData::Attribute& a : data.attributes) {
         attribute.Reset();
-        attribute.Bind(1, a.set).Bind(2, a.designation).Bind(3, ZebFoldCase(a.designation))
-            .Bind(4, a.value).Run();
+        attribute.Bind(1, a.set)
+            .Bind(2, a.designation)
+            .Bind(3, ZebFoldCase(a.designation))
+            .Bind(4, a.value)
+            .Run();
     }
 
     Statement group(db, "INSERT INTO material_group(name, name_key) VALUES(?1, ?2)");
@@ -155,14 +164,22 @@ void ReplaceCatalogue(sqlite3* db, const CatalogueData& data) {
     }
 
     // Hardware records keep their ids (0: a new one): other data may refer to them.
-    Statement hardware(db,
+    Statement hardware(
+        db,
         "INSERT INTO hardware(id, designation, designation_key, kind, standard, thread, length,"
         " material, material_key) VALUES(nullif(?1, 0),?2,?3,?4,?5,?6,?7,?8,?9)");
     for (const ZebHardwareRecord& h : data.hardware) {
         hardware.Reset();
-        hardware.Bind(1, h.id).Bind(2, h.designation).Bind(3, ZebFoldCase(h.designation))
-            .Bind(4, h.kind).Bind(5, h.standard).Bind(6, h.thread).Bind(7, h.length)
-            .Bind(8, h.material).Bind(9, ZebFoldCase(h.material)).Run();
+        hardware.Bind(1, h.id)
+            .Bind(2, h.designation)
+            .Bind(3, ZebFoldCase(h.designation))
+            .Bind(4, h.kind)
+            .Bind(5, h.standard)
+            .Bind(6, h.thread)
+            .Bind(7, h.length)
+            .Bind(8, h.material)
+            .Bind(9, ZebFoldCase(h.material))
+            .Run();
     }
     Statement ignore(db, "INSERT INTO ignore_item(position, name) VALUES(?1, ?2)");
     int64_t position = 0;

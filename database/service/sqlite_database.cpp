@@ -39,7 +39,7 @@ int64_t GroupId(sqlite3* db, const std::wstring& group) {
 // else's choosing: SQLite follows links for the journal, so every transaction checks first.
 std::string JournalProblem(const std::string& file) {
     const std::string journal = file + "-journal";
-    struct stat st{};
+    struct stat st {};
     if (::lstat(journal.c_str(), &st) != 0 || S_ISREG(st.st_mode)) return {};
     return "its journal " + journal +
            (S_ISLNK(st.st_mode) ? " is a symbolic link, which is not followed"
@@ -59,7 +59,7 @@ std::unique_ptr<SqliteDatabase> SqliteDatabase::Open(const std::wstring& path, s
     // In a shared folder anyone may plant a link named like the database, to have our writes
     // (or a new database) land in a file of their choosing; only a plain file of that name is
     // ours. SQLite refuses a link itself too, which narrows the gap after this check.
-    struct stat st{};
+    struct stat st {};
     if (::lstat(file.c_str(), &st) == 0) {
         if (S_ISLNK(st.st_mode)) {
             error = "it is a symbolic link, which is not followed";
@@ -73,8 +73,9 @@ std::unique_ptr<SqliteDatabase> SqliteDatabase::Open(const std::wstring& path, s
     error = JournalProblem(file);
     if (!error.empty()) return nullptr;
     sqlite3* db = nullptr;
-    const int rc = sqlite3_open_v2(file.c_str(), &db,
-                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOFOLLOW, nullptr);
+    const int rc =
+        sqlite3_open_v2(file.c_str(), &db,
+                        SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOFOLLOW, nullptr);
     if (rc != SQLITE_OK) {
         error = db ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
         sqlite3_close(db);
@@ -136,7 +137,7 @@ ZebDbResult SqliteDatabase::Write(const char* operation, const std::function<int
 }
 
 ZebDbResult SqliteDatabase::ReadTexts(const char* operation, const char* sql,
-                                  std::list<std::wstring>& texts) {
+                                      std::list<std::wstring>& texts) {
     std::list<std::wstring> read;
     const ZebDbResult result = Read(operation, [&] {
         Statement select(db_, sql);
@@ -149,7 +150,8 @@ ZebDbResult SqliteDatabase::ReadTexts(const char* operation, const char* sql,
 
 // ---- materials ----
 
-ZebDbResult SqliteDatabase::InsertMaterial(const std::wstring& group, const std::wstring& material) {
+ZebDbResult SqliteDatabase::InsertMaterial(const std::wstring& group,
+                                           const std::wstring& material) {
     int64_t groupId = GroupId(db_, group);
     if (groupId == 0) {
         Statement insert(db_, "INSERT INTO material_group(name, name_key) VALUES(?1, ?2)");
@@ -157,8 +159,8 @@ ZebDbResult SqliteDatabase::InsertMaterial(const std::wstring& group, const std:
         groupId = sqlite3_last_insert_rowid(db_);
     }
     Statement insert(db_,
-        "INSERT INTO material(group_id, name, name_key) VALUES(?1, ?2, ?3)"
-        " ON CONFLICT(group_id, name_key) DO NOTHING");
+                     "INSERT INTO material(group_id, name, name_key) VALUES(?1, ?2, ?3)"
+                     " ON CONFLICT(group_id, name_key) DO NOTHING");
     insert.Bind(1, groupId).Bind(2, material).Bind(3, ZebFoldCase(material)).Run();
     return sqlite3_changes(db_) == 0 ? ZebDbExists : ZebDbOk;
 }
@@ -170,8 +172,8 @@ bool SqliteDatabase::RemoveMaterial(const std::wstring& group, const std::wstrin
     remove.Bind(1, groupId).Bind(2, ZebFoldCase(material)).Run();
     if (sqlite3_changes(db_) == 0) return false;
     Statement dropEmpty(db_,
-        "DELETE FROM material_group WHERE id = ?1"
-        " AND NOT EXISTS (SELECT 1 FROM material WHERE group_id = ?1)");
+                        "DELETE FROM material_group WHERE id = ?1"
+                        " AND NOT EXISTS (SELECT 1 FROM material WHERE group_id = ?1)");
     dropEmpty.Bind(1, groupId).Run();
     return true;
 }
@@ -180,8 +182,8 @@ int32_t SqliteDatabase::MaterialExistsInGroup(const std::wstring& material,
                                               const std::wstring& group, int32_t) {
     const ZebDbResult result = Read("MaterialExistsInGroup", [&] {
         Statement find(db_,
-            "SELECT 1 FROM material m JOIN material_group g ON g.id = m.group_id"
-            " WHERE g.name_key = ?1 AND m.name_key = ?2");
+                       "SELECT 1 FROM material m JOIN material_group g ON g.id = m.group_id"
+                       " WHERE g.name_key = ?1 AND m.name_key = ?2");
         find.Bind(1, ZebFoldCase(group)).Bind(2, ZebFoldCase(material));
         return find.Step() ? 1 : 0;
     });
@@ -192,7 +194,8 @@ int32_t SqliteDatabase::MaterialExistsInGroup(const std::wstring& material,
 ZebDbResult SqliteDatabase::GetMaterialPairs(ZebMaterialPairList& pairs, int32_t) {
     ZebMaterialPairList read;
     const ZebDbResult result = Read("GetMaterialPairs", [&] {
-        Statement select(db_,
+        Statement select(
+            db_,
             "SELECT g.name, m.name FROM material m JOIN material_group g ON g.id = m.group_id"
             " ORDER BY g.name_key, m.name_key");
         while (select.Step()) read.emplace_back(select.Text(0), select.Text(1));
@@ -203,13 +206,13 @@ ZebDbResult SqliteDatabase::GetMaterialPairs(ZebMaterialPairList& pairs, int32_t
 }
 
 ZebDbResult SqliteDatabase::AddMaterial(const std::wstring& group, const std::wstring& material,
-                                    int32_t) {
+                                        int32_t) {
     if (group.empty() || material.empty()) return ZebDbFailed;
     return Write("AddMaterial", [&] { return InsertMaterial(group, material); });
 }
 
 ZebDbResult SqliteDatabase::DeleteMaterial(const std::wstring& group, const std::wstring& material,
-                                       int32_t) {
+                                           int32_t) {
     return Write("DeleteMaterial",
                  [&] { return RemoveMaterial(group, material) ? ZebDbOk : ZebDbFailed; });
 }
@@ -224,17 +227,19 @@ ZebDbResult SqliteDatabase::UndoAddedMaterials(const ZebMaterialPairList& added,
 ZebDbResult SqliteDatabase::UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t) {
     return Write("UndoDeletedMaterials", [&] {
         for (const auto& [group, material] : deleted)
-            if (!group.empty() && !material.empty()) (void)InsertMaterial(group, material);  // one there already stays
+            if (!group.empty() && !material.empty())
+                (void)InsertMaterial(group, material);  // one there already stays
         return ZebDbOk;
     });
 }
 
 ZebDbResult SqliteDatabase::UndoMaterialChanges(const ZebMaterialPairList& added,
-                                              const ZebMaterialPairList& deleted, int32_t) {
+                                                const ZebMaterialPairList& deleted, int32_t) {
     return Write("UndoMaterialChanges", [&] {
         for (const auto& [group, material] : added) RemoveMaterial(group, material);
         for (const auto& [group, material] : deleted)
-            if (!group.empty() && !material.empty()) (void)InsertMaterial(group, material);  // one there already stays
+            if (!group.empty() && !material.empty())
+                (void)InsertMaterial(group, material);  // one there already stays
         return ZebDbOk;
     });
 }
@@ -245,12 +250,12 @@ ZebDbResult SqliteDatabase::GetMaterialGroups(std::list<std::wstring>& groups, i
 }
 
 ZebDbResult SqliteDatabase::GetGroupMaterials(const std::wstring& group, std::wstring& materials,
-                                          int32_t) {
+                                              int32_t) {
     std::wstring joined;
     const ZebDbResult result = Read("GetGroupMaterials", [&] {
         Statement select(db_,
-            "SELECT m.name FROM material m JOIN material_group g ON g.id = m.group_id"
-            " WHERE g.name_key = ?1 ORDER BY m.name_key");
+                         "SELECT m.name FROM material m JOIN material_group g ON g.id = m.group_id"
+                         " WHERE g.name_key = ?1 ORDER BY m.name_key");
         select.Bind(1, ZebFoldCase(group));
         while (select.Step()) joined += (joined.empty() ? L"" : L";") + select.Text(0);
         return ZebDbOk;
@@ -263,13 +268,16 @@ int32_t SqliteDatabase::CheckMaterialUse(const std::wstring& material, const std
                                          int32_t) {
     return Read("CheckMaterialUse", [&] {
         if (!material.empty())
-            return Exists(db_, "SELECT 1 FROM hardware WHERE material_key = ?1", ZebFoldCase(material))
-                       ? 0 : 1;
+            return Exists(db_, "SELECT 1 FROM hardware WHERE material_key = ?1",
+                          ZebFoldCase(material))
+                       ? 0
+                       : 1;
         return Exists(db_,
                       "SELECT 1 FROM hardware h JOIN material m ON m.name_key = h.material_key"
                       " JOIN material_group g ON g.id = m.group_id WHERE g.name_key = ?1",
                       ZebFoldCase(group))
-                   ? 0 : 1;
+                   ? 0
+                   : 1;
     });
 }
 
@@ -281,19 +289,24 @@ ZebDbResult SqliteDatabase::GetFastenerNames(std::list<std::wstring>& names) {
 
 ZebDbResult SqliteDatabase::GetAlternateFastenerNames(std::list<std::wstring>& names) {
     return ReadTexts("GetAlternateFastenerNames",
-                     "SELECT alternate FROM fastener_name WHERE alternate <> '' ORDER BY id", names);
+                     "SELECT alternate FROM fastener_name WHERE alternate <> '' ORDER BY id",
+                     names);
 }
 
 ZebDbResult SqliteDatabase::SetFastenerAttribute(const std::wstring& designation,
-                                             const std::wstring& text) {
+                                                 const std::wstring& text) {
     if (designation.empty()) return ZebDbFailed;
     return Write("SetFastenerAttribute", [&] {
-        Statement upsert(db_,
+        Statement upsert(
+            db_,
             "INSERT INTO attribute(set_name, designation, designation_key, value)"
             " VALUES(?1, ?2, ?3, ?4) ON CONFLICT(set_name, designation_key)"
             " DO UPDATE SET designation = excluded.designation, value = excluded.value");
-        upsert.Bind(1, std::wstring(kFastenerThreadAttributeSet)).Bind(2, designation)
-            .Bind(3, ZebFoldCase(designation)).Bind(4, text).Run();
+        upsert.Bind(1, std::wstring(kFastenerThreadAttributeSet))
+            .Bind(2, designation)
+            .Bind(3, ZebFoldCase(designation))
+            .Bind(4, text)
+            .Run();
         return ZebDbOk;
     });
 }
@@ -302,8 +315,8 @@ ZebDbResult SqliteDatabase::AddFastenerName(const std::wstring& name) {
     if (name.empty()) return ZebDbFailed;
     return Write("AddFastenerName", [&] {
         Statement insert(db_,
-            "INSERT INTO fastener_name(name, name_key) VALUES(?1, ?2)"
-            " ON CONFLICT(name_key) DO NOTHING");
+                         "INSERT INTO fastener_name(name, name_key) VALUES(?1, ?2)"
+                         " ON CONFLICT(name_key) DO NOTHING");
         insert.Bind(1, name).Bind(2, ZebFoldCase(name)).Run();
         return sqlite3_changes(db_) == 0 ? ZebDbExists : ZebDbOk;
     });
@@ -318,12 +331,12 @@ ZebDbResult SqliteDatabase::DeleteFastenerName(const std::wstring& name) {
 }
 
 ZebDbResult SqliteDatabase::RenameFastenerName(const std::wstring& oldName,
-                                           const std::wstring& newName) {
+                                               const std::wstring& newName) {
     if (newName.empty()) return ZebDbFailed;
     return Write("RenameFastenerName", [&] {
         // A name that another entry holds fails on the unique key and rolls back.
-        Statement rename(db_,
-            "UPDATE OR IGNORE fastener_name SET name = ?1, name_key = ?2 WHERE name_key = ?3");
+        Statement rename(
+            db_, "UPDATE OR IGNORE fastener_name SET name = ?1, name_key = ?2 WHERE name_key = ?3");
         rename.Bind(1, newName).Bind(2, ZebFoldCase(newName)).Bind(3, ZebFoldCase(oldName)).Run();
         return sqlite3_changes(db_) == 0 ? ZebDbFailed : ZebDbOk;
     });
@@ -334,7 +347,8 @@ ZebDbResult SqliteDatabase::RenameFastenerName(const std::wstring& oldName,
 ZebDbResult SqliteDatabase::GetHardwareList(std::list<ZebHardwareRecord>& records) {
     std::list<ZebHardwareRecord> read;
     const ZebDbResult result = Read("GetHardwareList", [&] {
-        Statement select(db_,
+        Statement select(
+            db_,
             "SELECT id, designation, kind, standard, thread, length, material FROM hardware"
             " ORDER BY designation_key");
         while (select.Step())
@@ -350,13 +364,19 @@ ZebDbResult SqliteDatabase::AddHardwareRecord(ZebHardwareRecord& record) {
     if (record.designation.empty()) return ZebDbFailed;
     int64_t id = 0;
     const ZebDbResult result = Write("AddHardwareRecord", [&] {
-        Statement insert(db_,
+        Statement insert(
+            db_,
             "INSERT INTO hardware(designation, designation_key, kind, standard, thread, length,"
             " material, material_key) VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"
             " ON CONFLICT(designation_key) DO NOTHING");
-        insert.Bind(1, record.designation).Bind(2, ZebFoldCase(record.designation))
-            .Bind(3, record.kind).Bind(4, record.standard).Bind(5, record.thread)
-            .Bind(6, record.length).Bind(7, record.material).Bind(8, ZebFoldCase(record.material))
+        insert.Bind(1, record.designation)
+            .Bind(2, ZebFoldCase(record.designation))
+            .Bind(3, record.kind)
+            .Bind(4, record.standard)
+            .Bind(5, record.thread)
+            .Bind(6, record.length)
+            .Bind(7, record.material)
+            .Bind(8, ZebFoldCase(record.material))
             .Run();
         if (sqlite3_changes(db_) == 0) return ZebDbExists;
         id = sqlite3_last_insert_rowid(db_);
@@ -375,13 +395,20 @@ ZebDbResult SqliteDatabase::UpdateHardwareRecord(const ZebHardwareRecord& record
         Statement other(db_, "SELECT 1 FROM hardware WHERE designation_key = ?1 AND id <> ?2");
         other.Bind(1, ZebFoldCase(record.designation)).Bind(2, record.id);
         if (other.Step()) return ZebDbExists;
-        Statement update(db_,
+        Statement update(
+            db_,
             "UPDATE hardware SET designation = ?1, designation_key = ?2, kind = ?3, standard = ?4,"
             " thread = ?5, length = ?6, material = ?7, material_key = ?8 WHERE id = ?9");
-        update.Bind(1, record.designation).Bind(2, ZebFoldCase(record.designation))
-            .Bind(3, record.kind).Bind(4, record.standard).Bind(5, record.thread)
-            .Bind(6, record.length).Bind(7, record.material).Bind(8, ZebFoldCase(record.material))
-            .Bind(9, record.id).Run();
+        update.Bind(1, record.designation)
+            .Bind(2, ZebFoldCase(record.designation))
+            .Bind(3, record.kind)
+            .Bind(4, record.standard)
+            .Bind(5, record.thread)
+            .Bind(6, record.length)
+            .Bind(7, record.material)
+            .Bind(8, ZebFoldCase(record.material))
+            .Bind(9, record.id)
+            .Run();
         return sqlite3_changes(db_) == 0 ? ZebDbFailed : ZebDbOk;
     });
 }
@@ -421,7 +448,7 @@ ZebDbResult SqliteDatabase::SaveInterferenceIgnoreList(const std::list<std::wstr
 // ---- attribute sets and the database itself ----
 
 ZebDbResult SqliteDatabase::GetAttributeData(const std::wstring& setName,
-                                         std::map<std::wstring, std::wstring>& data) {
+                                             std::map<std::wstring, std::wstring>& data) {
     std::map<std::wstring, std::wstring> read;
     const ZebDbResult result = Read("GetAttributeData", [&] {
         Statement select(db_, "SELECT designation, value FROM attribute WHERE set_name = ?1");

@@ -50,7 +50,8 @@ void Statement::Reset() {
 
 std::wstring Statement::Text(int column) const {
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt_, column));
-    return text ? FromUtf8(std::string_view(text, sqlite3_column_bytes(stmt_, column))) : std::wstring();
+    return text ? FromUtf8(std::string_view(text, sqlite3_column_bytes(stmt_, column)))
+                : std::wstring();
 }
 
 int64_t Statement::Int(int column) const { return sqlite3_column_int64(stmt_, column); }

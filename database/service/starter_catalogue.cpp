@@ -17,9 +17,9 @@ struct ThreadSize {
 
 // Metric coarse threads, ISO 261.
 constexpr ThreadSize kThreads[] = {
-    {L"M3", 3, 0.5, L"M3x0.5"},     {L"M4", 4, 0.7, L"M4x0.7"},     {L"M5", 5, 0.8, L"M5x0.8"},
-    {L"M6", 6, 1.0, L"M6x1"},       {L"M8", 8, 1.25, L"M8x1.25"},   {L"M10", 10, 1.5, L"M10x1.5"},
-    {L"M12", 12, 1.75, L"M12x1.75"}, {L"M16", 16, 2.0, L"M16x2"},   {L"M20", 20, 2.5, L"M20x2.5"},
+    {L"M3", 3, 0.5, L"M3x0.5"},      {L"M4", 4, 0.7, L"M4x0.7"},   {L"M5", 5, 0.8, L"M5x0.8"},
+    {L"M6", 6, 1.0, L"M6x1"},        {L"M8", 8, 1.25, L"M8x1.25"}, {L"M10", 10, 1.5, L"M10x1.5"},
+    {L"M12", 12, 1.75, L"M12x1.75"}, {L"M16", 16, 2.0, L"M16x2"},  {L"M20", 20, 2.5, L"M20x2.5"},
     {L"M24", 24, 3.0, L"M24x3"},
 };
 
@@ -111,13 +111,14 @@ CatalogueData StarterCatalogue() {
                          std::pair(b.set, ZebFoldCase(b.designation));
               });
     for (const MaterialGroup& g : kMaterials)
-        data.groups.push_back({g.group, std::vector<std::wstring>(g.materials.begin(), g.materials.end())});
+        data.groups.push_back(
+            {g.group, std::vector<std::wstring>(g.materials.begin(), g.materials.end())});
     for (const Hardware& h : kHardware) {
         std::wstring designation = std::wstring(h.standard) + L" " + h.size;
         if (h.length > 0) designation += L"x" + std::to_wstring(static_cast<long>(h.length));
         designation += h.suffix;
-        data.hardware.push_back({0, designation, h.kind, h.standard, ThreadText(h.size), h.length,
-                                 h.material});
+        data.hardware.push_back(
+            {0, designation, h.kind, h.standard, ThreadText(h.size), h.length, h.material});
     }
     return data;
 }

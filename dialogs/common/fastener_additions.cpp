@@ -53,5 +53,6 @@ void AddMissingThreads(QWidget* parent, IDatabaseCollector& db,
 void AddToFastenerDatabase(QWidget* parent, const FastenerAdditions& additions) {
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     if (!db) return;
-    if (AddMissingNames(parent, *db, additions.names)) AddMissingThreads(parent, *db, additions.threads);
+    if (AddMissingNames(parent, *db, additions.names))
+        AddMissingThreads(parent, *db, additions.threads);
 }

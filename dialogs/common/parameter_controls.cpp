@@ -10,7 +10,8 @@
 #include "util/texts.h"
 
 void LoadFirstValue(CDoubleEditEx& field, const ZebTypedParam<double>& param) {
-    if (!param.values.IsEmpty()) field.setText(QString::fromStdWString(FormatNumber(param.values[0])));
+    if (!param.values.IsEmpty())
+        field.setText(QString::fromStdWString(FormatNumber(param.values[0])));
 }
 
 double ReadNumberField(const CDoubleEditEx& field) {
@@ -26,8 +27,8 @@ void StoreSwitchBox(const QAbstractButton& box, ZebTypedParam<bool>& param) {
     StoreFirstValue(param, box.isChecked(), LongerList::FirstReplaced);
 }
 
-void LoadOperatorList(CWrapperComboCtrl& list, std::initializer_list<int> codes, OperatorTextFn text,
-                      int32_t stored) {
+void LoadOperatorList(CWrapperComboCtrl& list, std::initializer_list<int> codes,
+                      OperatorTextFn text, int32_t stored) {
     std::vector<std::wstring> texts;
     for (int code : codes) texts.push_back(text(code));
     // Filling is not a choice of the user's: what follows a change stays out of it.

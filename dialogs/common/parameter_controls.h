@@ -44,8 +44,8 @@ void StoreSwitchBox(const QAbstractButton& box, ZebTypedParam<bool>& param);
 using OperatorTextFn = std::wstring (*)(int code);
 // The texts of `codes` in order, with the entry reading as `stored` selected; nothing is selected
 // when no entry does. The list's change signals stay quiet while it is filled.
-void LoadOperatorList(CWrapperComboCtrl& list, std::initializer_list<int> codes, OperatorTextFn text,
-                      int32_t stored);
+void LoadOperatorList(CWrapperComboCtrl& list, std::initializer_list<int> codes,
+                      OperatorTextFn text, int32_t stored);
 // The selected operator into `op`. With nothing selected `op` stays, the drop-down shows its
 // symbol again, and the result is false.
 bool StoreOperatorList(CWrapperComboCtrl& list, int32_t& op);

@@ -36,7 +36,9 @@ void CZEBRuleDialog::UseImportKey() {
 namespace {
 // Where a dialog keeps the size the user last gave it, by its template.
 QString SizeKey(unsigned templateId) { return QStringLiteral("DialogSize/%1").arg(templateId); }
-QSettings DialogSettings() { return QSettings(QStringLiteral("Vantor"), QStringLiteral("AssemblyRules")); }
+QSettings DialogSettings() {
+    return QSettings(QStringLiteral("Vantor"), QStringLiteral("AssemblyRules"));
+}
 }  // namespace
 
 bool CZEBRuleDialog::OnInitDialog() {
@@ -52,20 +54,25 @@ namespace {
 std::vector<QWidget*> ReadingOrder(QWidget* dialog) {
     std::vector<QWidget*> controls;
     for (QWidget* widget : dialog->findChildren<QWidget*>()) {
-        if ((widget->focusPolicy() & Qt::TabFocus) == 0 || widget->focusProxy() || widget->window() != dialog ||
-            !widget->isVisibleTo(dialog) || qobject_cast<CZEBListCtrl*>(widget->parentWidget()))
+        if ((widget->focusPolicy() & Qt::TabFocus) == 0 || widget->focusProxy() ||
+            widget->window() != dialog || !widget->isVisibleTo(dialog) ||
+            qobject_cast<CZEBListCtrl*>(widget->parentWidget()))
             continue;
         controls.push_back(widget);
     }
-    const auto topLeft = [dialog](const QWidget* widget) { return widget->mapTo(dialog, QPoint(0, 0)); };
-    std::stable_sort(controls.begin(), controls.end(),
-                     [&](const QWidget* a, const QWidget* b) { return topLeft(a).y() < topLeft(b).y(); });
+    const auto topLeft = [dialog](const QWidget* widget) {
+        return widget->mapTo(dialog, QPoint(0, 0));
+    };
+    std::stable_sort(controls.begin(), controls.end(), [&](const QWidget* a, const QWidget* b) {
+        return topLeft(a).y() < topLeft(b).y();
+    });
     for (size_t start = 0; start < controls.size();) {
         const int middle = topLeft(controls[start]).y() + controls[start]->height() / 2;
         size_t end = start + 1;
         while (end < controls.size() && topLeft(controls[end]).y() < middle) ++end;
-        std::stable_sort(controls.begin() + static_cast<long>(start), controls.begin() + static_cast<long>(end),
-                         [&](const QWidget* a, const QWidget* b) { return topLeft(a).x() < topLeft(b).x(); });
+        std::stable_sort(
+            controls.begin() + static_cast<long>(start), controls.begin() + static_cast<long>(end),
+            [&](const QWidget* a, const QWidget* b) { return topLeft(a).x() < topLeft(b).x(); });
         start = end;
     }
     return controls;
@@ -101,8 +108,8 @@ namespace {
 bool RefuseUnreadableBox(QWidget* dialog) {
     for (CDoubleEditEx* box : dialog->findChildren<CDoubleEditEx*>()) {
         const NumberEntry entry = box->Read();
-        const bool refused = !entry.Ok() && entry.fault != NumberTextFault::Empty && box->isVisibleTo(dialog) &&
-                             box->isEnabled();
+        const bool refused = !entry.Ok() && entry.fault != NumberTextFault::Empty &&
+                             box->isVisibleTo(dialog) && box->isEnabled();
         MarkRefused(*box, refused);
         if (!refused) continue;
         ZebUiMessage(dialog,
@@ -119,7 +126,8 @@ bool RefuseUnreadableBox(QWidget* dialog) {
 // A table cell refused on commit has told the user already; it keeps its editor open.
 bool HoldsRefusedCell(QWidget* dialog) {
     const QList<CZEBListCtrl*> tables = dialog->findChildren<CZEBListCtrl*>();
-    return std::any_of(tables.begin(), tables.end(), [](const CZEBListCtrl* table) { return table->HoldsRefusedText(); });
+    return std::any_of(tables.begin(), tables.end(),
+                       [](const CZEBListCtrl* table) { return table->HoldsRefusedText(); });
 }
 }  // namespace
 
@@ -136,7 +144,8 @@ void CZEBRuleDialog::OnOK() {
     CZEBRuleDlgBase::OnOK();
 }
 
-void CZEBRuleDialog::UseTable(CZEBListCtrl* table, std::optional<TableSheetKind> kind, int first, int count) {
+void CZEBRuleDialog::UseTable(CZEBListCtrl* table, std::optional<TableSheetKind> kind, int first,
+                              int count) {
     m_table = table;
     m_tableKind = kind;
     m_firstExported = first;
@@ -158,7 +167,9 @@ void CZEBRuleDialog::ExportTable() {
     ExportTableToChosenFile(this, *m_tableKind, ExportRows(), GetLengthUnit());
 }
 
-int32_t CZEBRuleDialog::GetLengthUnit() const { return m_rule ? m_rule->CurrentUnits.LengthUnit : 0; }
+int32_t CZEBRuleDialog::GetLengthUnit() const {
+    return m_rule ? m_rule->CurrentUnits.LengthUnit : 0;
+}
 
 void CZEBRuleDialog::ShowRefusal(const ZebRefusal& refusal) {
     if (!refusal.message.empty())

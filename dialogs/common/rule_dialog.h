@@ -7,9 +7,9 @@
 
 #include "controls/zeb_list_ctrl.h"
 #include "framework/ui/rule_dlg_base.h"
+#include "framework/ui_message.h"
 #include "resources/string_ids.h"
 #include "util/table_export.h"
-#include "framework/ui_message.h"
 
 class CZebHotKey;
 class CZebRule;
@@ -57,7 +57,8 @@ protected:
     virtual void LoadFromRule(CZebRule& rule) = 0;
     // The dialog's table: what OK commits (CommitEdits) and, given `kind`, what ExportTable
     // writes: `count` columns from `first` on.
-    void UseTable(CZEBListCtrl* table, std::optional<TableSheetKind> kind = std::nullopt, int first = 0, int count = 0);
+    void UseTable(CZEBListCtrl* table, std::optional<TableSheetKind> kind = std::nullopt,
+                  int first = 0, int count = 0);
     CZEBListCtrl* GetTable() const { return m_table; }
     // Closes an open editor of the table.
     virtual void CommitEdits();

@@ -31,8 +31,10 @@ CZEBFastenerErrorDlg::CZEBFastenerErrorDlg(const std::wstring& logPath, int isWa
     SetZebControlId(m_message, kMessageId);
     SetZebControlId(m_link, kLinkId);
     SetZebControlId(m_hint, kHintId);
-    if (m_isError == 1) m_message->setText(Q(LoadLocalizedString(IDS_SHEET_ROWS_INVALID)));
-    else if (m_isWarning == 1) m_message->setText(Q(LoadLocalizedString(IDS_SHEET_NAMES_REPEATED)));
+    if (m_isError == 1)
+        m_message->setText(Q(LoadLocalizedString(IDS_SHEET_ROWS_INVALID)));
+    else if (m_isWarning == 1)
+        m_message->setText(Q(LoadLocalizedString(IDS_SHEET_NAMES_REPEATED)));
     m_message->setWordWrap(true);
     m_link->SetLinkText(LoadLocalizedString(IDS_OPEN_LOG_LINK));
     m_link->SetLinkColour(QColor(0, 0, 255));

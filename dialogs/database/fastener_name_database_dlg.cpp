@@ -14,8 +14,8 @@
 #include "controls/database_module.h"
 #include "controls/sheet_import.h"
 #include "controls/zeb_button.h"
-#include "dialogs/database/fastener_name_database_list_ctrl.h"
 #include "database/service/data_helper.h"
+#include "dialogs/database/fastener_name_database_list_ctrl.h"
 #include "framework/case_fold.h"
 #include "framework/ui/dialog_buttons.h"
 #include "framework/ui/hot_key.h"
@@ -96,7 +96,8 @@ ZEBEditFastenerNameDatabaseDlg::ZEBEditFastenerNameDatabaseDlg(QWidget* parent)
         m_selectedRows = m_table->GetSelectedRowCount();
         UpdateButtonStates();
     };
-    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this, countSelection);
+    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            countSelection);
     connect(m_table->model(), &QAbstractItemModel::modelReset, this, countSelection);
     connect(m_table->model(), &QAbstractItemModel::rowsRemoved, this, countSelection);
 
@@ -236,9 +237,11 @@ void ZEBEditFastenerNameDatabaseDlg::OnImport() {
         m_table->AppendEmptyRowIfLastFilled();
     }
 
-    if (failed) ZebUiMessage(this, LoadLocalizedString(IDS_DATABASE_SAVE_FAILED), ZebMsgIcon::Error);
+    if (failed)
+        ZebUiMessage(this, LoadLocalizedString(IDS_DATABASE_SAVE_FAILED), ZebMsgIcon::Error);
     if (!skipped.empty())
-        ZebUiMessage(this, LoadLocalizedString(IDS_FASTENER_NAMES_NOT_IMPORTED) + JoinLines(skipped),
+        ZebUiMessage(this,
+                     LoadLocalizedString(IDS_FASTENER_NAMES_NOT_IMPORTED) + JoinLines(skipped),
                      ZebMsgIcon::Warning);
 }
 
@@ -247,7 +250,9 @@ void ZEBEditFastenerNameDatabaseDlg::OnHelp() {
 }
 
 // The children go after this, and their events must not reach a dialog that is gone.
-ZEBEditFastenerNameDatabaseDlg::~ZEBEditFastenerNameDatabaseDlg() { m_preTranslate->SetEnabled(false); }
+ZEBEditFastenerNameDatabaseDlg::~ZEBEditFastenerNameDatabaseDlg() {
+    m_preTranslate->SetEnabled(false);
+}
 
 void ZEBEditFastenerNameDatabaseDlg::showEvent(QShowEvent* event) {
     m_preTranslate->SetEnabled(true);

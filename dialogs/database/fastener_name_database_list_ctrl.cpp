@@ -96,7 +96,8 @@ bool CZEBFastenerNameDatabaseListCtrl::DeleteSelectedNames(bool reportFailure) {
     // The spare empty row may have been among the selected ones.
     AppendEmptyRowIfLastFilled();
     // One message for the whole selection, not one per name.
-    if (failed && reportFailure) ShowError(window(), LoadLocalizedString(IDS_DATABASE_DELETE_FAILED));
+    if (failed && reportFailure)
+        ShowError(window(), LoadLocalizedString(IDS_DATABASE_DELETE_FAILED));
     return true;
 }
 
@@ -108,8 +109,10 @@ void CZEBFastenerNameDatabaseListCtrl::AddPartFileNames() {
     for (const std::wstring& name : names) {
         if (!AddFastenerNameGuarded(window(), name)) continue;
         const int count = GetRowCount();
-        if (count > 0 && GetCellText(count - 1, 0).empty()) SetCellText(count - 1, 0, name);
-        else InsertRow(count, name);
+        if (count > 0 && GetCellText(count - 1, 0).empty())
+            SetCellText(count - 1, 0, name);
+        else
+            InsertRow(count, name);
     }
     AppendEmptyRowIfLastFilled();
 }
@@ -117,28 +120,28 @@ void CZEBFastenerNameDatabaseListCtrl::AddPartFileNames() {
 long CZEBFastenerNameDatabaseListCtrl::KeyHandler(QEvent* event) {
     if (event->type() != QEvent::KeyPress) return 0;
     switch (static_cast<QKeyEvent*>(event)->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter: {
-        // Without an editor, Enter goes on to the dialog's default button.
-        const bool editing = IsCellEditOpen();
-        CommitEdit();
-        AppendEmptyRowIfLastFilled();
-        return editing ? 1 : 0;
-    }
-    case Qt::Key_Escape: {
-        // Without an editor, Escape goes on and cancels the dialog.
-        if (!IsCellEditOpen()) return 0;
-        const bool freshRow = GetOriginalText().empty();
-        const int row = GetEditRow();
-        CancelCellEdit();
-        if (freshRow) RemoveRow(row);
-        return 1;
-    }
-    case Qt::Key_Delete:
-        if (IsCellEditOpen()) return 0;
-        return DeleteSelectedNames(true) ? 1 : 0;
-    default:
-        return 0;
+        case Qt::Key_Return:
+        case Qt::Key_Enter: {
+            // Without an editor, Enter goes on to the dialog's default button.
+            const bool editing = IsCellEditOpen();
+            CommitEdit();
+            AppendEmptyRowIfLastFilled();
+            return editing ? 1 : 0;
+        }
+        case Qt::Key_Escape: {
+            // Without an editor, Escape goes on and cancels the dialog.
+            if (!IsCellEditOpen()) return 0;
+            const bool freshRow = GetOriginalText().empty();
+            const int row = GetEditRow();
+            CancelCellEdit();
+            if (freshRow) RemoveRow(row);
+            return 1;
+        }
+        case Qt::Key_Delete:
+            if (IsCellEditOpen()) return 0;
+            return DeleteSelectedNames(true) ? 1 : 0;
+        default:
+            return 0;
     }
 }
 

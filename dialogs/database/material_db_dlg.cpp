@@ -175,9 +175,9 @@ void CEditMaterialDBDlg::OnAdd() {
             // database cannot say.
             std::list<std::wstring> groups;
             if (db->GetMaterialGroups(groups, 0) != ZebDbOk) groups.clear();
-            const auto stored = std::find_if(groups.begin(), groups.end(), [&](const std::wstring& g) {
-                return ZebEqualsNoCase(g, group);
-            });
+            const auto stored =
+                std::find_if(groups.begin(), groups.end(),
+                             [&](const std::wstring& g) { return ZebEqualsNoCase(g, group); });
             if (stored != groups.end()) group = *stored;
             if (QTreeWidgetItem* added = m_tree->FindMaterial(group, material)) {
                 m_tree->Check(added, true);
@@ -237,9 +237,9 @@ void CEditMaterialDBDlg::OnDelete() {
     }
 
     const bool one = !material.empty();
-    const std::wstring question = ZebFormatText(
-        Text(IDS_CONFIRM_MATERIAL_DELETE),
-        {Text(one ? IDS_WORD_MATERIAL : IDS_WORD_GROUP), one ? material : group});
+    const std::wstring question =
+        ZebFormatText(Text(IDS_CONFIRM_MATERIAL_DELETE),
+                      {Text(one ? IDS_WORD_MATERIAL : IDS_WORD_GROUP), one ? material : group});
     if (Message(question, ZebMsgIcon::Question, ZebMsgButtons::YesNo) == ZebIdYes) {
         if (one)
             DeleteMaterial(*db, group, material);
@@ -267,7 +267,8 @@ void CEditMaterialDBDlg::DeleteGroup(IDatabaseCollector& db, const std::wstring&
         return;
     }
     ZebMaterialPairList pairs;
-    for (std::wstring& material : SplitMaterialList(list)) pairs.emplace_back(group, std::move(material));
+    for (std::wstring& material : SplitMaterialList(list))
+        pairs.emplace_back(group, std::move(material));
     if (!pairs.empty()) DeletePairs(db, pairs, IDS_WORD_GROUP, group);
 }
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "dialogs/database/material_tree.h"
 #include "database/service/database_collector.h"
+#include "dialogs/database/material_tree.h"
 #include "framework/ui/rule_dlg_base.h"
 #include "framework/ui_message.h"
 #include "resources/string_ids.h"

@@ -29,7 +29,8 @@ CEditMaterialPairDlg::CEditMaterialPairDlg(QWidget* parent, CZebRule* rule, Mate
 }
 
 int CEditMaterialPairDlg::DoModal() {
-    if (m_readFailed) ZebUiMessage(this, LoadLocalizedString(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
+    if (m_readFailed)
+        ZebUiMessage(this, LoadLocalizedString(IDS_DATABASE_READ_FAILED), ZebMsgIcon::Error);
     return exec();
 }
 

@@ -48,7 +48,8 @@ std::vector<std::wstring> PathOf(const QTreeWidgetItem* item) {
 
 QTreeWidgetItem* ChildNamed(QTreeWidgetItem* parent, const std::wstring& name) {
     for (int i = 0; parent && i < parent->childCount(); ++i)
-        if (ZebEqualsNoCase(CZebMaterialTree::NameOf(parent->child(i)), name)) return parent->child(i);
+        if (ZebEqualsNoCase(CZebMaterialTree::NameOf(parent->child(i)), name))
+            return parent->child(i);
     return nullptr;
 }
 
@@ -212,8 +213,9 @@ void CZebMaterialTree::UpdateAncestors(QTreeWidgetItem* item) {
     for (QTreeWidgetItem* parent = item->parent(); parent; parent = parent->parent()) {
         int checked = 0;
         for (int i = 0; i < parent->childCount(); ++i) checked += IsChecked(parent->child(i));
-        Mark(parent, m_rule == MaterialParentRule::AnyChildChecked ? checked > 0
-                                                                   : checked == parent->childCount());
+        Mark(parent, m_rule == MaterialParentRule::AnyChildChecked
+                         ? checked > 0
+                         : checked == parent->childCount());
     }
 }
 

@@ -33,24 +33,32 @@ constexpr unsigned kPictureBitmap = 9014;
 constexpr double kSmallest = 0.000001;
 }  // namespace
 
-CDFASMBoltScrewRationalizationDlg::CDFASMBoltScrewRationalizationDlg(CZebRule* rule, const std::wstring& unitText)
+CDFASMBoltScrewRationalizationDlg::CDFASMBoltScrewRationalizationDlg(CZebRule* rule,
+                                                                     const std::wstring& unitText)
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
       m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
       m_database(WithZebControlId(new CWrapperComboCtrl(Body()), kDatabaseListId)),
-      m_sameHead(WithZebControlId(new QCheckBox(LocalizedText(IDS_SAME_HEAD_TYPE), Body()), kSameHeadId)),
-      m_sameMaterial(WithZebControlId(new QCheckBox(LocalizedText(IDS_SAME_MATERIAL), Body()), kSameMaterialId)),
-      m_length{WithZebControlId(new QCheckBox(LocalizedText(IDS_LENGTH_STEP_CHECK), Body()), kLengthSwitchId),
+      m_sameHead(
+          WithZebControlId(new QCheckBox(LocalizedText(IDS_SAME_HEAD_TYPE), Body()), kSameHeadId)),
+      m_sameMaterial(WithZebControlId(new QCheckBox(LocalizedText(IDS_SAME_MATERIAL), Body()),
+                                      kSameMaterialId)),
+      m_length{WithZebControlId(new QCheckBox(LocalizedText(IDS_LENGTH_STEP_CHECK), Body()),
+                                kLengthSwitchId),
                WithZebControlId(new CWrapperComboCtrl(Body()), kLengthOperatorId),
                WithZebControlId(new CDoubleEditEx(Body()), kLengthValueId)},
-      m_diameter{WithZebControlId(new QCheckBox(LocalizedText(IDS_DIAMETER_STEP_CHECK), Body()), kDiameterSwitchId),
+      m_diameter{WithZebControlId(new QCheckBox(LocalizedText(IDS_DIAMETER_STEP_CHECK), Body()),
+                                  kDiameterSwitchId),
                  WithZebControlId(new CWrapperComboCtrl(Body()), kDiameterOperatorId),
                  WithZebControlId(new CDoubleEditEx(Body()), kDiameterValueId)},
-      m_together(WithZebControlId(new QRadioButton(LocalizedText(IDS_BOLTS_SCREWS_TOGETHER), Body()), kTogetherId)),
-      m_separate(WithZebControlId(new QRadioButton(LocalizedText(IDS_BOLTS_SCREWS_SEPARATE), Body()), kSeparateId)),
+      m_together(WithZebControlId(
+          new QRadioButton(LocalizedText(IDS_BOLTS_SCREWS_TOGETHER), Body()), kTogetherId)),
+      m_separate(WithZebControlId(
+          new QRadioButton(LocalizedText(IDS_BOLTS_SCREWS_SEPARATE), Body()), kSeparateId)),
       m_picture(WithZebControlId(new PictureControl(Body()), kPictureId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicBoltScrewRationalization);
-    auto* hardware = WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId);
+    auto* hardware = WithZebControlId(
+        new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId);
     hardware->setAutoDefault(false);
     auto* separator = new QFrame(Body());
     separator->setFrameShape(QFrame::HLine);
@@ -90,7 +98,8 @@ CDFASMBoltScrewRationalizationDlg::CDFASMBoltScrewRationalizationDlg(CZebRule* r
     connect(hardware, &QPushButton::clicked, this, [this] { OpenHardwareDatabase(); });
 }
 
-void CDFASMBoltScrewRationalizationDlg::LoadStep(const Step& step, const ZebTypedParam<double>& param) {
+void CDFASMBoltScrewRationalizationDlg::LoadStep(const Step& step,
+                                                 const ZebTypedParam<double>& param) {
     LoadFirstValue(*step.value, param);
     LoadOperatorList(*step.op, {ZebOp_GreaterEqual, ZebOp_Greater}, &OperatorToText, param.op);
     LoadFlagBox(*step.on, param, ParamFlag::Criteria);
@@ -121,7 +130,8 @@ void CDFASMBoltScrewRationalizationDlg::LoadFromRule(CZebRule& rule) {
 
 void CDFASMBoltScrewRationalizationDlg::UpdateOk() {
     bool any = false;
-    for (QCheckBox* box : {m_sameHead, m_sameMaterial, m_length.on, m_diameter.on}) any = any || box->isChecked();
+    for (QCheckBox* box : {m_sameHead, m_sameMaterial, m_length.on, m_diameter.on})
+        any = any || box->isChecked();
     if (QWidget* ok = GetDlgItem(kIdOk)) ok->setEnabled(any);
 }
 
@@ -129,9 +139,11 @@ std::optional<ZebRefusal> CDFASMBoltScrewRationalizationDlg::Validate(CZebRule& 
     for (long id : {kSameHead, kSameMaterial, kLengthStep, kDiameterStep, kTogether})
         if (!rule.FindParameterInArray(id)) return ZebRefusal{};
     if (m_length.on->isChecked() && ReadNumberField(*m_length.value) < kSmallest)
-        return ZebRefusal{LoadLocalizedString(IDS_LENGTH_STEP_REQUIRED), m_length.value, ZebMsgIcon::Plain};
+        return ZebRefusal{LoadLocalizedString(IDS_LENGTH_STEP_REQUIRED), m_length.value,
+                          ZebMsgIcon::Plain};
     if (m_diameter.on->isChecked() && ReadNumberField(*m_diameter.value) < kSmallest)
-        return ZebRefusal{LoadLocalizedString(IDS_DIAMETER_STEP_REQUIRED), m_diameter.value, ZebMsgIcon::Plain};
+        return ZebRefusal{LoadLocalizedString(IDS_DIAMETER_STEP_REQUIRED), m_diameter.value,
+                          ZebMsgIcon::Plain};
     return std::nullopt;
 }
 
@@ -147,11 +159,14 @@ void CDFASMBoltScrewRationalizationDlg::StoreIntoRule(CZebRule& rule) {
     const bool noSeverity = m_severity->currentIndex() < 0;
     StoreSeverityList(*m_severity, rule.Severity);
     if (noSeverity) rule.Severity = 0;
-    StoreFlagBox(*m_sameHead, *rule.FindParameterInArray(kSameHead)->GetParam(), ParamFlag::Enabled);
-    StoreFlagBox(*m_sameMaterial, *rule.FindParameterInArray(kSameMaterial)->GetParam(), ParamFlag::Enabled);
+    StoreFlagBox(*m_sameHead, *rule.FindParameterInArray(kSameHead)->GetParam(),
+                 ParamFlag::Enabled);
+    StoreFlagBox(*m_sameMaterial, *rule.FindParameterInArray(kSameMaterial)->GetParam(),
+                 ParamFlag::Enabled);
     StoreStep(m_length, *FindTyped<double>(rule, kLengthStep));
     StoreStep(m_diameter, *FindTyped<double>(rule, kDiameterStep));
-    StoreFlagBox(*m_together, *rule.FindParameterInArray(kTogether)->GetParam(), ParamFlag::Enabled);
+    StoreFlagBox(*m_together, *rule.FindParameterInArray(kTogether)->GetParam(),
+                 ParamFlag::Enabled);
 }
 
 void CDFASMBoltScrewRationalizationDlg::OpenHardwareDatabase() {

@@ -28,18 +28,20 @@ constexpr unsigned kAccessPictureBitmap = 6018;
 constexpr double kSmallestClearance = 0.000001;
 }  // namespace
 
-CZEBAssemblyFastenerAccessibilityDlg::CZEBAssemblyFastenerAccessibilityDlg(CZebRule* rule,
-                                                                           const std::wstring& unitText)
+CZEBAssemblyFastenerAccessibilityDlg::CZEBAssemblyFastenerAccessibilityDlg(
+    CZebRule* rule, const std::wstring& unitText)
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
       m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
       m_database(WithZebControlId(new CWrapperComboCtrl(Body()), kDatabaseListId)),
       m_first(WithZebControlId(new CDoubleEditEx(Body()), kFirstValueId)),
       m_second(WithZebControlId(new CDoubleEditEx(Body()), kSecondValueId)),
-      m_secondSwitch(WithZebControlId(new QCheckBox(LocalizedText(IDS_SECOND_TOOL_CLEARANCE_CHECK), Body()), kSecondSwitchId)),
+      m_secondSwitch(WithZebControlId(
+          new QCheckBox(LocalizedText(IDS_SECOND_TOOL_CLEARANCE_CHECK), Body()), kSecondSwitchId)),
       m_picture(WithZebControlId(new PictureControl(Body()), kPictureId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicFastenerAccessibility);
-    auto* hardware = WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId);
+    auto* hardware = WithZebControlId(
+        new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId);
     hardware->setAutoDefault(false);
     // Kept for their ids; they have no part in this rule, and the layout closes over them.
     auto* spareCheck = WithZebControlId(new QCheckBox(Body()), kSpareCheckId);
@@ -57,7 +59,9 @@ CZEBAssemblyFastenerAccessibilityDlg::CZEBAssemblyFastenerAccessibilityDlg(CZebR
     valueGrid->setColumnStretch(2, 1);
 
     auto* grid = new QGridLayout;
-    grid->addWidget(WithZebControlId(new QLabel(LocalizedText(IDS_SEVERITY_LABEL), Body()), kSeverityLabelId), 0, 0);
+    grid->addWidget(
+        WithZebControlId(new QLabel(LocalizedText(IDS_SEVERITY_LABEL), Body()), kSeverityLabelId),
+        0, 0);
     grid->addWidget(m_severity, 0, 1);
     grid->addWidget(new QLabel(LocalizedText(IDS_DATABASE_LABEL), Body()), 1, 0);
     grid->addWidget(m_database, 1, 1);
@@ -86,7 +90,8 @@ void CZEBAssemblyFastenerAccessibilityDlg::LoadFromRule(CZebRule& rule) {
     LoadSeverityList(*m_severity, rule.Severity);
     ZebTypedParam<double>* secondSwitch = FindTyped<double>(rule, kSecondSwitch);
     if (!secondSwitch) return;
-    m_secondSwitch->setChecked(!secondSwitch->values.IsEmpty() && SwitchIsOn(secondSwitch->values[0]));
+    m_secondSwitch->setChecked(!secondSwitch->values.IsEmpty() &&
+                               SwitchIsOn(secondSwitch->values[0]));
     if (!FillDatabaseModuleList(*m_database)) return;
     m_picture->SetBitmapId(kAccessPictureBitmap);
     m_second->setEnabled(m_secondSwitch->isChecked());
@@ -94,9 +99,11 @@ void CZEBAssemblyFastenerAccessibilityDlg::LoadFromRule(CZebRule& rule) {
 
 std::optional<ZebRefusal> CZEBAssemblyFastenerAccessibilityDlg::Validate(CZebRule&) {
     if (ReadNumberField(*m_first) < kSmallestClearance)
-        return ZebRefusal{LoadLocalizedString(IDS_TOOL_CLEARANCE_REQUIRED), m_first, ZebMsgIcon::Plain};
+        return ZebRefusal{LoadLocalizedString(IDS_TOOL_CLEARANCE_REQUIRED), m_first,
+                          ZebMsgIcon::Plain};
     if (m_secondSwitch->isChecked() && ReadNumberField(*m_second) < kSmallestClearance)
-        return ZebRefusal{LoadLocalizedString(IDS_SECOND_TOOL_CLEARANCE_REQUIRED), m_second, ZebMsgIcon::Plain};
+        return ZebRefusal{LoadLocalizedString(IDS_SECOND_TOOL_CLEARANCE_REQUIRED), m_second,
+                          ZebMsgIcon::Plain};
     return std::nullopt;
 }
 
@@ -108,5 +115,6 @@ void CZEBAssemblyFastenerAccessibilityDlg::StoreIntoRule(CZebRule& rule) {
         StoreFirstValue(*second, ReadNumberField(*m_second), LongerList::LeftAlone);
     StoreSeverityList(*m_severity, rule.Severity);
     if (ZebTypedParam<double>* secondSwitch = FindTyped<double>(rule, kSecondSwitch))
-        StoreFirstValue(*secondSwitch, m_secondSwitch->isChecked() ? 1.0 : 0.0, LongerList::FirstReplaced);
+        StoreFirstValue(*secondSwitch, m_secondSwitch->isChecked() ? 1.0 : 0.0,
+                        LongerList::FirstReplaced);
 }

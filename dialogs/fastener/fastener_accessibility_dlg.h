@@ -30,7 +30,8 @@ public:
         kSpareButtonId = 9134,
     };
 
-    explicit CZEBAssemblyFastenerAccessibilityDlg(CZebRule* rule, const std::wstring& unitText = {});
+    explicit CZEBAssemblyFastenerAccessibilityDlg(CZebRule* rule,
+                                                  const std::wstring& unitText = {});
 
 protected:
     void LoadFromRule(CZebRule& rule) override;

@@ -11,9 +11,9 @@
 #include "controls/database_module.h"
 #include "controls/double_edit_ex.h"
 #include "controls/wrapper_combo_ctrl.h"
-#include "dialogs/database/fastener_name_database_dlg.h"
 #include "dialogs/common/parameter_controls.h"
 #include "dialogs/common/severity_list.h"
+#include "dialogs/database/fastener_name_database_dlg.h"
 #include "framework/ui/control_id.h"
 #include "framework/ui/picture_control.h"
 #include "rules/rule_record.h"
@@ -28,18 +28,21 @@ constexpr double kAlignSmallest = 0.000001;
 constexpr unsigned kAlignPicture = 8032;
 }  // namespace
 
-CZEBAssemblyFastenerAlignmentDlg::CZEBAssemblyFastenerAlignmentDlg(CZebRule* rule, const std::wstring& unitText)
+CZEBAssemblyFastenerAlignmentDlg::CZEBAssemblyFastenerAlignmentDlg(CZebRule* rule,
+                                                                   const std::wstring& unitText)
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
       m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
       m_database(WithZebControlId(new CWrapperComboCtrl(Body()), kDatabaseListId)),
       m_value(WithZebControlId(new CDoubleEditEx(Body()), kValueId)),
       m_unitLabel(WithZebControlId(new QLabel(Body()), kUnitLabelId)),
       m_operator(WithZebControlId(new CWrapperComboCtrl(Body()), kOperatorId)),
-      m_switch(WithZebControlId(new QCheckBox(LocalizedText(IDS_ALIGNMENT_PARALLEL_CHECK), Body()), kSwitchId)),
+      m_switch(WithZebControlId(new QCheckBox(LocalizedText(IDS_ALIGNMENT_PARALLEL_CHECK), Body()),
+                                kSwitchId)),
       m_picture(WithZebControlId(new PictureControl(Body()), kPictureId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicFastenerAlignment);
-    auto* names = WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_FASTENER_NAMES), Body()), kFastenerNamesId);
+    auto* names = WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_FASTENER_NAMES), Body()),
+                                   kFastenerNamesId);
     names->setAutoDefault(false);
     auto* separator = new QFrame(Body());
     separator->setFrameShape(QFrame::HLine);
@@ -85,17 +88,21 @@ void CZEBAssemblyFastenerAlignmentDlg::LoadFromRule(CZebRule& rule) {
 }
 
 void CZEBAssemblyFastenerAlignmentDlg::ApplyOperatorRule() {
-    const bool fixed = m_operator->currentText() == QString::fromStdWString(OperatorSymbol(ZebOp_Equal));
+    const bool fixed =
+        m_operator->currentText() == QString::fromStdWString(OperatorSymbol(ZebOp_Equal));
     if (fixed) m_value->setText(QStringLiteral("0.0"));
     m_value->setEnabled(!fixed);
 }
 
 std::optional<ZebRefusal> CZEBAssemblyFastenerAlignmentDlg::Validate(CZebRule&) {
     const double value = ReadNumberField(*m_value);
-    const bool lessEqual = m_operator->currentText() == QString::fromStdWString(OperatorSymbol(ZebOp_LessEqual));
-    if (m_operator->currentIndex() < 0 || (lessEqual && value > -kAlignSmallest && value < kAlignSmallest))
-        return ZebRefusal{LoadLocalizedString(IDS_ALIGNMENT_OPERATOR_REQUIRED),
-                          m_operator->currentIndex() < 0 ? static_cast<QWidget*>(m_operator) : m_value};
+    const bool lessEqual =
+        m_operator->currentText() == QString::fromStdWString(OperatorSymbol(ZebOp_LessEqual));
+    if (m_operator->currentIndex() < 0 ||
+        (lessEqual && value > -kAlignSmallest && value < kAlignSmallest))
+        return ZebRefusal{
+            LoadLocalizedString(IDS_ALIGNMENT_OPERATOR_REQUIRED),
+            m_operator->currentIndex() < 0 ? static_cast<QWidget*>(m_operator) : m_value};
     return std::nullopt;
 }
 

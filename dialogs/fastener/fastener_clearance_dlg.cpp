@@ -26,7 +26,8 @@ using Table = ZebTypedParam<ZebRow>;
 
 // The texts of the operator drop-downs, in list order, and the codes they stand for.
 std::wstring OperatorText(int code) {
-    return code == ZebOp_Range ? LoadLocalizedString(IDS_OPERATOR_BETWEEN) : std::wstring(ZebOperatorText(ZebOp_GreaterEqual));
+    return code == ZebOp_Range ? LoadLocalizedString(IDS_OPERATOR_BETWEEN)
+                               : std::wstring(ZebOperatorText(ZebOp_GreaterEqual));
 }
 
 // A condition's Min and Max as OK checks them: ">=" needs a Min of at least 0; a range needs
@@ -42,17 +43,23 @@ constexpr auto ClearanceCell = &CZebGridModel::CellOf;
 
 const FastenerTableKind& CZEBAssemblyFastenerClearanceDlg::ImportKind() {
     static const FastenerTableKind kind{
-        .layouts = {{{L"F", L"A", L"B"}, {1, -1, 2, -1}}, {{L"F", L"A", L"A1", L"B", L"B1"}, {1, 2, 3, 4}}},
+        .layouts = {{{L"F", L"A", L"B"}, {1, -1, 2, -1}},
+                    {{L"F", L"A", L"A1", L"B", L"B1"}, {1, 2, 3, 4}}},
         .valueCount = 4,
-        .rowBlocks = [](const FastenerSheetRow& row) { return row.Under(L"A").empty() && row.Under(L"B").empty(); },
+        .rowBlocks =
+            [](const FastenerSheetRow& row) {
+                return row.Under(L"A").empty() && row.Under(L"B").empty();
+            },
         .emptyReadsAsZero = false,
         .logSuffix = L"FastnerClearance_log.txt"};
     return kind;
 }
 
-CZEBAssemblyFastenerClearanceDlg::CZEBAssemblyFastenerClearanceDlg(CZebRule* rule, const std::wstring& unitText)
-    : CZEBFastenerTableDlg(rule, unitText, kTemplateId, kImageId,
-                           {.severity = 6022, .unitLabel = 6019, .picture = 6090, .pictureBitmap = 6091}),
+CZEBAssemblyFastenerClearanceDlg::CZEBAssemblyFastenerClearanceDlg(CZebRule* rule,
+                                                                   const std::wstring& unitText)
+    : CZEBFastenerTableDlg(
+          rule, unitText, kTemplateId, kImageId,
+          {.severity = 6022, .unitLabel = 6019, .picture = 6090, .pictureBitmap = 6091}),
       m_operatorGrid(new CZEBListCtrl(Body())),
       m_grid(new CZEBAsmFastenerClearanceRuleListCtrl(Body())) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
@@ -89,11 +96,14 @@ void CZEBAssemblyFastenerClearanceDlg::LoadFromRule(CZebRule& rule) {
         SetOperator(0, conditionA->op);
         SetOperator(1, conditionB->op);
         std::vector<std::pair<size_t, CZebGridModel::Row>> placed;
-        for (int32_t i = 0; i < conditionA->values.GetSize() && i < conditionB->values.GetSize(); ++i) {
+        for (int32_t i = 0; i < conditionA->values.GetSize() && i < conditionB->values.GetSize();
+             ++i) {
             const ZebRow& a = conditionA->values[i];
             const ZebRow& b = conditionB->values[i];
             if (a.size() < 3 || b.size() < 3 || a[0].empty()) continue;
-            placed.emplace_back(static_cast<size_t>(i), CZebGridModel::Row{a.Cell(0), a.Cell(1), a.Cell(2), b.Cell(1), b.Cell(2)});
+            placed.emplace_back(
+                static_cast<size_t>(i),
+                CZebGridModel::Row{a.Cell(0), a.Cell(1), a.Cell(2), b.Cell(1), b.Cell(2)});
         }
         m_grid->SetRows(RowsWithReserve(stored, std::move(placed)));
     }
@@ -101,10 +111,10 @@ void CZEBAssemblyFastenerClearanceDlg::LoadFromRule(CZebRule& rule) {
 }
 
 void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
-
-    m_operatorGrid->InsertColumn(LoadLocalizedString(IsSecondList() ? IDS_FASTENER_NAME_ALTERNATIVE_HEADING
-                                                                    : IDS_FASTENER_NAME_HEADING),
-                                 kClearanceNameWidth);
+    m_operatorGrid->InsertColumn(
+        LoadLocalizedString(IsSecondList() ? IDS_FASTENER_NAME_ALTERNATIVE_HEADING
+                                           : IDS_FASTENER_NAME_HEADING),
+        kClearanceNameWidth);
     m_operatorGrid->InsertColumn(LoadLocalizedString(IDS_CLEARANCE_A_HEADING), kConditionWidth);
     m_operatorGrid->InsertColumn(LoadLocalizedString(IDS_CLEARANCE_B_HEADING), kConditionWidth);
     m_operatorGrid->SetRows({CZebGridModel::Row{}});
@@ -121,7 +131,8 @@ void CZEBAssemblyFastenerClearanceDlg::BuildTables(size_t storedRows) {
     PlaceOperatorLists();
 
     m_grid->InsertColumn(L"", kClearanceNameWidth);
-    for (const wchar_t* heading : {L"Min", L"Max", L"Min", L"Max"}) m_grid->InsertColumn(heading, kConditionWidth / 2);
+    for (const wchar_t* heading : {L"Min", L"Max", L"Min", L"Max"})
+        m_grid->InsertColumn(heading, kConditionWidth / 2);
     m_grid->SetEditableColumns(kFastenerNameColumn, CZEBAsmFastenerClearanceRuleListCtrl::kMaxB);
     m_grid->SetRows(RowsWithReserve(storedRows, {}));
     // The value columns stand under the headings above, however wide those came out.
@@ -141,10 +152,14 @@ void CZEBAssemblyFastenerClearanceDlg::SetOperator(int condition, int code) {
 
 void CZEBAssemblyFastenerClearanceDlg::OperatorChosen() {
     for (int condition = 0; condition < 2; ++condition) {
-        const std::wstring text = m_operatorLists[condition] ? m_operatorLists[condition]->currentText().toStdWString() : L"";
+        const std::wstring text = m_operatorLists[condition]
+                                      ? m_operatorLists[condition]->currentText().toStdWString()
+                                      : L"";
         // Any other text leaves the last operator in force.
-        if (text == OperatorText(ZebOp_GreaterEqual)) m_operators[condition] = ZebOp_GreaterEqual;
-        else if (text == OperatorText(ZebOp_Range)) m_operators[condition] = ZebOp_Range;
+        if (text == OperatorText(ZebOp_GreaterEqual))
+            m_operators[condition] = ZebOp_GreaterEqual;
+        else if (text == OperatorText(ZebOp_Range))
+            m_operators[condition] = ZebOp_Range;
     }
     m_grid->SetOperators(m_operators[0], m_operators[1]);
     if (m_grid->IsCellEditOpen()) m_grid->CommitOpenEditor();
@@ -153,7 +168,8 @@ void CZEBAssemblyFastenerClearanceDlg::OperatorChosen() {
 void CZEBAssemblyFastenerClearanceDlg::PlaceOperatorLists() {
     for (int condition = 0; condition < 2; ++condition) {
         if (!m_operatorLists[condition]) continue;
-        m_operatorLists[condition]->setGeometry(m_operatorGrid->visualRect(m_operatorGrid->model()->index(0, condition + 1)));
+        m_operatorLists[condition]->setGeometry(
+            m_operatorGrid->visualRect(m_operatorGrid->model()->index(0, condition + 1)));
         m_operatorLists[condition]->show();
     }
 }

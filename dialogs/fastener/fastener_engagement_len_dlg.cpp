@@ -24,23 +24,23 @@ constexpr auto Cell = &CZebGridModel::CellOf;
 }  // namespace
 
 const FastenerTableKind& CZEBAssemblyFastenerEngagementLenDlg::ImportKind() {
-    static const FastenerTableKind kind{
-        .layouts = {{{L"F", L"A"}, {1}}},
-        .valueCount = 1,
-        .rowBlocks =
-            [](const FastenerSheetRow& row) {
-                const std::wstring& length = row.Under(L"A");
-                return !ReadNumberEntry(length).Ok();
-            },
-        .emptyReadsAsZero = true,
-        .logSuffix = L"FastenerEngement_log.txt"};
+    static const FastenerTableKind kind{.layouts = {{{L"F", L"A"}, {1}}},
+                                        .valueCount = 1,
+                                        .rowBlocks =
+                                            [](const FastenerSheetRow& row) {
+                                                const std::wstring& length = row.Under(L"A");
+                                                return !ReadNumberEntry(length).Ok();
+                                            },
+                                        .emptyReadsAsZero = true,
+                                        .logSuffix = L"FastenerEngement_log.txt"};
     return kind;
 }
 
-CZEBAssemblyFastenerEngagementLenDlg::CZEBAssemblyFastenerEngagementLenDlg(CZebRule* rule,
-                                                                           const std::wstring& unitText)
-    : CZEBFastenerTableDlg(rule, unitText, kTemplateId, kImageId,
-                           {.severity = 6034, .unitLabel = 6032, .picture = 6037, .pictureBitmap = 6009}),
+CZEBAssemblyFastenerEngagementLenDlg::CZEBAssemblyFastenerEngagementLenDlg(
+    CZebRule* rule, const std::wstring& unitText)
+    : CZEBFastenerTableDlg(
+          rule, unitText, kTemplateId, kImageId,
+          {.severity = 6034, .unitLabel = 6032, .picture = 6037, .pictureBitmap = 6009}),
       m_grid(new CZEBAsmFastenerEngagementLenRuleListCtrl(Body())),
       m_spareButton2(new QPushButton(Body())) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
@@ -68,7 +68,8 @@ void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
                                                             : IDS_FASTENER_NAME_HEADING),
                          kNameWidth);
     m_grid->InsertColumn(LoadLocalizedString(IDS_ENGAGEMENT_LENGTH_HEADING), kLengthWidth);
-    m_grid->SetEditableColumns(kFastenerNameColumn, CZEBAsmFastenerEngagementLenRuleListCtrl::kLength);
+    m_grid->SetEditableColumns(kFastenerNameColumn,
+                               CZEBAsmFastenerEngagementLenRuleListCtrl::kLength);
     m_grid->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     m_grid->FitWidthToColumns();
     m_grid->setMinimumHeight(12 * m_grid->verticalHeader()->defaultSectionSize());
@@ -79,7 +80,8 @@ void CZEBAssemblyFastenerEngagementLenDlg::LoadFromRule(CZebRule& rule) {
         for (int32_t i = 0; i < lengths->values.GetSize(); ++i) {
             const ZebRow& row = lengths->values[i];
             if (row.size() < 2 || row[0].empty()) continue;
-            placed.emplace_back(static_cast<size_t>(i), CZebGridModel::Row{row.Cell(0), row.Cell(1)});
+            placed.emplace_back(static_cast<size_t>(i),
+                                CZebGridModel::Row{row.Cell(0), row.Cell(1)});
         }
     }
     m_grid->SetRows(RowsWithReserve(stored, std::move(placed)));

@@ -7,8 +7,8 @@
 
 #include "app/assembly_rules_app.h"
 #include "controls/sheet_import.h"
-#include "dialogs/database/fastener_error_dlg.h"
 #include "dialogs/common/fastener_additions.h"
+#include "dialogs/database/fastener_error_dlg.h"
 #include "framework/case_fold.h"
 #include "framework/ui/ui_service.h"
 #include "util/file_helpers.h"
@@ -20,7 +20,8 @@ const std::wstring kNoText;
 // The sheet columns A, B, ... as letters.
 std::vector<SpreadsheetColumn> FirstColumns(size_t count) {
     std::vector<SpreadsheetColumn> columns;
-    for (size_t i = 0; i < count; ++i) columns.push_back({std::wstring(1, static_cast<wchar_t>(L'A' + i))});
+    for (size_t i = 0; i < count; ++i)
+        columns.push_back({std::wstring(1, static_cast<wchar_t>(L'A' + i))});
     return columns;
 }
 
@@ -55,22 +56,25 @@ const std::wstring& FastenerSheetRow::Under(const std::wstring& heading) const {
 }
 
 const std::wstring& FastenerSheetRow::At(int column) const {
-    return column >= 0 && column < static_cast<int>(m_layout->headings.size()) ? m_cells[column] : kNoText;
+    return column >= 0 && column < static_cast<int>(m_layout->headings.size()) ? m_cells[column]
+                                                                               : kNoText;
 }
 
 bool CFastenerSheetImport::Read(QWidget* parent, int32_t tableUnit) {
     if (!ChooseSpreadsheet(parent, m_path)) return false;
     size_t width = 0;
-    for (const FastenerSheetLayout& layout : m_kind.layouts) width = std::max(width, layout.headings.size());
+    for (const FastenerSheetLayout& layout : m_kind.layouts)
+        width = std::max(width, layout.headings.size());
     if (m_secondList) ++width;
     SpreadsheetTable table;
     if (!ReadImportColumns(parent, m_path, FirstColumns(width), table)) return false;
     BuildImportLogPath(m_path, m_kind.logSuffix, m_logPath);
 
-    const auto matching = std::find_if(m_kind.layouts.begin(), m_kind.layouts.end(), [&](FastenerSheetLayout layout) {
-        if (m_secondList) layout.headings.push_back(L"N");
-        return Matches(layout, table);
-    });
+    const auto matching =
+        std::find_if(m_kind.layouts.begin(), m_kind.layouts.end(), [&](FastenerSheetLayout layout) {
+            if (m_secondList) layout.headings.push_back(L"N");
+            return Matches(layout, table);
+        });
     if (matching == m_kind.layouts.end()) {
         WarnWith(parent, IDS_SHEET_LAYOUT_UNEXPECTED);
         return false;
@@ -82,8 +86,9 @@ bool CFastenerSheetImport::Read(QWidget* parent, int32_t tableUnit) {
     const size_t names = table.front().size();
     if (m_secondList) {
         const std::list<std::wstring>& thread = table[m_width - 1];
-        const bool complete = thread.size() == names &&
-                              std::none_of(thread.begin(), thread.end(), [](const std::wstring& t) { return t.empty(); });
+        const bool complete =
+            thread.size() == names && std::none_of(thread.begin(), thread.end(),
+                                                   [](const std::wstring& t) { return t.empty(); });
         if (!complete) {
             WarnWith(parent, IDS_SHEET_ROWS_INVALID);
             return false;
@@ -93,7 +98,8 @@ bool CFastenerSheetImport::Read(QWidget* parent, int32_t tableUnit) {
     m_cells.assign((names - 1) * m_width, std::wstring());
     for (size_t column = 0; column < m_width; ++column) {
         size_t row = 0;
-        for (auto cell = std::next(table[column].begin()); cell != table[column].end() && row + 1 < names; ++cell, ++row)
+        for (auto cell = std::next(table[column].begin());
+             cell != table[column].end() && row + 1 < names; ++cell, ++row)
             m_cells[row * m_width + column] = std::move(*cell);
     }
     return true;
@@ -116,7 +122,8 @@ bool CFastenerSheetImport::CheckRows(QWidget* parent) {
     }
     const std::vector<RefusedSheetValue> refused = RefusedValues();
     if (!refused.empty()) {
-        WriteImportLogPass(m_logPath, false, LoadLocalizedString(IDS_LOG_REFUSED_VALUES), RefusedValueLines(refused));
+        WriteImportLogPass(m_logPath, false, LoadLocalizedString(IDS_LOG_REFUSED_VALUES),
+                           RefusedValueLines(refused));
         ShowRefusedValues(parent, refused);
         return false;
     }
@@ -135,7 +142,8 @@ bool CFastenerSheetImport::MergeInto(QWidget* parent, std::vector<CZebGridModel:
         if (row.empty() || row.front().empty()) break;
         MergeEntry entry{ZebUpperCase(row.front()), entries.size(), {}};
         for (int i = 0; i < m_kind.valueCount; ++i)
-            entry.values[i] = CellNumber(i + 1 < static_cast<int>(row.size()) ? row[i + 1] : kNoText, false);
+            entry.values[i] =
+                CellNumber(i + 1 < static_cast<int>(row.size()) ? row[i + 1] : kNoText, false);
         entries.push_back(std::move(entry));
     }
     const size_t tableRows = entries.size();
@@ -158,7 +166,8 @@ bool CFastenerSheetImport::MergeInto(QWidget* parent, std::vector<CZebGridModel:
     bool replaces = false;
     for (size_t first = 0, next = 0; first < sorted.size(); first = next) {
         next = first + 1;
-        while (next < sorted.size() && entries[sorted[next]].name == entries[sorted[first]].name) ++next;
+        while (next < sorted.size() && entries[sorted[next]].name == entries[sorted[first]].name)
+            ++next;
         if (next - first > 1 && sorted[next - 1] >= tableRows) replaces = true;
         if (sorted[first] >= tableRows) continue;
         for (size_t i = first + 1; i < next; ++i)
@@ -175,14 +184,16 @@ bool CFastenerSheetImport::MergeInto(QWidget* parent, std::vector<CZebGridModel:
     std::vector<CZebGridModel::Row> refilled;
     refilled.reserve(entries.size() + rows.size());
     for (size_t i = 0; i < sorted.size(); ++i) {
-        if (i + 1 < sorted.size() && entries[sorted[i + 1]].name == entries[sorted[i]].name) continue;
+        if (i + 1 < sorted.size() && entries[sorted[i + 1]].name == entries[sorted[i]].name)
+            continue;
         MergeEntry& entry = entries[sorted[i]];
         CZebGridModel::Row row;
         row.reserve(1 + m_kind.valueCount);
         row.push_back(std::move(entry.name));
         for (int cell = 0; cell < m_kind.valueCount; ++cell)
-            row.push_back(entry.values[cell] == kEmptyFastenerValue ? std::wstring()
-                                                                    : FormatTrimmedNumber(entry.values[cell], separator));
+            row.push_back(entry.values[cell] == kEmptyFastenerValue
+                              ? std::wstring()
+                              : FormatTrimmedNumber(entry.values[cell], separator));
         refilled.push_back(std::move(row));
     }
     const size_t merged = refilled.size();
@@ -193,8 +204,10 @@ bool CFastenerSheetImport::MergeInto(QWidget* parent, std::vector<CZebGridModel:
     for (size_t i = 0; i < RowCount(); ++i) {
         const FastenerSheetRow row = Row(i);
         const std::wstring name = ZebUpperCase(row.Name());
-        if (m_secondList) additions.RecordThread(ZebUpperCase(row.At(static_cast<int>(m_width) - 1)), name);
-        else additions.RecordName(name);
+        if (m_secondList)
+            additions.RecordThread(ZebUpperCase(row.At(static_cast<int>(m_width) - 1)), name);
+        else
+            additions.RecordName(name);
     }
     return true;
 }
@@ -221,7 +234,8 @@ std::vector<RefusedSheetValue> CFastenerSheetImport::RefusedValues() const {
             const NumberEntry entry = ReadNumberEntry(text);
             // Row 1 holds the headings.
             if (!entry.Ok())
-                refused.push_back({i + 2, std::wstring(1, static_cast<wchar_t>(L'A' + column)), text, entry.fault});
+                refused.push_back({i + 2, std::wstring(1, static_cast<wchar_t>(L'A' + column)),
+                                   text, entry.fault});
         }
     }
     return refused;

@@ -88,7 +88,9 @@ public:
 
 private:
     size_t RowCount() const { return m_width ? m_cells.size() / m_width : 0; }
-    FastenerSheetRow Row(size_t row) const { return FastenerSheetRow(m_layout, &m_cells[row * m_width]); }
+    FastenerSheetRow Row(size_t row) const {
+        return FastenerSheetRow(m_layout, &m_cells[row * m_width]);
+    }
     // The error dialog over the log; true when the user leaves it with OK.
     bool ShowLog(QWidget* parent, bool isWarning) const;
     // A value cell of the table (already in its unit) or of the sheet (converted).

@@ -39,17 +39,23 @@ CZEBFastenerTableDlg::CZEBFastenerTableDlg(CZebRule* rule, std::wstring unitText
       m_unitLabel(WithZebControlId(new QLabel(Body()), ids.unitLabel)),
       m_databaseLabel(WithZebControlId(new QLabel(Body()), kDatabaseLabelId)),
       m_databaseList(WithZebControlId(new CWrapperComboCtrl(Body()), kDatabaseListId)),
-      m_hardwareButton(WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareButtonId)),
-      m_hardwareDatabase(WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId)),
+      m_hardwareButton(WithZebControlId(
+          new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareButtonId)),
+      m_hardwareDatabase(WithZebControlId(
+          new QPushButton(LocalizedText(IDS_OPEN_HARDWARE_DATABASE), Body()), kHardwareDatabaseId)),
       m_static(WithZebControlId(new QFrame(Body()), kStaticId)),
-      m_firstList(WithZebControlId(new QRadioButton(LocalizedText(IDS_FASTENER_NAME_HEADING), Body()), kFirstListId)),
-      m_secondList(WithZebControlId(new QRadioButton(LocalizedText(IDS_FASTENER_NAME_ALTERNATIVE_HEADING), Body()), kSecondListId)),
+      m_firstList(WithZebControlId(
+          new QRadioButton(LocalizedText(IDS_FASTENER_NAME_HEADING), Body()), kFirstListId)),
+      m_secondList(WithZebControlId(
+          new QRadioButton(LocalizedText(IDS_FASTENER_NAME_ALTERNATIVE_HEADING), Body()),
+          kSecondListId)),
       m_spareButton(WithZebControlId(new QPushButton(Body()), kSpareButtonId)),
       m_picture(WithZebControlId(new PictureControl(Body()), ids.picture)),
       m_tableArea(new QVBoxLayout),
       m_hotKey(new CZebHotKey(this)) {
     static_cast<QFrame*>(m_static)->setFrameShape(QFrame::HLine);
-    for (QPushButton* button : {m_hardwareButton, m_hardwareDatabase, m_spareButton}) button->setAutoDefault(false);
+    for (QPushButton* button : {m_hardwareButton, m_hardwareDatabase, m_spareButton})
+        button->setAutoDefault(false);
     m_databaseLabel->hide();
     m_databaseList->hide();
     m_static->hide();
@@ -95,20 +101,28 @@ std::vector<CZebGridModel::Row> CZEBFastenerTableDlg::RowsWithReserve(
 
 void CZEBFastenerTableDlg::RegisterImportKey() { m_hotKey->Register(); }
 
-void CZEBFastenerTableDlg::LoadSeverity(int32_t severity) { LoadSeverityList(*m_severity, severity); }
+void CZEBFastenerTableDlg::LoadSeverity(int32_t severity) {
+    LoadSeverityList(*m_severity, severity);
+}
 
-void CZEBFastenerTableDlg::StoreSeverity(int32_t& severity) { StoreSeverityList(*m_severity, severity); }
+void CZEBFastenerTableDlg::StoreSeverity(int32_t& severity) {
+    StoreSeverityList(*m_severity, severity);
+}
 
 void CZEBFastenerTableDlg::SetUnitLabel(ZebStringId format) {
-    m_unitLabel->setText(QString::fromStdWString(ZebFormatText(LoadLocalizedString(format), {GetUnitText()})));
+    m_unitLabel->setText(
+        QString::fromStdWString(ZebFormatText(LoadLocalizedString(format), {GetUnitText()})));
 }
 
 void CZEBFastenerTableDlg::ShowFirstListOnly() {
     m_firstList->setChecked(true);
-    for (QWidget* hidden : std::initializer_list<QWidget*>{m_firstList, m_secondList, m_spareButton, m_hardwareButton})
+    for (QWidget* hidden : std::initializer_list<QWidget*>{m_firstList, m_secondList, m_spareButton,
+                                                           m_hardwareButton})
         hidden->hide();
     m_databaseLabel->setText(LocalizedText(IDS_DATABASE_LABEL));
-    for (QWidget* shown : std::initializer_list<QWidget*>{m_databaseLabel, m_static, m_databaseList}) shown->show();
+    for (QWidget* shown :
+         std::initializer_list<QWidget*>{m_databaseLabel, m_static, m_databaseList})
+        shown->show();
 }
 
 bool CZEBFastenerTableDlg::FillDatabaseModule() { return FillDatabaseModuleList(*m_databaseList); }
@@ -119,7 +133,8 @@ bool CZEBFastenerTableDlg::LoadNameChoices() {
     std::list<std::wstring> names;
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     if (db) {
-        const int32_t read = IsSecondList() ? db->GetAlternateFastenerNames(names) : db->GetFastenerNames(names);
+        const int32_t read =
+            IsSecondList() ? db->GetAlternateFastenerNames(names) : db->GetFastenerNames(names);
         if (read != ZebDbOk) names.clear();
     }
     std::vector<std::wstring> choices = NameChoices(names);

@@ -9,9 +9,9 @@
 #include "app/help_topics.h"
 #include "controls/wrapper_combo_ctrl.h"
 #include "controls/zeb_asm_recomm_thread_conn_list_ctrl.h"
-#include "dialogs/database/thread_size_dlg.h"
 #include "dialogs/common/parameter_controls.h"
 #include "dialogs/common/severity_list.h"
+#include "dialogs/database/thread_size_dlg.h"
 #include "framework/ui/control_id.h"
 #include "rules/rule_record.h"
 #include "util/rule_params.h"
@@ -26,8 +26,10 @@ CZEBAssemblyRecommThreadTypesInConnectionDlg::CZEBAssemblyRecommThreadTypesInCon
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
       m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
       m_grid(WithZebControlId(new CZEBAsmRecommThreadConnListCtrl(Body()), kGridId)),
-      m_threadSizes(WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_THREAD_SIZES), Body()), kThreadSizesId)),
-      m_threadSizesSwitch(WithZebControlId(new QCheckBox(LocalizedText(IDS_THREAD_SIZES_CHECK), Body()), kThreadSizesSwitchId)) {
+      m_threadSizes(WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_THREAD_SIZES), Body()),
+                                     kThreadSizesId)),
+      m_threadSizesSwitch(WithZebControlId(
+          new QCheckBox(LocalizedText(IDS_THREAD_SIZES_CHECK), Body()), kThreadSizesSwitchId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicRecommThreadTypes);
     UseTable(m_grid);

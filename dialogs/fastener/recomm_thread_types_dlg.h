@@ -24,7 +24,8 @@ public:
         kThreadSizesSwitchId = 9146,
     };
 
-    explicit CZEBAssemblyRecommThreadTypesInConnectionDlg(CZebRule* rule, const std::wstring& unitText = {});
+    explicit CZEBAssemblyRecommThreadTypesInConnectionDlg(CZebRule* rule,
+                                                          const std::wstring& unitText = {});
 
     CZEBAsmRecommThreadConnListCtrl* GetGrid() const { return m_grid; }
 

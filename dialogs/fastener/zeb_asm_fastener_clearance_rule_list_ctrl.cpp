@@ -52,8 +52,12 @@ CZEBListCtrl::CellEditor CZEBAsmFastenerClearanceRuleListCtrl::EditorOf(int row,
     return row >= 0 && row < GetRowCount() && RowHasName(row) ? CellEditor::Text : CellEditor::None;
 }
 
-long CZEBAsmFastenerClearanceRuleListCtrl::CommitOpenEditor() { return CommitFastenerEditor(*this); }
+long CZEBAsmFastenerClearanceRuleListCtrl::CommitOpenEditor() {
+    return CommitFastenerEditor(*this);
+}
 
 long CZEBAsmFastenerClearanceRuleListCtrl::OnDeleteKey() { return DeleteSelectedRows(); }
 
-bool CZEBAsmFastenerClearanceRuleListCtrl::IsNumberCell(int /*row*/, int column) const { return column >= kMinA && column <= kMaxB; }
+bool CZEBAsmFastenerClearanceRuleListCtrl::IsNumberCell(int /*row*/, int column) const {
+    return column >= kMinA && column <= kMaxB;
+}

@@ -6,11 +6,14 @@ long CZEBAsmFastenerEngagementLenRuleListCtrl::CommitOpenEditor() {
     return CommitFastenerEditor(*this);
 }
 
-CZEBListCtrl::CellEditor CZEBAsmFastenerEngagementLenRuleListCtrl::EditorOf(int row, int column) const {
+CZEBListCtrl::CellEditor CZEBAsmFastenerEngagementLenRuleListCtrl::EditorOf(int row,
+                                                                            int column) const {
     if (column == kFastenerNameColumn) return CellEditor::Choice;
     return column == kLength && row >= 0 ? CellEditor::Text : CellEditor::None;
 }
 
 long CZEBAsmFastenerEngagementLenRuleListCtrl::OnDeleteKey() { return DeleteSelectedRows(); }
 
-bool CZEBAsmFastenerEngagementLenRuleListCtrl::IsNumberCell(int /*row*/, int column) const { return column == kLength; }
+bool CZEBAsmFastenerEngagementLenRuleListCtrl::IsNumberCell(int /*row*/, int column) const {
+    return column == kLength;
+}

@@ -25,8 +25,9 @@ CZEBAlignmentCheckDlg::CZEBAlignmentCheckDlg(CZebRule* rule, const std::wstring&
       m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), m_layout.severityId)),
       m_picture(new PictureControl(Body())) {
     SetHelpTopic(m_layout.helpTopic);
-    setWindowTitle(m_layout.titleIsRuleName ? QString::fromStdWString(rule ? rule->DisplayName : std::wstring())
-                                            : LocalizedText(m_layout.title));
+    setWindowTitle(m_layout.titleIsRuleName
+                       ? QString::fromStdWString(rule ? rule->DisplayName : std::wstring())
+                       : LocalizedText(m_layout.title));
     if (m_layout.pictureId) SetZebControlId(m_picture, m_layout.pictureId);
 
     auto* grid = new QGridLayout;
@@ -39,7 +40,8 @@ CZEBAlignmentCheckDlg::CZEBAlignmentCheckDlg(CZebRule* rule, const std::wstring&
                              WithZebControlId(new QLabel(Body()), row.unitId), nullptr};
         controls.value->setMinimumWidth(100);
         if (row.switchId) {
-            controls.on = WithZebControlId(new QCheckBox(LocalizedText(row.label), Body()), row.switchId);
+            controls.on =
+                WithZebControlId(new QCheckBox(LocalizedText(row.label), Body()), row.switchId);
             grid->addWidget(controls.on, line, 0);
         } else {
             grid->addWidget(new QLabel(LocalizedText(row.label), Body()), line, 0);
@@ -51,7 +53,8 @@ CZEBAlignmentCheckDlg::CZEBAlignmentCheckDlg(CZebRule* rule, const std::wstring&
         ++line;
     }
     for (const AlignmentDialogLayout::Option& option : m_layout.options) {
-        QAbstractButton* box = WithZebControlId(new QCheckBox(LocalizedText(option.label), Body()), option.boxId);
+        QAbstractButton* box =
+            WithZebControlId(new QCheckBox(LocalizedText(option.label), Body()), option.boxId);
         grid->addWidget(box, line++, 0, 1, 5);
         m_options.push_back(box);
     }
@@ -68,7 +71,8 @@ void CZEBAlignmentCheckDlg::LoadFromRule(CZebRule& rule) {
     for (size_t i = 0; i < m_rows.size(); ++i) {
         const RowControls& controls = m_rows[i];
         const ZebTypedParam<double>* param = FindTyped<double>(rule, m_layout.rows[i].param);
-        LoadOperatorList(*controls.op, {ZebOp_Less, ZebOp_LessEqual}, &OperatorSymbol, param ? param->op : ZebOp_None);
+        LoadOperatorList(*controls.op, {ZebOp_Less, ZebOp_LessEqual}, &OperatorSymbol,
+                         param ? param->op : ZebOp_None);
         if (!param) continue;
         LoadFirstValue(*controls.value, *param);
         controls.unit->setText(QString::fromStdWString(GetUnitText()));
@@ -78,8 +82,10 @@ void CZEBAlignmentCheckDlg::LoadFromRule(CZebRule& rule) {
         const AlignmentDialogLayout::Option& option = m_layout.options[i];
         CZebParamStorage* param = rule.FindParameterInArray(option.param);
         if (!param) continue;
-        if (!option.firstValue) LoadFlagBox(*m_options[i], *param->GetParam(), ParamFlag::Enabled);
-        else if (const ZebTypedParam<bool>* flags = param->As<bool>()) LoadSwitchBox(*m_options[i], *flags);
+        if (!option.firstValue)
+            LoadFlagBox(*m_options[i], *param->GetParam(), ParamFlag::Enabled);
+        else if (const ZebTypedParam<bool>* flags = param->As<bool>())
+            LoadSwitchBox(*m_options[i], *flags);
     }
     m_picture->SetBitmapId(m_layout.pictureBitmap);
 }
@@ -107,12 +113,15 @@ void CZEBAlignmentCheckDlg::StoreIntoRule(CZebRule& rule) {
         const AlignmentDialogLayout::Option& option = m_layout.options[i];
         CZebParamStorage* param = rule.FindParameterInArray(option.param);
         if (!param) continue;
-        if (!option.firstValue) StoreFlagBox(*m_options[i], *param->GetParam(), ParamFlag::Enabled);
-        else if (ZebTypedParam<bool>* flags = param->As<bool>()) StoreSwitchBox(*m_options[i], *flags);
+        if (!option.firstValue)
+            StoreFlagBox(*m_options[i], *param->GetParam(), ParamFlag::Enabled);
+        else if (ZebTypedParam<bool>* flags = param->As<bool>())
+            StoreSwitchBox(*m_options[i], *flags);
     }
 }
 
-CZEBSMHoleAlignmentCheckDlg::CZEBSMHoleAlignmentCheckDlg(CZebRule* rule, const std::wstring& unitText)
+CZEBSMHoleAlignmentCheckDlg::CZEBSMHoleAlignmentCheckDlg(CZebRule* rule,
+                                                         const std::wstring& unitText)
     : CZEBAlignmentCheckDlg(
           rule, unitText,
           {.templateId = kTemplateId,
@@ -120,19 +129,21 @@ CZEBSMHoleAlignmentCheckDlg::CZEBSMHoleAlignmentCheckDlg(CZebRule* rule, const s
            .severityId = kSeverityId,
            .pictureId = 0,
            .pictureBitmap = 7095,
-           .rows = {{HoleAlignmentParams::kOffset.id, kOffsetOperatorId, kOffsetValueId, kOffsetUnitId,
-                     IDS_HOLE_OFFSET_LABEL},
-                    {HoleAlignmentParams::kTolerance.id, kSecondOperatorId, kSecondValueId, kSecondUnitId,
-                     IDS_HOLE_SECOND_TOLERANCE_LABEL}},
-           .options = {{kThroughHolesId, HoleAlignmentParams::kThroughHoles.id, IDS_HOLE_CHECK_THROUGH,
-                        false},
-                       {kBlindHolesId, HoleAlignmentParams::kBlindHoles.id, IDS_HOLE_CHECK_BLIND, false}},
+           .rows = {{HoleAlignmentParams::kOffset.id, kOffsetOperatorId, kOffsetValueId,
+                     kOffsetUnitId, IDS_HOLE_OFFSET_LABEL},
+                    {HoleAlignmentParams::kTolerance.id, kSecondOperatorId, kSecondValueId,
+                     kSecondUnitId, IDS_HOLE_SECOND_TOLERANCE_LABEL}},
+           .options = {{kThroughHolesId, HoleAlignmentParams::kThroughHoles.id,
+                        IDS_HOLE_CHECK_THROUGH, false},
+                       {kBlindHolesId, HoleAlignmentParams::kBlindHoles.id, IDS_HOLE_CHECK_BLIND,
+                        false}},
            .titleIsRuleName = false,
            .title = IDS_RULE_HOLE_ALIGNMENT,
            .firstValueRequired = std::nullopt,
            .helpTopic = kHelpTopicHoleAlignment}) {}
 
-CZEBASMSlotAlignmentCheckDlg::CZEBASMSlotAlignmentCheckDlg(CZebRule* rule, const std::wstring& unitText)
+CZEBASMSlotAlignmentCheckDlg::CZEBASMSlotAlignmentCheckDlg(CZebRule* rule,
+                                                           const std::wstring& unitText)
     : CZEBAlignmentCheckDlg(
           rule, unitText,
           {.templateId = kTemplateId,
@@ -140,13 +151,13 @@ CZEBASMSlotAlignmentCheckDlg::CZEBASMSlotAlignmentCheckDlg(CZebRule* rule, const
            .severityId = kSeverityId,
            .pictureId = kPictureId,
            .pictureBitmap = 8150,
-           .rows = {{SlotAlignmentParams::kOffset.id, kOffsetOperatorId, kOffsetValueId, kOffsetUnitId,
-                     IDS_SLOT_OFFSET_LABEL},
-                    {SlotAlignmentParams::kSecondOffset.id, kSecondOperatorId, kSecondValueId, kSecondUnitId,
-                     IDS_SLOT_SECOND_OFFSET_CHECK,
-                     kSecondSwitchId}},
+           .rows = {{SlotAlignmentParams::kOffset.id, kOffsetOperatorId, kOffsetValueId,
+                     kOffsetUnitId, IDS_SLOT_OFFSET_LABEL},
+                    {SlotAlignmentParams::kSecondOffset.id, kSecondOperatorId, kSecondValueId,
+                     kSecondUnitId, IDS_SLOT_SECOND_OFFSET_CHECK, kSecondSwitchId}},
            .options = {{kWidthId, SlotAlignmentParams::kWidth.id, IDS_SLOT_CHECK_WIDTH, true},
-                       {kDirectionId, SlotAlignmentParams::kDirection.id, IDS_SLOT_CHECK_DIRECTION, true}},
+                       {kDirectionId, SlotAlignmentParams::kDirection.id, IDS_SLOT_CHECK_DIRECTION,
+                        true}},
            .titleIsRuleName = true,
            .title = IDS_RULE_SLOT_ALIGNMENT,
            .firstValueRequired = IDS_SLOT_OFFSET_REQUIRED,

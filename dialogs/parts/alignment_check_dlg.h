@@ -52,7 +52,8 @@ struct AlignmentDialogLayout {
 class CZEBAlignmentCheckDlg : public CZEBRuleDialog {
     Q_OBJECT
 public:
-    CZEBAlignmentCheckDlg(CZebRule* rule, const std::wstring& unitText, AlignmentDialogLayout layout);
+    CZEBAlignmentCheckDlg(CZebRule* rule, const std::wstring& unitText,
+                          AlignmentDialogLayout layout);
 
 protected:
     void LoadFromRule(CZebRule& rule) override;

@@ -51,7 +51,8 @@ namespace {
 // refused values were listed and logged, when some cannot be read.
 bool TakeLengths(QWidget* parent, const std::wstring& path, const ComponentImportLayout& layout,
                  std::list<std::wstring>& lengths, int32_t tableUnit) {
-    const std::optional<SheetLengthConversion> conversion = ConversionForSheet(parent, path, tableUnit);
+    const std::optional<SheetLengthConversion> conversion =
+        ConversionForSheet(parent, path, tableUnit);
     const std::wstring letter = layout.columns[static_cast<size_t>(layout.lengthColumn)].letter;
     std::vector<RefusedSheetValue> refused;
     size_t row = 0;
@@ -59,14 +60,17 @@ bool TakeLengths(QWidget* parent, const std::wstring& path, const ComponentImpor
         ++row;
         if (text.empty()) continue;
         NumberEntry entry = ImportLength(text, conversion);
-        if (entry.Ok()) text = std::move(entry.text);
-        else refused.push_back({row, letter, text, entry.fault});
+        if (entry.Ok())
+            text = std::move(entry.text);
+        else
+            refused.push_back({row, letter, text, entry.fault});
     }
     if (refused.empty()) return true;
     std::wstring logPath;
     BuildImportLogPath(path, layout.logSuffix, logPath);
     if (!logPath.empty())
-        WriteImportLogPass(logPath, true, LoadLocalizedString(IDS_LOG_REFUSED_VALUES), RefusedValueLines(refused));
+        WriteImportLogPass(logPath, true, LoadLocalizedString(IDS_LOG_REFUSED_VALUES),
+                           RefusedValueLines(refused));
     ShowRefusedValues(parent, refused);
     return false;
 }
@@ -86,12 +90,14 @@ bool ImportComponentTable(QWidget* parent, CZEBListCtrl& table, const ComponentI
         !CheckImportNotEmpty(parent, imported))
         return false;
     if (layout.lengthColumn >= 0 && static_cast<size_t>(layout.lengthColumn) < imported.size() &&
-        !TakeLengths(parent, path, layout, imported[static_cast<size_t>(layout.lengthColumn)], tableUnit))
+        !TakeLengths(parent, path, layout, imported[static_cast<size_t>(layout.lengthColumn)],
+                     tableUnit))
         return false;
     int count = 0;
     table.SetRows(PlaceImportedColumns(table.GetRows(), imported, layout, leastEmptied, count));
     state.columns = std::move(imported);
-    ZebUiMessage(parent, ZebFormatText(LoadLocalizedString(IDS_ROWS_IMPORTED), {std::to_wstring(count)}),
+    ZebUiMessage(parent,
+                 ZebFormatText(LoadLocalizedString(IDS_ROWS_IMPORTED), {std::to_wstring(count)}),
                  ZebMsgIcon::Information, ZebMsgButtons::Ok);
     return true;
 }

@@ -11,9 +11,9 @@
 #include "controls/database_module.h"
 #include "controls/double_edit_ex.h"
 #include "controls/wrapper_combo_ctrl.h"
-#include "dialogs/database/material_db_dlg.h"
 #include "dialogs/common/parameter_controls.h"
 #include "dialogs/common/severity_list.h"
+#include "dialogs/database/material_db_dlg.h"
 #include "dialogs/parts/zeb_asm_contact_material_list_ctrl.h"
 #include "framework/ui/control_id.h"
 #include "rules/rule_record.h"
@@ -29,17 +29,20 @@ constexpr int kMarkWidth = 30;
 constexpr int kSideWidth = 180;
 }  // namespace
 
-CZEBAssemblyCheckContactMaterialDlg::CZEBAssemblyCheckContactMaterialDlg(CZebRule* rule, const std::wstring& unitText)
+CZEBAssemblyCheckContactMaterialDlg::CZEBAssemblyCheckContactMaterialDlg(
+    CZebRule* rule, const std::wstring& unitText)
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
       m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
-      m_distanceSwitch(WithZebControlId(new QCheckBox(LocalizedText(IDS_CONTACT_DISTANCE_CHECK), Body()), kDistanceSwitchId)),
+      m_distanceSwitch(WithZebControlId(
+          new QCheckBox(LocalizedText(IDS_CONTACT_DISTANCE_CHECK), Body()), kDistanceSwitchId)),
       m_distance(WithZebControlId(new CDoubleEditEx(Body()), kDistanceId)),
       m_unitLabel(WithZebControlId(new QLabel(Body()), kUnitLabelId)),
       m_table(WithZebControlId(new CZEBAsmContactMaterialListCtrl(Body()), kTableId)),
       m_databases(WithZebControlId(new CWrapperComboCtrl(Body()), kDatabaseListId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicContactMaterial);
-    auto* materialDatabase = WithZebControlId(new QPushButton(LocalizedText(IDS_OPEN_MATERIAL_DATABASE), Body()), kMaterialDatabaseId);
+    auto* materialDatabase = WithZebControlId(
+        new QPushButton(LocalizedText(IDS_OPEN_MATERIAL_DATABASE), Body()), kMaterialDatabaseId);
     materialDatabase->setAutoDefault(false);
     m_table->setMinimumHeight(300);
 
@@ -89,7 +92,8 @@ void CZEBAssemblyCheckContactMaterialDlg::LoadFromRule(CZebRule& rule) {
     std::vector<CZebGridModel::Row> rows;
     if (const ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kPairs))
         for (int i = 0; i < pairs->values.GetSize(); ++i)
-            if (pairs->values[i].size() >= 2) rows.push_back({L"", pairs->values[i].Cell(0), pairs->values[i].Cell(1)});
+            if (pairs->values[i].size() >= 2)
+                rows.push_back({L"", pairs->values[i].Cell(0), pairs->values[i].Cell(1)});
     rows.resize(rows.size() + kSpareRows);
     m_table->SetRows(std::move(rows));
     m_table->SetOwner(this, &rule);
@@ -113,7 +117,8 @@ void CZEBAssemblyCheckContactMaterialDlg::CommitEdits() {
 
 std::optional<ZebRefusal> CZEBAssemblyCheckContactMaterialDlg::Validate(CZebRule& /*rule*/) {
     for (const CZebGridModel::Row& row : m_table->GetRows())
-        if (CZebGridModel::CellOf(row, kSide1).empty() != CZebGridModel::CellOf(row, kSide2).empty())
+        if (CZebGridModel::CellOf(row, kSide1).empty() !=
+            CZebGridModel::CellOf(row, kSide2).empty())
             return ZebRefusal{LoadLocalizedString(IDS_ROW_INCOMPLETE), m_table};
     return std::nullopt;
 }

@@ -22,18 +22,22 @@ constexpr int kFirst = 1;
 constexpr int kSecond = 2;
 
 // Columns "A" and "B" into the two component columns; an empty name ends the import.
-const ComponentImportLayout kImportLayout{.columns = SheetColumnsOf(InterferenceParams::kComponents.columns),
-                                          .leastRows = ZEBASMInterfDetCheckCompDlg::kSpareRows,
-                                          .rowsBelow = 1,
-                                          .stopAtEmptyName = true};
+const ComponentImportLayout kImportLayout{
+    .columns = SheetColumnsOf(InterferenceParams::kComponents.columns),
+    .leastRows = ZEBASMInterfDetCheckCompDlg::kSpareRows,
+    .rowsBelow = 1,
+    .stopAtEmptyName = true};
 }  // namespace
 
 ZEBASMInterfDetCheckCompDlg::ZEBASMInterfDetCheckCompDlg(CZebRule* rule, QWidget* parent)
     : QWidget(parent),
       m_rule(rule),
-      m_all(WithZebControlId(new QRadioButton(LocalizedText(IDS_CHECK_ALL_COMPONENTS), this), kAllComponentsId)),
-      m_listed(WithZebControlId(new QRadioButton(LocalizedText(IDS_CHECK_LISTED_COMPONENTS), this), kListedComponentsId)),
-      m_groupsBox(WithZebControlId(new QCheckBox(LocalizedText(IDS_COMPONENT_GROUPS), this), kGroupsId)),
+      m_all(WithZebControlId(new QRadioButton(LocalizedText(IDS_CHECK_ALL_COMPONENTS), this),
+                             kAllComponentsId)),
+      m_listed(WithZebControlId(new QRadioButton(LocalizedText(IDS_CHECK_LISTED_COMPONENTS), this),
+                                kListedComponentsId)),
+      m_groupsBox(
+          WithZebControlId(new QCheckBox(LocalizedText(IDS_COMPONENT_GROUPS), this), kGroupsId)),
       m_table(WithZebControlId(new CZEBAsmRuleListCtrl(this), kTableId)) {
     m_table->setMinimumHeight(300);
     auto* layout = new QVBoxLayout(this);
@@ -50,7 +54,8 @@ ZEBASMInterfDetCheckCompDlg::ZEBASMInterfDetCheckCompDlg(CZebRule* rule, QWidget
 
 void ZEBASMInterfDetCheckCompDlg::OnInitDialog() {
     if (!m_rule || !m_rule->FindParameterInArray(kCheckAll)) return;
-    m_table->SetUpColumns({L"", LoadLocalizedString(IDS_COMPONENT_1_HEADING), LoadLocalizedString(IDS_COMPONENT_2_HEADING)},
+    m_table->SetUpColumns({L"", LoadLocalizedString(IDS_COMPONENT_1_HEADING),
+                           LoadLocalizedString(IDS_COMPONENT_2_HEADING)},
                           kTableWidth, 0);
     OfferTableExport(*m_table, [this] { ExportTable(); });
     const ZebTypedParam<bool>* checkAll = FindTyped<bool>(*m_rule, kCheckAll);
@@ -59,7 +64,8 @@ void ZEBASMInterfDetCheckCompDlg::OnInitDialog() {
 
     const bool checkAllOn = checkAll && !checkAll->values.IsEmpty() && checkAll->values[0];
     (!checkAllOn && storedRows > 0 ? m_listed : m_all)->setChecked(true);
-    if (const ZebTypedParam<bool>* groups = FindTyped<bool>(*m_rule, kGroups)) LoadSwitchBox(*m_groupsBox, *groups);
+    if (const ZebTypedParam<bool>* groups = FindTyped<bool>(*m_rule, kGroups))
+        LoadSwitchBox(*m_groupsBox, *groups);
     if (checkAllOn) {
         m_table->setEnabled(false);
         m_groupsBox->setEnabled(false);
@@ -111,9 +117,11 @@ std::optional<ZebRefusal> ZEBASMInterfDetCheckCompDlg::Validate() const {
 }
 
 void ZEBASMInterfDetCheckCompDlg::StoreIntoRule(CZebRule& rule) {
-    if (ZebTypedParam<bool>* checkAll = FindTyped<bool>(rule, kCheckAll)) StoreSwitchBox(*m_all, *checkAll);
+    if (ZebTypedParam<bool>* checkAll = FindTyped<bool>(rule, kCheckAll))
+        StoreSwitchBox(*m_all, *checkAll);
     if (m_all->isChecked()) return;
-    if (ZebTypedParam<bool>* groups = FindTyped<bool>(rule, kGroups)) StoreSwitchBox(*m_groupsBox, *groups);
+    if (ZebTypedParam<bool>* groups = FindTyped<bool>(rule, kGroups))
+        StoreSwitchBox(*m_groupsBox, *groups);
     ZebTypedParam<ZebRow>* stored = FindTyped<ZebRow>(rule, kComponents);
     if (!stored) return;
     stored->values.RemoveAll();
@@ -131,5 +139,6 @@ void ZEBASMInterfDetCheckCompDlg::ImportSpreadsheet() {
 void ZEBASMInterfDetCheckCompDlg::ExportTable() {
     std::wstring text;
     m_table->EndCellEdit(text);
-    ExportTableToChosenFile(window(), TableSheetKind::ComponentsToCheck, TableTexts(*m_table, kFirst, 2));
+    ExportTableToChosenFile(window(), TableSheetKind::ComponentsToCheck,
+                            TableTexts(*m_table, kFirst, 2));
 }

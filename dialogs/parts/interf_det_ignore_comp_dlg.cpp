@@ -18,19 +18,23 @@ constexpr int kIgnoreTableWidth = 560;
 constexpr int kNameColumn = 1;
 
 bool SameNamesIgnoringCase(const std::list<std::wstring>& a, const std::list<std::wstring>& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](const std::wstring& x, const std::wstring& y) { return ZebEqualsNoCase(x, y); });
+    return std::equal(
+        a.begin(), a.end(), b.begin(), b.end(),
+        [](const std::wstring& x, const std::wstring& y) { return ZebEqualsNoCase(x, y); });
 }
 
 // Column "A" into the name column, below a span kept empty for the list it replaces.
-const ComponentImportLayout kIgnoreImportLayout{.columns = {{L"A"}},
-                                          .leastRows = ZEBASMInterfDetIgnoreCompDlg::kSpareRows,
-                                          .rowsBelow = ZEBASMInterfDetIgnoreCompDlg::kSpareRows,
-                                          .stopAtEmptyName = true};
+const ComponentImportLayout kIgnoreImportLayout{
+    .columns = {{L"A"}},
+    .leastRows = ZEBASMInterfDetIgnoreCompDlg::kSpareRows,
+    .rowsBelow = ZEBASMInterfDetIgnoreCompDlg::kSpareRows,
+    .stopAtEmptyName = true};
 }  // namespace
 
 ZEBASMInterfDetIgnoreCompDlg::ZEBASMInterfDetIgnoreCompDlg(CZebRule* rule, QWidget* parent)
-    : QWidget(parent), m_rule(rule), m_table(WithZebControlId(new ZEBASMInterfIgnoreCompListCtrl(this), kTableId)) {
+    : QWidget(parent),
+      m_rule(rule),
+      m_table(WithZebControlId(new ZEBASMInterfIgnoreCompListCtrl(this), kTableId)) {
     m_table->setMinimumHeight(300);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_table, 1);
@@ -41,7 +45,8 @@ ZEBASMInterfDetIgnoreCompDlg::ZEBASMInterfDetIgnoreCompDlg(CZebRule* rule, QWidg
 
 void ZEBASMInterfDetIgnoreCompDlg::OnInitDialog() {
     if (!m_rule) return;
-    m_table->SetUpColumns({L"", LoadLocalizedString(IDS_COMPONENT_NAME_HEADING)}, kIgnoreTableWidth, 0);
+    m_table->SetUpColumns({L"", LoadLocalizedString(IDS_COMPONENT_NAME_HEADING)}, kIgnoreTableWidth,
+                          0);
 
     std::list<std::wstring> names;
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
@@ -64,7 +69,8 @@ void ZEBASMInterfDetIgnoreCompDlg::OnInitDialog() {
     m_loaded = m_current;
 
     if (!m_databaseAvailable) {
-        m_unavailable = WithZebControlId(new QLabel(LocalizedText(IDS_IGNORE_LIST_UNAVAILABLE), this), kUnavailableId);
+        m_unavailable = WithZebControlId(
+            new QLabel(LocalizedText(IDS_IGNORE_LIST_UNAVAILABLE), this), kUnavailableId);
         m_unavailable->setAlignment(Qt::AlignVCenter | Qt::AlignLeft);
         m_unavailable->setWordWrap(true);
         static_cast<QVBoxLayout*>(layout())->insertWidget(1, m_unavailable);
@@ -89,7 +95,8 @@ bool ZEBASMInterfDetIgnoreCompDlg::OnOK() {
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     if (!db) return false;
     if (db->SaveInterferenceIgnoreList(m_current) != ZebDbOk) {
-        ZebUiMessage(window(), LoadLocalizedString(IDS_IGNORE_LIST_NOT_SAVED), ZebMsgIcon::Warning, ZebMsgButtons::Ok);
+        ZebUiMessage(window(), LoadLocalizedString(IDS_IGNORE_LIST_NOT_SAVED), ZebMsgIcon::Warning,
+                     ZebMsgButtons::Ok);
         return false;
     }
     m_loaded = m_current;
@@ -99,5 +106,6 @@ bool ZEBASMInterfDetIgnoreCompDlg::OnOK() {
 void ZEBASMInterfDetIgnoreCompDlg::ImportSpreadsheet() {
     if (!m_databaseAvailable) return;
     // The rows of the list it replaces are emptied too, however long it was.
-    ImportComponentTable(window(), *m_table, kIgnoreImportLayout, m_import, static_cast<int>(m_current.size()) + 1);
+    ImportComponentTable(window(), *m_table, kIgnoreImportLayout, m_import,
+                         static_cast<int>(m_current.size()) + 1);
 }

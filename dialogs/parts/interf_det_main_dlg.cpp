@@ -2,8 +2,8 @@
 
 #include <QCheckBox>
 #include <QHBoxLayout>
-#include <QVBoxLayout>
 #include <QLabel>
+#include <QVBoxLayout>
 #include <cmath>
 
 #include "app/assembly_rules_app.h"
@@ -36,11 +36,14 @@ ZEBASMInterfDetMainDlg::ZEBASMInterfDetMainDlg(CZebRule* rule, const std::wstrin
       m_tabs(WithZebControlId(new ZEBASMInterfMainTabCtrl(Body()), kTabsId)),
       m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
       m_operator(WithZebControlId(new CWrapperComboCtrl(Body()), kVolumeOperatorId)),
-      m_volumeSwitch(WithZebControlId(new QCheckBox(LocalizedText(IDS_INTERFERENCE_VOLUME_CHECK), Body()), kVolumeSwitchId)),
+      m_volumeSwitch(WithZebControlId(
+          new QCheckBox(LocalizedText(IDS_INTERFERENCE_VOLUME_CHECK), Body()), kVolumeSwitchId)),
       m_volume(WithZebControlId(new CDoubleEditEx(Body()), kVolumeValueId)),
       m_volumeUnit(WithZebControlId(new QLabel(Body()), kVolumeUnitId)),
-      m_firstOption(WithZebControlId(new QCheckBox(LocalizedText(IDS_INTERFERENCE_SAME_SUBASSEMBLY), Body()), kFirstOptionId)),
-      m_secondOption(WithZebControlId(new QCheckBox(LocalizedText(IDS_INTERFERENCE_TOUCHING), Body()), kSecondOptionId)) {
+      m_firstOption(WithZebControlId(
+          new QCheckBox(LocalizedText(IDS_INTERFERENCE_SAME_SUBASSEMBLY), Body()), kFirstOptionId)),
+      m_secondOption(WithZebControlId(
+          new QCheckBox(LocalizedText(IDS_INTERFERENCE_TOUCHING), Body()), kSecondOptionId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicInterferenceDetection);
     auto* volume = new QHBoxLayout;
@@ -63,8 +66,10 @@ ZEBASMInterfDetMainDlg::ZEBASMInterfDetMainDlg(CZebRule* rule, const std::wstrin
 
 void ZEBASMInterfDetMainDlg::LoadFromRule(CZebRule& rule) {
     if (!rule.FindParameterInArray(kCheckAllSwitch)) return;
-    m_checkPage = WithZebControlId(new ZEBASMInterfDetCheckCompDlg(&rule, m_tabs), ZEBASMInterfDetCheckCompDlg::kTemplateId);
-    m_ignorePage = WithZebControlId(new ZEBASMInterfDetIgnoreCompDlg(&rule, m_tabs), ZEBASMInterfDetIgnoreCompDlg::kTemplateId);
+    m_checkPage = WithZebControlId(new ZEBASMInterfDetCheckCompDlg(&rule, m_tabs),
+                                   ZEBASMInterfDetCheckCompDlg::kTemplateId);
+    m_ignorePage = WithZebControlId(new ZEBASMInterfDetIgnoreCompDlg(&rule, m_tabs),
+                                    ZEBASMInterfDetIgnoreCompDlg::kTemplateId);
     m_checkPage->OnInitDialog();
     m_ignorePage->OnInitDialog();
     m_tabs->AddPage(LoadLocalizedString(IDS_TAB_COMPONENTS_TO_CHECK), m_checkPage);
@@ -94,7 +99,8 @@ void ZEBASMInterfDetMainDlg::UpdateVolumeControls() {
 std::optional<ZebRefusal> ZEBASMInterfDetMainDlg::Validate(CZebRule& /*rule*/) {
     if (!m_checkPage || !m_ignorePage) return ZebRefusal{};
     if (m_volumeSwitch->isChecked() && std::fabs(ReadNumberField(*m_volume)) < kSmallest)
-        return ZebRefusal{LoadLocalizedString(IDS_VOLUME_LIMIT_REQUIRED), m_volume, ZebMsgIcon::Plain};
+        return ZebRefusal{LoadLocalizedString(IDS_VOLUME_LIMIT_REQUIRED), m_volume,
+                          ZebMsgIcon::Plain};
     if (std::optional<ZebRefusal> refusal = m_checkPage->Validate()) {
         m_tabs->SelectPage(kCheckPage);
         return refusal;
@@ -106,25 +112,28 @@ void ZEBASMInterfDetMainDlg::StoreIntoRule(CZebRule& rule) {
     m_checkPage->StoreIntoRule(rule);
     // A list the database refused is reported by the page; the rule's settings still count.
     m_ignorePage->OnOK();
-    if (ZebTypedParam<bool>* first = FindTyped<bool>(rule, kFirstOption)) StoreSwitchBox(*m_firstOption, *first);
-    if (ZebTypedParam<bool>* second = FindTyped<bool>(rule, kSecondOption)) StoreSwitchBox(*m_secondOption, *second);
+    if (ZebTypedParam<bool>* first = FindTyped<bool>(rule, kFirstOption))
+        StoreSwitchBox(*m_firstOption, *first);
+    if (ZebTypedParam<bool>* second = FindTyped<bool>(rule, kSecondOption))
+        StoreSwitchBox(*m_secondOption, *second);
     StoreSeverityList(*m_severity, rule.Severity);
     ZebTypedParam<double>* volume = FindTyped<double>(rule, kVolumeLimit);
     if (!volume) return;
     StoreFlagBox(*m_volumeSwitch, *volume, ParamFlag::Enabled);
     StoreOperatorList(*m_operator, volume->op);
-    if (!m_volume->text().isEmpty()) StoreFirstValue(*volume, ReadNumberField(*m_volume), LongerList::FirstReplaced);
+    if (!m_volume->text().isEmpty())
+        StoreFirstValue(*volume, ReadNumberField(*m_volume), LongerList::FirstReplaced);
 }
 
 void ZEBASMInterfDetMainDlg::ImportSpreadsheet() {
     switch (m_tabs->GetCurrentPage()) {
-    case kCheckPage:
-        if (m_checkPage) m_checkPage->ImportSpreadsheet();
-        break;
-    case kIgnorePage:
-        if (m_ignorePage) m_ignorePage->ImportSpreadsheet();
-        break;
-    default:
-        break;
+        case kCheckPage:
+            if (m_checkPage) m_checkPage->ImportSpreadsheet();
+            break;
+        case kIgnorePage:
+            if (m_ignorePage) m_ignorePage->ImportSpreadsheet();
+            break;
+        default:
+            break;
     }
 }

@@ -2,9 +2,9 @@
 
 #include <QCheckBox>
 #include <QHBoxLayout>
-#include <QVBoxLayout>
 #include <QLabel>
 #include <QRadioButton>
+#include <QVBoxLayout>
 
 #include "app/assembly_rules_app.h"
 #include "app/help_topics.h"
@@ -41,17 +41,25 @@ const ComponentImportLayout kPairImportLayout{
 double SwitchValue(const QAbstractButton& box) { return box.isChecked() ? 1.0 : 0.0; }
 }  // namespace
 
-CZEBAssemblyMinClearanceBetPartsDlg::CZEBAssemblyMinClearanceBetPartsDlg(CZebRule* rule, const std::wstring& unitText)
+CZEBAssemblyMinClearanceBetPartsDlg::CZEBAssemblyMinClearanceBetPartsDlg(
+    CZebRule* rule, const std::wstring& unitText)
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
       m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
-      m_clearanceSwitch(WithZebControlId(new QCheckBox(LocalizedText(IDS_GENERAL_CLEARANCE_CHECK), Body()), kClearanceSwitchId)),
+      m_clearanceSwitch(WithZebControlId(
+          new QCheckBox(LocalizedText(IDS_GENERAL_CLEARANCE_CHECK), Body()), kClearanceSwitchId)),
       m_clearance(WithZebControlId(new CDoubleEditEx(Body()), kClearanceId)),
       m_unitLabel(WithZebControlId(new QLabel(Body()), kUnitLabelId)),
-      m_pairsSwitch(WithZebControlId(new QCheckBox(LocalizedText(IDS_PART_PAIRS_CHECK), Body()), kPairsSwitchId)),
+      m_pairsSwitch(WithZebControlId(new QCheckBox(LocalizedText(IDS_PART_PAIRS_CHECK), Body()),
+                                     kPairsSwitchId)),
       m_table(WithZebControlId(new CZEBAsmRuleListCtrl(Body()), kTableId)),
-      m_sameSubassembly(WithZebControlId(new QRadioButton(LocalizedText(IDS_CLEARANCE_SAME_SUBASSEMBLY), Body()), kSameSubassemblyId)),
-      m_otherSubassemblies(WithZebControlId(new QRadioButton(LocalizedText(IDS_CLEARANCE_OTHER_SUBASSEMBLIES), Body()), kOtherSubassembliesId)),
-      m_touching(WithZebControlId(new QCheckBox(LocalizedText(IDS_REPORT_TOUCHING_PARTS), Body()), kTouchingId)),
+      m_sameSubassembly(
+          WithZebControlId(new QRadioButton(LocalizedText(IDS_CLEARANCE_SAME_SUBASSEMBLY), Body()),
+                           kSameSubassemblyId)),
+      m_otherSubassemblies(WithZebControlId(
+          new QRadioButton(LocalizedText(IDS_CLEARANCE_OTHER_SUBASSEMBLIES), Body()),
+          kOtherSubassembliesId)),
+      m_touching(WithZebControlId(new QCheckBox(LocalizedText(IDS_REPORT_TOUCHING_PARTS), Body()),
+                                  kTouchingId)),
       m_hint(WithZebControlId(new QLabel(Body()), kHintId)) {
     setWindowTitle(QString::fromStdWString(rule ? rule->DisplayName : std::wstring()));
     SetHelpTopic(kHelpTopicMinimumClearance);
@@ -83,7 +91,8 @@ void CZEBAssemblyMinClearanceBetPartsDlg::LoadFromRule(CZebRule& rule) {
     const ZebTypedParam<double>* general = FindTyped<double>(rule, kGeneralClearance);
     if (!general) return;
     m_clearanceSwitch->setChecked(general->values.GetSize() > 0 && SwitchIsOn(general->values[0]));
-    if (general->values.GetSize() > 1) m_clearance->setText(QString::fromStdWString(FormatNumber(general->values[1])));
+    if (general->values.GetSize() > 1)
+        m_clearance->setText(QString::fromStdWString(FormatNumber(general->values[1])));
     m_lastAcceptedClearance = m_clearance->text();
     m_unitLabel->setText(QString::fromStdWString(GetUnitText()));
     LoadTable(rule);
@@ -104,10 +113,12 @@ void CZEBAssemblyMinClearanceBetPartsDlg::LoadTable(CZebRule& rule) {
     const ZebTypedParam<double>* pairsSwitch = FindTyped<double>(rule, kPairsSwitch);
     const ZebTypedParam<ZebRow>* pairs = FindTyped<ZebRow>(rule, kPairTable);
     if (!pairsSwitch || !pairs) return;
-    m_pairsSwitch->setChecked(pairsSwitch->values.GetSize() > 0 && SwitchIsOn(pairsSwitch->values[0]));
-    m_table->SetUpColumns({L"", LoadLocalizedString(IDS_COMPONENT_1_HEADING), LoadLocalizedString(IDS_COMPONENT_2_HEADING),
-                           LoadLocalizedString(IDS_CLEARANCE_HEADING)},
-                          kPairTableWidth, 0);
+    m_pairsSwitch->setChecked(pairsSwitch->values.GetSize() > 0 &&
+                              SwitchIsOn(pairsSwitch->values[0]));
+    m_table->SetUpColumns(
+        {L"", LoadLocalizedString(IDS_COMPONENT_1_HEADING),
+         LoadLocalizedString(IDS_COMPONENT_2_HEADING), LoadLocalizedString(IDS_CLEARANCE_HEADING)},
+        kPairTableWidth, 0);
     // Part files chosen in the table are named as the rule names parts.
     m_table->SetMode(CZEBAsmRuleListCtrl::Mode::PartPairs, PartFileNaming::DisplayName);
     OfferTableExport(*m_table, [this] { ExportTable(); });
@@ -115,16 +126,20 @@ void CZEBAssemblyMinClearanceBetPartsDlg::LoadTable(CZebRule& rule) {
     std::vector<CZebGridModel::Row> rows(static_cast<size_t>(stored + kSpareRows));
     for (int i = 0; i < stored; ++i) {
         const ZebRow& row = pairs->values[i];
-        if (row.size() >= MinClearanceParams::kPairs.columns.count && !row[0].empty() && !row[1].empty())
+        if (row.size() >= MinClearanceParams::kPairs.columns.count && !row[0].empty() &&
+            !row[1].empty())
             rows[static_cast<size_t>(i)] = {L"", row.Cell(0), row.Cell(1), row.Cell(2)};
     }
     m_table->SetRows(std::move(rows));
 }
 
-bool CZEBAssemblyMinClearanceBetPartsDlg::TableLoaded() const { return m_table->GetColumnCount() > 0; }
+bool CZEBAssemblyMinClearanceBetPartsDlg::TableLoaded() const {
+    return m_table->GetColumnCount() > 0;
+}
 
 void CZEBAssemblyMinClearanceBetPartsDlg::TakeBackTooLarge() {
-    if (ToDouble(m_clearance->text().toStdWString()) > kLargestClearance) m_clearance->setText(m_lastAcceptedClearance);
+    if (ToDouble(m_clearance->text().toStdWString()) > kLargestClearance)
+        m_clearance->setText(m_lastAcceptedClearance);
 }
 
 std::optional<ZebRefusal> CZEBAssemblyMinClearanceBetPartsDlg::Validate(CZebRule& rule) {
@@ -155,18 +170,21 @@ void CZEBAssemblyMinClearanceBetPartsDlg::StoreIntoRule(CZebRule& rule) {
     if (ZebTypedParam<double>* same = FindTyped<double>(rule, kSameSubassembly))
         StoreFirstValue(*same, SwitchValue(*m_sameSubassembly), LongerList::FirstReplaced);
     StoreSeverityList(*m_severity, rule.Severity);
-    if (ZebTypedParam<bool>* touching = FindTyped<bool>(rule, kTouching)) StoreSwitchBox(*m_touching, *touching);
+    if (ZebTypedParam<bool>* touching = FindTyped<bool>(rule, kTouching))
+        StoreSwitchBox(*m_touching, *touching);
     if (TableLoaded()) StoreTable(rule);
 }
 
 void CZEBAssemblyMinClearanceBetPartsDlg::StoreTable(CZebRule& rule) {
-    StoreFirstValue(*FindTyped<double>(rule, kPairsSwitch), SwitchValue(*m_pairsSwitch), LongerList::FirstReplaced);
+    StoreFirstValue(*FindTyped<double>(rule, kPairsSwitch), SwitchValue(*m_pairsSwitch),
+                    LongerList::FirstReplaced);
     ZebTypedParam<ZebRow>& pairs = *FindTyped<ZebRow>(rule, kPairTable);
     pairs.values.RemoveAll();
     for (const CZebGridModel::Row& row : m_table->GetRows()) {
         const std::wstring& first = CZebGridModel::CellOf(row, kFirstPart);
         const std::wstring& second = CZebGridModel::CellOf(row, kSecondPart);
-        if (!first.empty() || !second.empty()) pairs.values.Add(ZebRow{first, second, CZebGridModel::CellOf(row, kClearance)});
+        if (!first.empty() || !second.empty())
+            pairs.values.Add(ZebRow{first, second, CZebGridModel::CellOf(row, kClearance)});
     }
 }
 

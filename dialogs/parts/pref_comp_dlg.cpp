@@ -22,10 +22,11 @@ constexpr int kPrefTableWidth = 1000;
 constexpr int kLastColumn = 4;
 
 // Columns "A" to "D" into the table's four columns, read by rows; every row emptied first.
-const ComponentImportLayout kPrefImportLayout{.columns = SheetColumnsOf(PrefCompParams::kTable.columns),
-                                          .rowsBelow = CZEBAssemblyCheckPrefCompDlg::kSpareRows,
-                                          .emptyEveryRow = true,
-                                          .readByRows = true};
+const ComponentImportLayout kPrefImportLayout{
+    .columns = SheetColumnsOf(PrefCompParams::kTable.columns),
+    .rowsBelow = CZEBAssemblyCheckPrefCompDlg::kSpareRows,
+    .emptyEveryRow = true,
+    .readByRows = true};
 
 bool IsEmptyRecord(const CZebGridModel::Row& row) {
     for (int column = 1; column <= kLastColumn; ++column)
@@ -38,14 +39,15 @@ std::vector<StringTableRow> Records(const std::vector<CZebGridModel::Row>& rows)
     std::vector<StringTableRow> records;
     for (size_t i = 0; i + 1 < rows.size(); ++i) {
         const CZebGridModel::Row& row = rows[i];
-        records.push_back({CZebGridModel::CellOf(row, 1), CZebGridModel::CellOf(row, 2), CZebGridModel::CellOf(row, 3),
-                           CZebGridModel::CellOf(row, 4)});
+        records.push_back({CZebGridModel::CellOf(row, 1), CZebGridModel::CellOf(row, 2),
+                           CZebGridModel::CellOf(row, 3), CZebGridModel::CellOf(row, 4)});
     }
     return records;
 }
 }  // namespace
 
-CZEBAssemblyCheckPrefCompDlg::CZEBAssemblyCheckPrefCompDlg(CZebRule* rule, const std::wstring& unitText)
+CZEBAssemblyCheckPrefCompDlg::CZEBAssemblyCheckPrefCompDlg(CZebRule* rule,
+                                                           const std::wstring& unitText)
     : CZEBRuleDialog(rule, unitText, kTemplateId, kImageId),
       m_severity(WithZebControlId(new CWrapperComboCtrl(Body()), kSeverityId)),
       m_table(WithZebControlId(new CZEBAsmRuleListCtrl(Body()), kTableId)) {
@@ -71,8 +73,10 @@ void CZEBAssemblyCheckPrefCompDlg::LoadFromRule(CZebRule& rule) {
     const int unit = static_cast<int>((kPrefTableWidth - 16) / 4.5);
     m_table->SetRuleTableLook();
     m_table->InsertColumn(L"", 10);
-    m_table->InsertColumn(LoadLocalizedString(IDS_DESCRIPTION_HEADING), static_cast<int>(unit * 1.5));
-    for (ZebStringId heading : {IDS_PREFERRED_COMPONENT_HEADING, IDS_ALTERNATIVE_COMPONENT_HEADING, IDS_COMPONENT_TO_REPLACE_HEADING})
+    m_table->InsertColumn(LoadLocalizedString(IDS_DESCRIPTION_HEADING),
+                          static_cast<int>(unit * 1.5));
+    for (ZebStringId heading : {IDS_PREFERRED_COMPONENT_HEADING, IDS_ALTERNATIVE_COMPONENT_HEADING,
+                                IDS_COMPONENT_TO_REPLACE_HEADING})
         m_table->InsertColumn(LoadLocalizedString(heading), static_cast<int>(unit * 0.97));
     m_table->SetEditableColumns(1, kLastColumn);
     m_table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
@@ -82,7 +86,8 @@ void CZEBAssemblyCheckPrefCompDlg::LoadFromRule(CZebRule& rule) {
     std::vector<StringTableRow> records;
     if (!text->values.IsEmpty()) CZEBStringTableParser::Parse(text->values[0], records);
     // One row per record on top, the spare rows below.
-    std::vector<CZebGridModel::Row> rows(static_cast<size_t>(text->values.GetSize() + kSpareRows) + records.size());
+    std::vector<CZebGridModel::Row> rows(static_cast<size_t>(text->values.GetSize() + kSpareRows) +
+                                         records.size());
     for (size_t k = 0; k < records.size(); ++k)
         rows[k] = {L"", records[k].Col1, records[k].Col2, records[k].Col3, records[k].Col4};
     m_table->SetRows(std::move(rows));
@@ -106,14 +111,15 @@ std::optional<ZebRefusal> CZEBAssemblyCheckPrefCompDlg::Validate(CZebRule& rule)
     int row = -1, column = -1;
     if (!CZEBStringTableParser::Validate(Records(m_table->GetRows()), row, column)) {
         if (row >= 0 && column >= 0) m_table->BeginCellEdit(row, column, kRefusedCellLimit);
-        return ZebRefusal{LoadLocalizedString(IDS_REPLACED_COMPONENT_ALSO_PREFERRED)};
+        return ZebRefusal{LoadLocalizedString(IDS_REPLACED_COMPONENT_ALSO_PREFERRED), {}};
     }
     if (m_severity->currentIndex() < 0) return ZebRefusal{std::wstring(), m_severity};
     return std::nullopt;
 }
 
 void CZEBAssemblyCheckPrefCompDlg::StoreIntoRule(CZebRule& rule) {
-    StoreFirstValue(*FindTyped<std::wstring>(rule, kTableText), CZEBStringTableParser::Compose(Records(m_table->GetRows())),
+    StoreFirstValue(*FindTyped<std::wstring>(rule, kTableText),
+                    CZEBStringTableParser::Compose(Records(m_table->GetRows())),
                     LongerList::FirstReplaced);
     StoreSeverityList(*m_severity, rule.Severity);
 }

@@ -7,5 +7,6 @@
 class ZEBASMInterfIgnoreCompListCtrl : public CZEBAsmRuleListCtrl {
     Q_OBJECT
 public:
-    explicit ZEBASMInterfIgnoreCompListCtrl(QWidget* parent = nullptr) : CZEBAsmRuleListCtrl(parent) {}
+    explicit ZEBASMInterfIgnoreCompListCtrl(QWidget* parent = nullptr)
+        : CZEBAsmRuleListCtrl(parent) {}
 };

@@ -17,4 +17,5 @@ struct ZebDialogButtons {
     QPushButton* help;  // null without `onHelp`
 };
 
-VANTOR_FWUI_API ZebDialogButtons MakeZebDialogButtons(QDialog* dialog, std::function<void()> onHelp = {});
+VANTOR_FWUI_API ZebDialogButtons MakeZebDialogButtons(QDialog* dialog,
+                                                      std::function<void()> onHelp = {});

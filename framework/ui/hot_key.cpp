@@ -4,7 +4,9 @@
 #include <QWidget>
 
 CZebHotKey::CZebHotKey(QWidget* window, int id)
-    : QObject(window), m_shortcut(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_I), window)), m_id(id) {
+    : QObject(window),
+      m_shortcut(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_I), window)),
+      m_id(id) {
     m_shortcut->setContext(Qt::WindowShortcut);
     m_shortcut->setEnabled(false);
     connect(m_shortcut, &QShortcut::activated, this, [this] { emit Pressed(m_id); });

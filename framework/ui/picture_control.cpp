@@ -11,9 +11,7 @@ QPixmap ZebLoadBitmap(unsigned id) {
     return pixmap;
 }
 
-PictureControl::PictureControl(QWidget* parent) : QLabel(parent) {
-    setAlignment(Qt::AlignCenter);
-}
+PictureControl::PictureControl(QWidget* parent) : QLabel(parent) { setAlignment(Qt::AlignCenter); }
 
 void PictureControl::SetBitmap(const QPixmap& bitmap) { setPixmap(bitmap); }
 

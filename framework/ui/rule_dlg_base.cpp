@@ -17,8 +17,9 @@ CZEBRuleDlgBase::CZEBRuleDlgBase(unsigned templateId, long imageId,
       m_helpFilePath(helpFilePath),
       m_picture(new PictureControl(this)),
       m_body(new QWidget(this)),
-      m_preTranslate(new CZebPreTranslateFilter(
-          this, [this](QObject* target, QEvent* event) { return PreTranslateMessage(target, event); })) {
+      m_preTranslate(new CZebPreTranslateFilter(this, [this](QObject* target, QEvent* event) {
+          return PreTranslateMessage(target, event);
+      })) {
     EnsureZebUiService();
     auto* top = new QHBoxLayout;
     top->addWidget(m_picture, 0, Qt::AlignTop);
@@ -58,11 +59,11 @@ void CZEBRuleDlgBase::OnHelp() { ZebOpenHelp(this, m_helpFilePath, m_helpTopic);
 void CZEBRuleDlgBase::setVisible(bool visible) {
     if (visible && !m_initialized) {
         m_initialized = true;
-        // As with a message loop, pre-translation starts when the dialog runs, not while it is built.
+        // As with a message loop, pre-translation starts when the dialog runs, not while it is
+        // built.
         m_preTranslate->SetEnabled(true);
         OnInitDialog();
         adjustSize();
     }
     QDialog::setVisible(visible);
 }
-

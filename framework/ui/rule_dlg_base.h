@@ -32,7 +32,9 @@ public:
 
     QWidget* GetDlgItem(int id) const { return FindZebControl(this, id); }
     template <class T>
-    T* ControlById(int id) const { return FindZebControlAs<T>(this, id); }
+    T* ControlById(int id) const {
+        return FindZebControlAs<T>(this, id);
+    }
 
     unsigned GetTemplateId() const { return m_templateId; }
     long GetImageId() const { return m_imageId; }

@@ -16,8 +16,9 @@ public:
     int ShowMessage(const std::wstring& caption, const std::wstring& text, ZebMsgIcon icon,
                     ZebMsgButtons buttons) override {
         IZebUiService* service = GetZebUiService();
-        return service ? service->MessageBox(QApplication::activeWindow(), caption, text, icon, buttons)
-                       : ZebFirstButtonAnswer(buttons);
+        return service
+                   ? service->MessageBox(QApplication::activeWindow(), caption, text, icon, buttons)
+                   : ZebFirstButtonAnswer(buttons);
     }
 };
 CoreMessageSink g_sink;
@@ -47,7 +48,8 @@ void EnsureZebUiService() {
         SetZebUiService(&qtService);
 }
 
-int ZebUiMessage(QWidget* parent, const std::wstring& text, ZebMsgIcon icon, ZebMsgButtons buttons) {
+int ZebUiMessage(QWidget* parent, const std::wstring& text, ZebMsgIcon icon,
+                 ZebMsgButtons buttons) {
     IZebUiService* service = GetZebUiService();
     if (!service) return ZebFirstButtonAnswer(buttons);
     return service->MessageBox(parent, L"Vantor", text, icon, buttons);
@@ -96,31 +98,50 @@ int CZebQtUiService::MessageBox(QWidget* parent, const std::wstring& caption,
     box.setWindowTitle(ToQ(caption));
     box.setText(ToQ(text));
     switch (icon) {
-    case ZebMsgIcon::Information: box.setIcon(QMessageBox::Information); break;
-    case ZebMsgIcon::Warning: box.setIcon(QMessageBox::Warning); break;
-    case ZebMsgIcon::Error: box.setIcon(QMessageBox::Critical); break;
-    case ZebMsgIcon::Question: box.setIcon(QMessageBox::Question); break;
-    case ZebMsgIcon::Plain: box.setIcon(QMessageBox::NoIcon); break;
+        case ZebMsgIcon::Information:
+            box.setIcon(QMessageBox::Information);
+            break;
+        case ZebMsgIcon::Warning:
+            box.setIcon(QMessageBox::Warning);
+            break;
+        case ZebMsgIcon::Error:
+            box.setIcon(QMessageBox::Critical);
+            break;
+        case ZebMsgIcon::Question:
+            box.setIcon(QMessageBox::Question);
+            break;
+        case ZebMsgIcon::Plain:
+            box.setIcon(QMessageBox::NoIcon);
+            break;
     }
     switch (buttons) {
-    case ZebMsgButtons::Ok: box.setStandardButtons(QMessageBox::Ok); break;
-    case ZebMsgButtons::OkCancel: box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;
-    case ZebMsgButtons::YesNo: box.setStandardButtons(QMessageBox::Yes | QMessageBox::No); break;
-    case ZebMsgButtons::SaveDiscardCancel:
-        box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-        box.setDefaultButton(QMessageBox::Save);
-        break;
+        case ZebMsgButtons::Ok:
+            box.setStandardButtons(QMessageBox::Ok);
+            break;
+        case ZebMsgButtons::OkCancel:
+            box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+            break;
+        case ZebMsgButtons::YesNo:
+            box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+            break;
+        case ZebMsgButtons::SaveDiscardCancel:
+            box.setStandardButtons(QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+            box.setDefaultButton(QMessageBox::Save);
+            break;
     }
     switch (box.exec()) {
-    case QMessageBox::Cancel: return ZebIdCancel;
-    case QMessageBox::Yes:
-    case QMessageBox::Save: return ZebIdYes;
-    case QMessageBox::No:
-    case QMessageBox::Discard: return ZebIdNo;
-    default:
-        // Closed without a button: the answer that changes nothing.
-        if (buttons == ZebMsgButtons::SaveDiscardCancel) return ZebIdCancel;
-        return buttons == ZebMsgButtons::YesNo ? ZebIdNo : ZebIdOk;
+        case QMessageBox::Cancel:
+            return ZebIdCancel;
+        case QMessageBox::Yes:
+        case QMessageBox::Save:
+            return ZebIdYes;
+        case QMessageBox::No:
+        case QMessageBox::Discard:
+            return ZebIdNo;
+        default:
+            // Closed without a button: the answer that changes nothing.
+            if (buttons == ZebMsgButtons::SaveDiscardCancel) return ZebIdCancel;
+            return buttons == ZebMsgButtons::YesNo ? ZebIdNo : ZebIdOk;
     }
 }
 
@@ -128,7 +149,7 @@ bool CZebQtUiService::OpenFiles(QWidget* parent, const ZebOpenFileRequest& reque
                                 std::vector<std::wstring>& paths) {
     QFileDialog dialog(parent);
     dialog.setAcceptMode(request.forSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    dialog.setFileMode(request.multiSelect                             ? QFileDialog::ExistingFiles
+    dialog.setFileMode(request.multiSelect                           ? QFileDialog::ExistingFiles
                        : request.fileMustExist && !request.forSaving ? QFileDialog::ExistingFile
                                                                      : QFileDialog::AnyFile);
     dialog.setNameFilters(ZebNameFiltersFromFilter(request.filter));

@@ -21,11 +21,11 @@
 #include <atomic>
 #include <mutex>
 
-#include "host/editor/qt_text.h"
 #include "framework/text_convert.h"
 #include "framework/ui/ui_service.h"
 #include "framework/zeb_xml.h"
 #include "host/assembly_check.h"
+#include "host/editor/qt_text.h"
 
 namespace {
 // What the findings sort by in every column: numbers as numbers, severities by code.
@@ -33,8 +33,8 @@ constexpr int kSortRole = Qt::UserRole + 1;
 // The rule's identity name, on the rule column.
 constexpr int kRuleRole = Qt::UserRole + 2;
 
-
-std::string ChooseFile(QWidget* parent, const QString& filter, const wchar_t* extension, bool forSaving) {
+std::string ChooseFile(QWidget* parent, const QString& filter, const wchar_t* extension,
+                       bool forSaving) {
     IZebUiService* ui = GetZebUiService();
     ZebOpenFileRequest request;
     request.filter = filter.toStdWString();
@@ -84,7 +84,8 @@ CAssemblyCheck::CAssemblyCheck(QMainWindow& window, const ModuleLoader& module, 
     layout->addLayout(bar);
 
     m_model = new QStandardItemModel(0, kColumns, this);
-    m_model->setHorizontalHeaderLabels({tr("Rule"), tr("Severity"), tr("Parts"), tr("Value"), tr("Limit"), tr("Message")});
+    m_model->setHorizontalHeaderLabels(
+        {tr("Rule"), tr("Severity"), tr("Parts"), tr("Value"), tr("Limit"), tr("Message")});
     m_filter = new QSortFilterProxyModel(this);
     m_filter->setSourceModel(m_model);
     m_filter->setSortRole(kSortRole);
@@ -117,8 +118,8 @@ CAssemblyCheck::CAssemblyCheck(QMainWindow& window, const ModuleLoader& module, 
 CAssemblyCheck::~CAssemblyCheck() = default;
 
 void CAssemblyCheck::Run(const std::string& settings) {
-    const std::string assembly =
-        ChooseFile(&m_window, tr("STEP assemblies|*.stp;*.step;*.STP;*.STEP|All files|*"), L"stp", false);
+    const std::string assembly = ChooseFile(
+        &m_window, tr("STEP assemblies|*.stp;*.step;*.STP;*.STEP|All files|*"), L"stp", false);
     if (!assembly.empty()) Check(settings, assembly);
 }
 
@@ -173,7 +174,8 @@ int CAssemblyCheck::Check(const std::string& settings, const std::string& assemb
     });
     ticks.start(100);
     QEventLoop waiting;
-    QThread* worker = QThread::create([&] { status = RunAssemblyCheck(*m_engine, m_module, copy, request, report, error); });
+    QThread* worker = QThread::create(
+        [&] { status = RunAssemblyCheck(*m_engine, m_module, copy, request, report, error); });
     connect(worker, &QThread::finished, &waiting, &QEventLoop::quit);
     worker->start();
     waiting.exec();
@@ -184,7 +186,8 @@ int CAssemblyCheck::Check(const std::string& settings, const std::string& assemb
     // The module must not keep the copy, which goes now.
     m_module.SetXMLDoc(nullptr);
 
-    if (status == ZebCheckBadInput) ShowProblem(tr("The assembly cannot be checked: %1").arg(Q(error)));
+    if (status == ZebCheckBadInput)
+        ShowProblem(tr("The assembly cannot be checked: %1").arg(Q(error)));
     if (status == ZebCheckDone) {
         m_report = std::move(report);
         Show();
@@ -203,8 +206,9 @@ void CAssemblyCheck::Show() {
         partsCell->setToolTip(parts.join('\n'));
         QStandardItem* message = Cell(Q(finding.message), Q(finding.message));
         message->setToolTip(Q(finding.message));
-        m_model->appendRow({rule, Cell(m_names.severity(finding.severity), finding.severity), partsCell,
-                            NumberCell(finding.value), NumberCell(finding.limit), message});
+        m_model->appendRow({rule, Cell(m_names.severity(finding.severity), finding.severity),
+                            partsCell, NumberCell(finding.value), NumberCell(finding.limit),
+                            message});
     }
     const QString chosen = m_rules->currentData().toString();
     m_rules->blockSignals(true);
@@ -226,17 +230,21 @@ void CAssemblyCheck::Show() {
 
 void CAssemblyCheck::ApplyRuleFilter() {
     const QString rule = m_rules->currentData().toString();
-    m_filter->setFilterRegularExpression(rule.isEmpty() ? QRegularExpression()
-                                                        : QRegularExpression("^" + QRegularExpression::escape(rule) + "$"));
+    m_filter->setFilterRegularExpression(
+        rule.isEmpty() ? QRegularExpression()
+                       : QRegularExpression("^" + QRegularExpression::escape(rule) + "$"));
 }
 
 bool CAssemblyCheck::SaveReport() {
-    const std::string path = ChooseFile(&m_window, tr("HTML page|*.html|JSON document|*.json"), L"html", true);
+    const std::string path =
+        ChooseFile(&m_window, tr("HTML page|*.html|JSON document|*.json"), L"html", true);
     if (path.empty()) return false;
     const bool json = QString::fromStdString(path).endsWith(".json", Qt::CaseInsensitive);
     const std::string text = json ? ReportJson(m_report) : ReportHtml(m_report);
     QSaveFile file(Q(path));
-    if (!file.open(QIODevice::WriteOnly) || file.write(text.data(), static_cast<qint64>(text.size())) != static_cast<qint64>(text.size()) ||
+    if (!file.open(QIODevice::WriteOnly) ||
+        file.write(text.data(), static_cast<qint64>(text.size())) !=
+            static_cast<qint64>(text.size()) ||
         !file.commit()) {
         ShowProblem(tr("The report cannot be written to %1: %2").arg(Q(path), file.errorString()));
         return false;
@@ -246,5 +254,6 @@ bool CAssemblyCheck::SaveReport() {
 
 void CAssemblyCheck::ShowProblem(const QString& text) {
     if (IZebUiService* ui = GetZebUiService())
-        ui->MessageBox(&m_window, L"Vantor", text.toStdWString(), ZebMsgIcon::Error, ZebMsgButtons::Ok);
+        ui->MessageBox(&m_window, L"Vantor", text.toStdWString(), ZebMsgIcon::Error,
+                       ZebMsgButtons::Ok);
 }

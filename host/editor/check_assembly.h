@@ -30,7 +30,15 @@ public:
     static constexpr const char* kFindingsName = "findings";
     static constexpr const char* kRuleFilterName = "findingsRule";
     static constexpr const char* kSaveName = "saveReport";
-    enum Column { kRuleColumn, kSeverityColumn, kPartsColumn, kValueColumn, kLimitColumn, kMessageColumn, kColumns };
+    enum Column {
+        kRuleColumn,
+        kSeverityColumn,
+        kPartsColumn,
+        kValueColumn,
+        kLimitColumn,
+        kMessageColumn,
+        kColumns
+    };
 
     // How the window names a rule (by its identity name) and a severity code.
     struct Names {

@@ -79,8 +79,8 @@ CRuleSetDocument::OpenResult CRuleSetDocument::Open(const std::string& path, std
     std::unique_ptr<ZebXMLNode> root(doc->GetDocumentElement());
     const bool foreign = !root || root->GetName() != kSettingsRoot;
     if (foreign && !readOnlyIfForeign) {
-        message = path + ": not a settings document (its root element is <" + (root ? ToUtf8(root->GetName()) : "") +
-                  ">, not <" + ToUtf8(kSettingsRoot) + ">)";
+        message = path + ": not a settings document (its root element is <" +
+                  (root ? ToUtf8(root->GetName()) : "") + ">, not <" + ToUtf8(kSettingsRoot) + ">)";
         return OpenResult::NotSettings;
     }
     root.reset();
@@ -107,7 +107,9 @@ bool CRuleSetDocument::WriteBackChangedRules(std::string& message) {
 
 bool CRuleSetDocument::Save(const std::string& path, std::string& message) {
     if (m_readOnly && SameFile(path, m_path)) {
-        message = m_path + " is not a settings document and is not written over; save the rules under another name";
+        message = m_path +
+                  " is not a settings document and is not written over; save the rules under "
+                  "another name";
         return false;
     }
     if (!WriteBackChangedRules(message) || !SaveSettingsFile(*m_doc, path, message)) return false;
@@ -173,17 +175,20 @@ ConfigureResult CRuleSetDocument::Configure(size_t row) {
     CZebRule& rule = *stored.rule->get();
     const std::string before = ExportedText(rule);
     const ConfigureResult result = ConfigureRule(rule);
-    if (result == ConfigureResult::Ok && ExportedText(rule) != before) stored.changed = m_modified = true;
+    if (result == ConfigureResult::Ok && ExportedText(rule) != before)
+        stored.changed = m_modified = true;
     return result;
 }
 
 std::unique_ptr<ZebXMLNode> CRuleSetDocument::RulesParent() const {
-    if (!m_rules.empty()) return std::unique_ptr<ZebXMLNode>(m_rules.back().element->GetParentNode());
+    if (!m_rules.empty())
+        return std::unique_ptr<ZebXMLNode>(m_rules.back().element->GetParentNode());
     std::unique_ptr<ZebXMLNodeList> parents(m_doc->GetElementsByTagName(L"AssemblyRules"));
     return std::unique_ptr<ZebXMLNode>((*parents)[0]);
 }
 
-std::unique_ptr<RuleHandle> CRuleSetDocument::DefaultRule(const std::wstring& name, int unit) const {
+std::unique_ptr<RuleHandle> CRuleSetDocument::DefaultRule(const std::wstring& name,
+                                                          int unit) const {
     ZebArray<CZebRule*> made;
     m_module.GetAllRules(&made);
     std::unique_ptr<RuleHandle> found;
@@ -236,7 +241,8 @@ bool CRuleSetDocument::AddRule(const std::wstring& name) {
 
 int CRuleSetDocument::FindRule(const std::wstring& name) const {
     for (size_t row = 0; row < m_rules.size(); ++row)
-        if (m_rules[row].rule && ZebEqualsNoCase((*m_rules[row].rule)->Name, name)) return static_cast<int>(row);
+        if (m_rules[row].rule && ZebEqualsNoCase((*m_rules[row].rule)->Name, name))
+            return static_cast<int>(row);
     return -1;
 }
 
@@ -259,7 +265,8 @@ bool CRuleSetDocument::SetInUse(size_t row, bool inUse) {
     return true;
 }
 
-bool CRuleSetDocument::RulesInFile(const std::string& path, std::vector<std::pair<std::wstring, std::wstring>>& rules,
+bool CRuleSetDocument::RulesInFile(const std::string& path,
+                                   std::vector<std::pair<std::wstring, std::wstring>>& rules,
                                    int& unit, std::string& message) const {
     ZebXMLDocument other;
     if (!LoadSettingsFile(path, other, message)) return false;

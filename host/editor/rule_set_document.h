@@ -84,12 +84,14 @@ public:
 
     // The rules of the module in the settings file at `path`: identity and display name, in file
     // order, and the unit their values are in. False with `message` when the file cannot be read.
-    bool RulesInFile(const std::string& path, std::vector<std::pair<std::wstring, std::wstring>>& rules,
-                     int& unit, std::string& message) const;
+    bool RulesInFile(const std::string& path,
+                     std::vector<std::pair<std::wstring, std::wstring>>& rules, int& unit,
+                     std::string& message) const;
     // The rules named `names` (identity names, letter case aside) from the file at `path`,
     // converted into this document's unit; each replaces the document's rule of that name, or is
     // added after the last rule. False with `message` when the file cannot be read.
-    bool ImportRules(const std::string& path, const std::vector<std::wstring>& names, std::string& message);
+    bool ImportRules(const std::string& path, const std::vector<std::wstring>& names,
+                     std::string& message);
 
     // Converts every rule from its parent's unit to `unit` and sets the parents' "Unit". When a
     // rule the module does not read would need converting, nothing changes and `message` says so.

@@ -25,7 +25,6 @@
 #include <QVBoxLayout>
 #include <map>
 
-#include "host/editor/qt_text.h"
 #include "app/help_topics.h"
 #include "database/service/data_helper.h"
 #include "framework/case_fold.h"
@@ -36,6 +35,7 @@
 #include "framework/unit_convertor.h"
 #include "framework/zeb_rule.h"
 #include "host/editor/check_assembly.h"
+#include "host/editor/qt_text.h"
 #include "host/param_text.h"
 #include "host/settings_diff.h"
 #include "host/settings_file.h"
@@ -49,7 +49,6 @@ const char* const kGeometryKey = "editor/geometry";
 const char* const kSplitterKey = "editor/splitter";
 enum Column { kRuleColumn, kSeverityColumn, kSummaryColumn, kColumns };
 
-
 QSettings EditorSettings() { return QSettings("Vantor", "vantor-rules"); }
 
 // The module's resource library of the user's language, else the English one; or the English one.
@@ -57,11 +56,15 @@ QSettings EditorSettings() { return QSettings("Vantor", "vantor-rules"); }
 const CZebResourceLibrary* ModuleResources(bool english) {
     static std::map<std::wstring, std::unique_ptr<CZebResourceLibrary>> loaded;
     const std::wstring file = std::wstring(L"/") + kZebResourceFileName;
-    for (const std::wstring& folder : {english ? CLocationHelper::GetDefaultResPath() : CLocationHelper::GetLocalizedResPath(),
-                                       CLocationHelper::GetDefaultResPath()}) {
+    for (const std::wstring& folder :
+         {english ? CLocationHelper::GetDefaultResPath() : CLocationHelper::GetLocalizedResPath(),
+          CLocationHelper::GetDefaultResPath()}) {
         auto found = loaded.find(folder);
         if (found == loaded.end())
-            found = loaded.emplace(folder, std::unique_ptr<CZebResourceLibrary>(CZebResourceLibrary::Load(folder + file))).first;
+            found = loaded
+                        .emplace(folder, std::unique_ptr<CZebResourceLibrary>(
+                                             CZebResourceLibrary::Load(folder + file)))
+                        .first;
         if (found->second) return found->second.get();
     }
     return nullptr;
@@ -69,8 +72,9 @@ const CZebResourceLibrary* ModuleResources(bool english) {
 
 // The severity names the rule dialogs show, from the module's resources in the user's language.
 QString SeverityText(int code) {
-    static const ZebStringId kIds[] = {IDS_SEVERITY_CRITICAL, IDS_SEVERITY_MAJOR, IDS_SEVERITY_MODERATE,
-                                       IDS_SEVERITY_MINOR, IDS_SEVERITY_INFO};
+    static const ZebStringId kIds[] = {IDS_SEVERITY_CRITICAL, IDS_SEVERITY_MAJOR,
+                                       IDS_SEVERITY_MODERATE, IDS_SEVERITY_MINOR,
+                                       IDS_SEVERITY_INFO};
     const CZebResourceLibrary* resources = ModuleResources(false);
     if (code < 1 || code > 5 || !resources) return {};
     return Q(resources->LoadString(kIds[code - 1]));
@@ -87,16 +91,22 @@ std::wstring HelpTopic(const std::wstring& name) {
 std::wstring HelpFile() {
     const std::wstring file = L"/vantor.html";
     const std::wstring localized = CLocationHelper::GetLocalizedResPath() + file;
-    return QFileInfo::exists(Q(localized)) ? localized : CLocationHelper::GetDefaultResPath() + file;
+    return QFileInfo::exists(Q(localized)) ? localized
+                                           : CLocationHelper::GetDefaultResPath() + file;
 }
 
 // The menu's names of the unit codes, by code.
 const char* const kUnitNames[] = {
-    QT_TRANSLATE_NOOP("Units", "Millimetres (mm)"),  QT_TRANSLATE_NOOP("Units", "Centimetres (cm)"),
-    QT_TRANSLATE_NOOP("Units", "Metres (m)"),        QT_TRANSLATE_NOOP("Units", "Inches (in)"),
-    QT_TRANSLATE_NOOP("Units", "Feet (ft)"),         QT_TRANSLATE_NOOP("Units", "Nanometres (nm)"),
-    QT_TRANSLATE_NOOP("Units", "Micrometres (µm)"),  QT_TRANSLATE_NOOP("Units", "Decimetres (dm)"),
-    QT_TRANSLATE_NOOP("Units", "Yards (yd)"),        QT_TRANSLATE_NOOP("Units", "Thousandths of an inch (mil)"),
+    QT_TRANSLATE_NOOP("Units", "Millimetres (mm)"),
+    QT_TRANSLATE_NOOP("Units", "Centimetres (cm)"),
+    QT_TRANSLATE_NOOP("Units", "Metres (m)"),
+    QT_TRANSLATE_NOOP("Units", "Inches (in)"),
+    QT_TRANSLATE_NOOP("Units", "Feet (ft)"),
+    QT_TRANSLATE_NOOP("Units", "Nanometres (nm)"),
+    QT_TRANSLATE_NOOP("Units", "Micrometres (µm)"),
+    QT_TRANSLATE_NOOP("Units", "Decimetres (dm)"),
+    QT_TRANSLATE_NOOP("Units", "Yards (yd)"),
+    QT_TRANSLATE_NOOP("Units", "Thousandths of an inch (mil)"),
     QT_TRANSLATE_NOOP("Units", "Kilometres (km)"),
 };
 
@@ -115,8 +125,9 @@ int Ask(QWidget* parent, const QString& text, ZebMsgIcon icon, ZebMsgButtons but
 std::string ChooseSettingsFile(QWidget* parent, bool forSaving) {
     IZebUiService* ui = GetZebUiService();
     ZebOpenFileRequest request;
-    request.filter = QCoreApplication::translate("CRuleSetEditor", "Settings documents|*.xml|All files|*")
-                         .toStdWString();
+    request.filter =
+        QCoreApplication::translate("CRuleSetEditor", "Settings documents|*.xml|All files|*")
+            .toStdWString();
     request.defaultExtension = L"xml";
     request.forSaving = forSaving;
     std::vector<std::wstring> paths;
@@ -131,35 +142,49 @@ QString OffText() { return CRuleSetEditor::tr("(off)"); }
 // What the rule's switch means, or why it has none, for the list's tooltip and the details pane.
 QString SwitchText(const CZebRule& rule) {
     if (!RuleHasSwitch(rule))
-        return CRuleSetEditor::tr("The settings hold no status for \"%1\": it is always checked and cannot be "
-                                  "switched off.").arg(Q(rule.DisplayName));
-    return RuleInUse(rule) ? CRuleSetEditor::tr("In use: checked by an assembly check.")
-                           : CRuleSetEditor::tr("Switched off: kept with its values, but not checked by an assembly check.");
+        return CRuleSetEditor::tr(
+                   "The settings hold no status for \"%1\": it is always checked and cannot be "
+                   "switched off.")
+            .arg(Q(rule.DisplayName));
+    return RuleInUse(rule)
+               ? CRuleSetEditor::tr("In use: checked by an assembly check.")
+               : CRuleSetEditor::tr(
+                     "Switched off: kept with its values, but not checked by an assembly check.");
 }
 
 // The same for any row: a rule of another module is kept as it stands.
 QString RowStateText(const CZebRule* rule) {
-    return rule ? SwitchText(*rule) : CRuleSetEditor::tr("No rule of this module reads this rule; it is kept as it stands.");
+    return rule ? SwitchText(*rule)
+                : CRuleSetEditor::tr(
+                      "No rule of this module reads this rule; it is kept as it stands.");
 }
 
 // The rule's values as the details pane shows them: one line per parameter, a table's rows below
 // its line. A rule switched off is shown in `offColor`.
 QString DetailsHtml(const CZebRule& rule, const QString& unit, const QColor& offColor) {
     const bool off = !RuleInUse(rule);
-    QString html = "<h3>" + (Q(rule.DisplayName) + (off ? " " + OffText() : QString())).toHtmlEscaped() + "</h3><p>" +
-                   CRuleSetEditor::tr("Severity: %1").arg(SeverityText(rule.Severity)).toHtmlEscaped() + "<br>" +
-                   SwitchText(rule).toHtmlEscaped() + "<br>" +
-                   CRuleSetEditor::tr("Lengths in %1").arg(unit).toHtmlEscaped() + "</p><p>" +
-                   Q(rule.Summary).toHtmlEscaped() + "</p><table cellspacing=\"0\" cellpadding=\"3\" border=\"1\">" +
-                   "<tr><th>" + CRuleSetEditor::tr("Parameter") + "</th><th>" + CRuleSetEditor::tr("Operator") +
-                   "</th><th>" + CRuleSetEditor::tr("Values") + "</th></tr>";
+    QString html =
+        "<h3>" + (Q(rule.DisplayName) + (off ? " " + OffText() : QString())).toHtmlEscaped() +
+        "</h3><p>" +
+        CRuleSetEditor::tr("Severity: %1").arg(SeverityText(rule.Severity)).toHtmlEscaped() +
+        "<br>" + SwitchText(rule).toHtmlEscaped() + "<br>" +
+        CRuleSetEditor::tr("Lengths in %1").arg(unit).toHtmlEscaped() + "</p><p>" +
+        Q(rule.Summary).toHtmlEscaped() +
+        "</p><table cellspacing=\"0\" cellpadding=\"3\" border=\"1\">" + "<tr><th>" +
+        CRuleSetEditor::tr("Parameter") + "</th><th>" + CRuleSetEditor::tr("Operator") +
+        "</th><th>" + CRuleSetEditor::tr("Values") + "</th></tr>";
     for (const CZebParamStorage* p : rule.ParamArray) {
-        html += "<tr><td>" + QString::number(p->GetParam()->id) + "</td><td>" + Escaped(ParamOperatorText(*p)) + "</td><td>";
+        html += "<tr><td>" + QString::number(p->GetParam()->id) + "</td><td>" +
+                Escaped(ParamOperatorText(*p)) + "</td><td>";
         if (const ZebTypedParam<ZebRow>* rows = p->As<ZebRow>()) {
-            html += CRuleSetEditor::tr("%n row(s)", nullptr, static_cast<int>(rows->values.GetSize()));
+            html +=
+                CRuleSetEditor::tr("%n row(s)", nullptr, static_cast<int>(rows->values.GetSize()));
             for (const ZebRow& row : rows->values) {
                 QStringList cells;
-                for (std::wstring_view cell : row) cells << QString::fromWCharArray(cell.data(), static_cast<qsizetype>(cell.size())).toHtmlEscaped();
+                for (std::wstring_view cell : row)
+                    cells << QString::fromWCharArray(cell.data(),
+                                                     static_cast<qsizetype>(cell.size()))
+                                 .toHtmlEscaped();
                 html += "<br>" + cells.join(" | ");
             }
         } else {
@@ -172,8 +197,9 @@ QString DetailsHtml(const CZebRule& rule, const QString& unit, const QColor& off
 }
 
 // Chooses rules from a list, all chosen at first; empty when cancelled.
-std::vector<std::wstring> ChooseRules(QWidget* parent, const QString& heading,
-                                      const std::vector<std::pair<std::wstring, std::wstring>>& rules) {
+std::vector<std::wstring> ChooseRules(
+    QWidget* parent, const QString& heading,
+    const std::vector<std::pair<std::wstring, std::wstring>>& rules) {
     QDialog dialog(parent);
     dialog.setWindowTitle(CRuleSetEditor::tr("Import Rules"));
     auto* layout = new QVBoxLayout(&dialog);
@@ -199,7 +225,8 @@ std::vector<std::wstring> ChooseRules(QWidget* parent, const QString& heading,
     std::vector<std::wstring> chosen;
     if (dialog.exec() != QDialog::Accepted) return chosen;
     for (int i = 0; i < list->count(); ++i)
-        if (list->item(i)->checkState() == Qt::Checked) chosen.push_back(list->item(i)->data(Qt::UserRole).toString().toStdWString());
+        if (list->item(i)->checkState() == Qt::Checked)
+            chosen.push_back(list->item(i)->data(Qt::UserRole).toString().toStdWString());
     return chosen;
 }
 }  // namespace
@@ -208,8 +235,12 @@ std::vector<std::wstring> ChooseRules(QWidget* parent, const QString& heading,
 // back the same way, and a rule's values come back exactly as the module wrote them.
 class CSnapshotCommand : public QUndoCommand {
 public:
-    CSnapshotCommand(CRuleSetEditor& editor, const QString& text, std::string before, std::string after)
-        : QUndoCommand(text), m_editor(editor), m_before(std::move(before)), m_after(std::move(after)) {}
+    CSnapshotCommand(CRuleSetEditor& editor, const QString& text, std::string before,
+                     std::string after)
+        : QUndoCommand(text),
+          m_editor(editor),
+          m_before(std::move(before)),
+          m_after(std::move(after)) {}
     void undo() override { m_editor.Restore(m_before); }
     void redo() override {
         if (m_done) m_editor.Restore(m_after);
@@ -258,9 +289,11 @@ CRuleSetEditor::CRuleSetEditor(const ModuleLoader& module, QWidget* parent)
         if (item->column() != kRuleColumn || !item->data(Qt::CheckStateRole).isValid()) return;
         const int row = item->row();
         const bool inUse = item->checkState() == Qt::Checked;
-        QMetaObject::invokeMethod(this, [this, row, inUse] { SwitchRuleAsChecked(row, inUse); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, row, inUse] { SwitchRuleAsChecked(row, inUse); }, Qt::QueuedConnection);
     });
-    auto* space = new QShortcut(QKeySequence(Qt::Key_Space), m_table, nullptr, nullptr, Qt::WidgetShortcut);
+    auto* space =
+        new QShortcut(QKeySequence(Qt::Key_Space), m_table, nullptr, nullptr, Qt::WidgetShortcut);
     connect(space, &QShortcut::activated, this, [this] { SwitchCurrentRule(); });
 
     m_details = new QTextBrowser(this);
@@ -285,10 +318,13 @@ CRuleSetEditor::CRuleSetEditor(const ModuleLoader& module, QWidget* parent)
     m_unitLabel = new QLabel(this);
     statusBar()->addWidget(m_databaseLabel, 1);
     statusBar()->addPermanentWidget(m_unitLabel);
-    m_check = new CAssemblyCheck(*this, module, {[this](const std::wstring& name) {
-        const int row = m_document.FindRule(name);
-        return row >= 0 ? Q(m_document.Row(static_cast<size_t>(row)).displayName) : Q(name);
-    }, &SeverityText});
+    m_check = new CAssemblyCheck(
+        *this, module,
+        {[this](const std::wstring& name) {
+             const int row = m_document.FindRule(name);
+             return row >= 0 ? Q(m_document.Row(static_cast<size_t>(row)).displayName) : Q(name);
+         },
+         &SeverityText});
     connect(m_check, &CAssemblyCheck::ruleChosen, this, [this](const QString& name) {
         const int row = m_document.FindRule(name.toStdWString());
         if (row >= 0 && m_table->isRowHidden(row)) m_filter->clear();
@@ -317,10 +353,13 @@ void CRuleSetEditor::BuildMenus() {
     file->addAction(tr("&Save"), QKeySequence::Save, this, [this] { SaveDocument(); });
     file->addAction(tr("Save &As..."), QKeySequence::SaveAs, this, [this] { SaveDocumentAs(); });
     file->addSeparator();
-    file->addAction(tr("&Import Rules from File..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I), this,
+    file->addAction(tr("&Import Rules from File..."),
+                    QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I), this,
                     [this] { ImportRulesFromFile(); });
-    file->addAction(tr("Co&mpare with File..."), QKeySequence(Qt::CTRL | Qt::Key_D), this, [this] { CompareWithFile(); });
-    file->addAction(tr("Check &Assembly..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A), this, [this] { CheckAssembly(); });
+    file->addAction(tr("Co&mpare with File..."), QKeySequence(Qt::CTRL | Qt::Key_D), this,
+                    [this] { CompareWithFile(); });
+    file->addAction(tr("Check &Assembly..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A), this,
+                    [this] { CheckAssembly(); });
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence::Quit, this, [this] { close(); });
 
@@ -328,7 +367,8 @@ void CRuleSetEditor::BuildMenus() {
     QAction* undo = m_undo->createUndoAction(this, tr("&Undo"));
     undo->setShortcut(QKeySequence::Undo);
     QAction* redo = m_undo->createRedoAction(this, tr("&Redo"));
-    redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    redo->setShortcuts(
+        {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
     edit->addAction(undo);
     edit->addAction(redo);
     edit->addSeparator();
@@ -342,13 +382,16 @@ void CRuleSetEditor::BuildMenus() {
                      [this] { ConfigureCurrentRule(); });
     QMenu* severity = rules->addMenu(tr("&Severity"));
     for (int code = 1; code <= 5; ++code)
-        severity->addAction(QString("&%1 %2").arg(code).arg(SeverityText(code)), QKeySequence(Qt::CTRL | (Qt::Key_0 + code)),
-                            this, [this, code] { SetCurrentSeverity(code); });
-    rules->addAction(tr("S&witch On/Off"), QKeySequence(Qt::CTRL | Qt::Key_T), this, [this] { SwitchCurrentRule(); });
+        severity->addAction(QString("&%1 %2").arg(code).arg(SeverityText(code)),
+                            QKeySequence(Qt::CTRL | (Qt::Key_0 + code)), this,
+                            [this, code] { SetCurrentSeverity(code); });
+    rules->addAction(tr("S&witch On/Off"), QKeySequence(Qt::CTRL | Qt::Key_T), this,
+                     [this] { SwitchCurrentRule(); });
     m_addRuleMenu = rules->addMenu(tr("&Add Rule"));
-    rules->addAction(tr("&Remove Rule..."), QKeySequence::Delete, this, [this] { RemoveCurrentRule(); });
-    rules->addAction(tr("Reset to &Defaults..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R), this,
-                     [this] { ResetCurrentRule(); });
+    rules->addAction(tr("&Remove Rule..."), QKeySequence::Delete, this,
+                     [this] { RemoveCurrentRule(); });
+    rules->addAction(tr("Reset to &Defaults..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R),
+                     this, [this] { ResetCurrentRule(); });
 
     QMenu* units = menuBar()->addMenu(tr("&Units"));
     m_units = new QActionGroup(this);
@@ -362,12 +405,15 @@ void CRuleSetEditor::BuildMenus() {
     }
 
     QMenu* database = menuBar()->addMenu(tr("&Database"));
-    QAction* fasteners = database->addAction(tr("&Fastener Database..."), this, [this] { OpenFastenerDatabase(); });
+    QAction* fasteners =
+        database->addAction(tr("&Fastener Database..."), this, [this] { OpenFastenerDatabase(); });
     fasteners->setEnabled(m_module.LaunchFastenerDatabaseDlg != nullptr);
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
-    help->addAction(tr("Help on the &Rule"), QKeySequence::HelpContents, this, [this] { ShowHelp(); });
-    help->addAction(tr("Rule &Sets"), this, [this] { ZebOpenHelp(this, HelpFile(), kHelpTopicRuleSets); });
+    help->addAction(tr("Help on the &Rule"), QKeySequence::HelpContents, this,
+                    [this] { ShowHelp(); });
+    help->addAction(tr("Rule &Sets"), this,
+                    [this] { ZebOpenHelp(this, HelpFile(), kHelpTopicRuleSets); });
 }
 
 void CRuleSetEditor::FillRecentMenu() {
@@ -383,10 +429,11 @@ void CRuleSetEditor::FillRecentMenu() {
 void CRuleSetEditor::FillAddRuleMenu() {
     m_addRuleMenu->clear();
     for (const auto& [name, displayName] : m_document.MissingRules())
-        m_addRuleMenu->addAction(Q(displayName), this, [this, name = name, displayName = displayName] {
-            Change(tr("Add %1").arg(Q(displayName)), [&] { m_document.AddRule(name); });
-            ChooseRow(m_document.FindRule(name));
-        });
+        m_addRuleMenu->addAction(
+            Q(displayName), this, [this, name = name, displayName = displayName] {
+                Change(tr("Add %1").arg(Q(displayName)), [&] { m_document.AddRule(name); });
+                ChooseRow(m_document.FindRule(name));
+            });
     m_addRuleMenu->setEnabled(!m_addRuleMenu->isEmpty());
 }
 
@@ -411,7 +458,8 @@ void CRuleSetEditor::ShowRow(int row) {
             item->setCheckState(rule.inUse ? Qt::Checked : Qt::Unchecked);
         }
         // Kept in the document as it stands, or switched off: there, but not checked.
-        if (!rule.known || !rule.inUse) item->setForeground(m_table->palette().color(QPalette::Disabled, QPalette::Text));
+        if (!rule.known || !rule.inUse)
+            item->setForeground(m_table->palette().color(QPalette::Disabled, QPalette::Text));
         item->setToolTip(RowStateText(read));
         m_table->setItem(row, column, item);
     };
@@ -441,7 +489,8 @@ void CRuleSetEditor::ApplyFilter() {
     int firstShown = -1;
     for (int row = 0; row < m_table->rowCount(); ++row) {
         const RuleRow rule = m_document.Row(static_cast<size_t>(row));
-        const bool shown = wanted.isEmpty() || RuleName(row).contains(wanted, Qt::CaseInsensitive) ||
+        const bool shown = wanted.isEmpty() ||
+                           RuleName(row).contains(wanted, Qt::CaseInsensitive) ||
                            Q(rule.storedName).contains(wanted, Qt::CaseInsensitive);
         m_table->setRowHidden(row, !shown);
         if (shown && firstShown < 0) firstShown = row;
@@ -455,8 +504,10 @@ int CRuleSetEditor::CurrentRow() const {
 }
 
 void CRuleSetEditor::ChooseRow(int row) {
-    if (row >= 0 && row < m_table->rowCount()) m_table->setCurrentCell(row, 0);
-    else m_table->setCurrentCell(-1, -1);
+    if (row >= 0 && row < m_table->rowCount())
+        m_table->setCurrentCell(row, 0);
+    else
+        m_table->setCurrentCell(-1, -1);
     ShowDetails();
 }
 
@@ -475,7 +526,8 @@ void CRuleSetEditor::Refresh() {
     // Filled here, not when shown: a submenu that is disabled is never shown.
     FillAddRuleMenu();
 
-    QString name = m_document.Path().empty() ? tr("Untitled") : QFileInfo(Q(m_document.Path())).fileName();
+    QString name =
+        m_document.Path().empty() ? tr("Untitled") : QFileInfo(Q(m_document.Path())).fileName();
     if (m_document.IsReadOnly()) name += " " + tr("(read-only)");
     setWindowTitle(name + "[*] - " + tr("Vantor Rules"));
     setWindowModified(m_document.IsModified());
@@ -532,9 +584,12 @@ bool CRuleSetEditor::MaySetDocumentAside() {
     const QString name = m_document.Path().empty() ? tr("Untitled") : Q(m_document.Path());
     switch (Ask(this, tr("%1 has unsaved changes. Save them?").arg(name), ZebMsgIcon::Question,
                 ZebMsgButtons::SaveDiscardCancel)) {
-    case ZebIdYes: return SaveDocument();
-    case ZebIdNo: return true;
-    default: return false;
+        case ZebIdYes:
+            return SaveDocument();
+        case ZebIdNo:
+            return true;
+        default:
+            return false;
     }
 }
 
@@ -542,8 +597,8 @@ bool CRuleSetEditor::OpenFile(const std::string& path) {
     std::string message;
     CRuleSetDocument::OpenResult result = m_document.Open(path, message);
     if (result == CRuleSetDocument::OpenResult::NotSettings &&
-        Ask(this, Q(message) + "\n\n" + tr("Open it read-only? It will not be saved over."), ZebMsgIcon::Warning,
-            ZebMsgButtons::YesNo) == ZebIdYes)
+        Ask(this, Q(message) + "\n\n" + tr("Open it read-only? It will not be saved over."),
+            ZebMsgIcon::Warning, ZebMsgButtons::YesNo) == ZebIdYes)
         result = m_document.Open(path, message, true);
     else if (result == CRuleSetDocument::OpenResult::Unreadable)
         ShowProblem(message);
@@ -569,8 +624,10 @@ bool CRuleSetEditor::SaveDocument() {
     if (m_document.Path().empty() || m_document.IsReadOnly()) return SaveDocumentAs();
     std::string message;
     const bool saved = m_document.Save(m_document.Path(), message);
-    if (saved) m_undo->setClean();
-    else ShowProblem(message);
+    if (saved)
+        m_undo->setClean();
+    else
+        ShowProblem(message);
     Refresh();
     return saved;
 }
@@ -599,9 +656,11 @@ void CRuleSetEditor::ConfigureCurrentRule() {
     // The keyboard goes on in the list, whoever activates windows after a dialog.
     activateWindow();
     m_table->setFocus();
-    if (result == ConfigureResult::NoDialog) ShowProblem(tr("This rule has no dialog to configure it.").toStdString());
+    if (result == ConfigureResult::NoDialog)
+        ShowProblem(tr("This rule has no dialog to configure it.").toStdString());
     if (result == ConfigureResult::NotRead)
-        ShowProblem(tr("No rule of this module reads this rule; it is kept as it stands.").toStdString());
+        ShowProblem(
+            tr("No rule of this module reads this rule; it is kept as it stands.").toStdString());
 }
 
 void CRuleSetEditor::RemoveCurrentRule() {
@@ -657,10 +716,12 @@ void CRuleSetEditor::ImportRulesFromFile() {
     int unit = 0;
     std::string message;
     if (!m_document.RulesInFile(path, rules, unit, message)) return ShowProblem(message);
-    if (rules.empty()) return ShowProblem(tr("%1 holds no rule of this module.").arg(Q(path)).toStdString());
+    if (rules.empty())
+        return ShowProblem(tr("%1 holds no rule of this module.").arg(Q(path)).toStdString());
     QString heading = tr("Rules in %1. Those the rule set has already are replaced.").arg(Q(path));
     if (unit != m_document.Unit())
-        heading += " " + tr("Their values are converted from %1 to %2.").arg(UnitText(unit), UnitText(m_document.Unit()));
+        heading += " " + tr("Their values are converted from %1 to %2.")
+                             .arg(UnitText(unit), UnitText(m_document.Unit()));
     const std::vector<std::wstring> chosen = ChooseRules(this, heading, rules);
     if (chosen.empty()) return;
     Change(tr("Import Rules"), [&] { m_document.ImportRules(path, chosen, message); });
@@ -678,19 +739,24 @@ void CRuleSetEditor::CompareWithFile() {
     std::string message;
     std::vector<std::string> lines;
     if (!folder.isValid() || !snapshot.LoadXML(m_document.Snapshot(), error) ||
-        !SaveSettingsFile(snapshot, current, message) || !DiffSettings(m_module, current, other, lines, message)) {
+        !SaveSettingsFile(snapshot, current, message) ||
+        !DiffSettings(m_module, current, other, lines, message)) {
         ShowProblem(message.empty() ? ToUtf8(error) : message);
         return;
     }
     QString text;
     for (const std::string& line : lines) text += Q(line) + "\n";
-    if (lines.empty()) text = tr("The rule set and %1 hold the same rules and values.").arg(Q(other));
+    if (lines.empty())
+        text = tr("The rule set and %1 hold the same rules and values.").arg(Q(other));
 
     QDialog window(this);
     window.setWindowTitle(tr("Differences from %1").arg(QFileInfo(Q(other)).fileName()));
     auto* layout = new QVBoxLayout(&window);
-    auto* heading = new QLabel(tr("Lines with - are the open rule set's, lines with + those of %1; values in "
-                                  "the open rule set's unit.").arg(Q(other)), &window);
+    auto* heading =
+        new QLabel(tr("Lines with - are the open rule set's, lines with + those of %1; values in "
+                      "the open rule set's unit.")
+                       .arg(Q(other)),
+                   &window);
     heading->setWordWrap(true);
     auto* shown = new QPlainTextEdit(text, &window);
     shown->setObjectName(kDifferencesName);
@@ -713,9 +779,7 @@ void CRuleSetEditor::ShowHelp() {
     ZebOpenHelp(this, HelpFile(), rule ? HelpTopic(rule->Name) : std::wstring(kHelpTopicRuleSets));
 }
 
-void CRuleSetEditor::CheckAssembly() {
-    m_check->Run(m_document.Snapshot());
-}
+void CRuleSetEditor::CheckAssembly() { m_check->Run(m_document.Snapshot()); }
 
 void CRuleSetEditor::OpenFastenerDatabase() {
     if (m_module.LaunchFastenerDatabaseDlg) m_module.LaunchFastenerDatabaseDlg(this);

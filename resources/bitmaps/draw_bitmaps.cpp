@@ -17,7 +17,6 @@
 #include <QPainterPath>
 #include <QSaveFile>
 #include <QString>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -147,8 +146,7 @@ QPainterPath SlotPath(QPointF centre, double length, double width) {
 
 // Sawtooth edge of a thread between the major and minor line, from y0 down to y1.
 // Bolt and tapped hole share it, so an engaged thread lines up exactly.
-std::vector<QPointF> ThreadEdge(double xMajor, double xMinor, double y0, double y1,
-                                double pitch) {
+std::vector<QPointF> ThreadEdge(double xMajor, double xMinor, double y0, double y1, double pitch) {
     std::vector<QPointF> pts;
     bool major = true;
     for (double y = y0; y < y1; y += pitch / 2) {
@@ -181,12 +179,8 @@ void Bolt(QPainter& p, double cx, double top, double headW, double headH, double
     p.drawPolygon(thread);
 
     // Head: three visible hex faces, chamfered top corners.
-    QPolygonF head{{cx - headW / 2, y0},
-                   {cx - headW / 2, top + 2},
-                   {cx - headW / 2 + 2, top},
-                   {cx + headW / 2 - 2, top},
-                   {cx + headW / 2, top + 2},
-                   {cx + headW / 2, y0}};
+    QPolygonF head{{cx - headW / 2, y0},      {cx - headW / 2, top + 2}, {cx - headW / 2 + 2, top},
+                   {cx + headW / 2 - 2, top}, {cx + headW / 2, top + 2}, {cx + headW / 2, y0}};
     p.drawPolygon(head);
     p.setPen(Pen(p, kSteelDark, 0.9));
     p.drawLine(QPointF(cx - headW / 6, top), QPointF(cx - headW / 6, y0));
@@ -532,8 +526,8 @@ void FastenerAlignment(QPainter& p, bool detail) {
     const double hx = 96, hole = 34, d = 18, off = 8;
     Section(p, RectPath(20, 66, 170, 22).subtracted(RectPath(hx - hole / 2, 66, hole, 22)), kPart,
             true);
-    Section(p, RectPath(20, 88, 170, 22).subtracted(RectPath(hx - hole / 2, 88, hole, 22)),
-            kPart2, false);
+    Section(p, RectPath(20, 88, 170, 22).subtracted(RectPath(hx - hole / 2, 88, hole, 22)), kPart2,
+            false);
     Bolt(p, hx + off, 50, 40, 16, d, 76, 30);
     Nut(p, hx + off, 110, 40, 14);
     AxisLine(p, {hx, 28}, {hx, 150});
@@ -544,8 +538,9 @@ void FastenerAlignment(QPainter& p, bool detail) {
 
 void Accessibility(QPainter& p, bool detail) {
     const double cx = 104, floor = 100, headTop = 84, wallL = 60, wallR = 150, wallTop = 44;
-    QPainterPath part = RectPath(18, wallTop, 184, 140 - wallTop)
-                            .subtracted(RectPath(wallL, wallTop - 1, wallR - wallL, floor - wallTop + 1));
+    QPainterPath part =
+        RectPath(18, wallTop, 184, 140 - wallTop)
+            .subtracted(RectPath(wallL, wallTop - 1, wallR - wallL, floor - wallTop + 1));
     Section(p, part, kPart, true);
     Bolt(p, cx, headTop, 36, 16, 16, 30, 20);
     // The tool that must reach the head: a socket on its extension.
@@ -604,7 +599,8 @@ void MaterialDatabase(QPainter& p, bool) {
     p.setBrush(kSteelLight);
     p.drawEllipse(QRectF(x, top, w, 16));
     p.setBrush(Qt::NoBrush);
-    for (double y : {top + 36.0, top + 62.0}) p.drawArc(QRectF(x, y - 8, w, 16), 180 * 16, 180 * 16);
+    for (double y : {top + 36.0, top + 62.0})
+        p.drawArc(QRectF(x, y - 8, w, 16), 180 * 16, 180 * 16);
 
     // Tree: root, two groups, materials with check boxes.
     const auto box = [&](QPointF at, bool checked) {
@@ -759,10 +755,10 @@ QByteArray Png(const Bitmap& b) {
 }
 
 std::vector<Bitmap> DrawAll() {
-    constexpr int kRuleW = 220, kRuleH = 160;  // dialog images of the rules
-    constexpr int kPicW = 132, kPicH = 96;     // pictures inside the dialogs
+    constexpr int kRuleW = 220, kRuleH = 160;   // dialog images of the rules
+    constexpr int kPicW = 132, kPicH = 96;      // pictures inside the dialogs
     const QRgb kGrey100 = qRgb(100, 100, 100);  // 0x646464, passed with Add and Delete
-    const QRgb kBlack = qRgb(0, 0, 0);           // colour 0, passed with Rename
+    const QRgb kBlack = qRgb(0, 0, 0);          // colour 0, passed with Rename
 
     std::vector<Bitmap> all = {
         // Rule dialog images.

@@ -14,11 +14,16 @@ namespace {
 bool DecodeUtf8(const std::string& s, std::u32string& out) {
     for (size_t i = 0; i < s.size();) {
         const unsigned char b = static_cast<unsigned char>(s[i]);
-        int extra = b < 0x80 ? 0 : (b & 0xE0) == 0xC0 ? 1 : (b & 0xF0) == 0xE0 ? 2 : (b & 0xF8) == 0xF0 ? 3 : -1;
+        int extra = b < 0x80             ? 0
+                    : (b & 0xE0) == 0xC0 ? 1
+                    : (b & 0xF0) == 0xE0 ? 2
+                    : (b & 0xF8) == 0xF0 ? 3
+                                         : -1;
         if (extra < 0 || i + extra >= s.size() + (extra == 0)) return false;
         char32_t c = extra == 0 ? b : (b & (0x3F >> extra));
         for (int k = 1; k <= extra; ++k) {
-            if (i + k >= s.size() || (static_cast<unsigned char>(s[i + k]) & 0xC0) != 0x80) return false;
+            if (i + k >= s.size() || (static_cast<unsigned char>(s[i + k]) & 0xC0) != 0x80)
+                return false;
             c = (c << 6) | (static_cast<unsigned char>(s[i + k]) & 0x3F);
         }
         out += c;
@@ -36,10 +41,12 @@ bool IsName(const std::string& name) {
 
 // The header of named ids, rewritten only when its text changes so that a new text in the table
 // does not rebuild every file that names a string.
-bool WriteIds(const std::string& path, const char* table, const std::map<std::string, unsigned>& names) {
+bool WriteIds(const std::string& path, const char* table,
+              const std::map<std::string, unsigned>& names) {
     std::ostringstream out;
     out << "// generated from " << table << "; do not edit\n#pragma once\n\n"
-        << "// The module's string resources by name. The module's loading functions take a ZebStringId,\n"
+        << "// The module's string resources by name. The module's loading functions take a "
+           "ZebStringId,\n"
         << "// so a string that is not in the table, or a bare number, does not compile.\n"
         << "enum ZebStringId : unsigned {\n";
     for (const auto& [name, id] : names) out << "    " << name << " = " << id << ",\n";
@@ -56,11 +63,16 @@ bool WriteIds(const std::string& path, const char* table, const std::map<std::st
 std::string Literal(const std::u32string& text) {
     std::string out = "L\"";
     for (char32_t c : text) {
-        if (c == U'"') out += "\\\"";
-        else if (c == U'\\') out += "\\\\";
-        else if (c == U'\n') out += "\\n";
-        else if (c == U'\t') out += "\\t";
-        else if (c >= 0x20 && c < 0x7F) out += static_cast<char>(c);
+        if (c == U'"')
+            out += "\\\"";
+        else if (c == U'\\')
+            out += "\\\\";
+        else if (c == U'\n')
+            out += "\\n";
+        else if (c == U'\t')
+            out += "\\t";
+        else if (c >= 0x20 && c < 0x7F)
+            out += static_cast<char>(c);
         else {
             char buf[16];
             std::snprintf(buf, sizeof buf, "\\U%08X", static_cast<unsigned>(c));
@@ -119,9 +131,12 @@ int main(int argc, char** argv) {
                 continue;
             }
             const char e = i + 1 < raw.size() ? raw[++i] : '\0';
-            if (e == 'n') text += '\n';
-            else if (e == 't') text += '\t';
-            else if (e == '\\') text += '\\';
+            if (e == 'n')
+                text += '\n';
+            else if (e == 't')
+                text += '\t';
+            else if (e == '\\')
+                text += '\\';
             else {
                 std::cerr << argv[1] << ":" << number << ": unknown escape\n";
                 return 1;
@@ -154,11 +169,14 @@ int main(int argc, char** argv) {
     out << "};\nconst unsigned kIds[] = {";
     for (const auto& entry : table) out << entry.first << ", ";
     out << "};\n}  // namespace\n\n"
-        << "extern \"C\" __attribute__((visibility(\"default\"))) const wchar_t* ZEBResString(unsigned id) {\n"
+        << "extern \"C\" __attribute__((visibility(\"default\"))) const wchar_t* "
+           "ZEBResString(unsigned id) {\n"
         << "    const Entry* end = kStrings + std::size(kStrings);\n"
-        << "    const Entry* e = std::lower_bound(kStrings, end, id, [](const Entry& a, unsigned b) { return a.id < b; });\n"
+        << "    const Entry* e = std::lower_bound(kStrings, end, id, [](const Entry& a, unsigned "
+           "b) { return a.id < b; });\n"
         << "    return e != end && e->id == id ? e->text : nullptr;\n}\n\n"
-        << "extern \"C\" __attribute__((visibility(\"default\"))) const unsigned* ZEBResStringIds(unsigned* count) {\n"
+        << "extern \"C\" __attribute__((visibility(\"default\"))) const unsigned* "
+           "ZEBResStringIds(unsigned* count) {\n"
         << "    *count = static_cast<unsigned>(std::size(kIds));\n    return kIds;\n}\n";
     std::ofstream file(argv[2]);
     file << out.str();

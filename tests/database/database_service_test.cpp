@@ -71,7 +71,8 @@ protected:
                             "set (scripts/test starts one with scripts/pg_server)";
         }
         server_ = std::make_unique<ScopedServerDatabase>(url);
-        ASSERT_TRUE(server_->Ok()) << "the test server cannot create a database: " << server_->Error();
+        ASSERT_TRUE(server_->Ok())
+            << "the test server cannot create a database: " << server_->Error();
         ::setenv("VANTOR_DATABASE_URL", server_->Url().c_str(), 1);
     }
     void TearDown() override {
@@ -120,8 +121,8 @@ TEST_P(DatabaseServiceOn, FreshFolderGetsTheStarterCatalogueInARealFile) {
     EXPECT_EQ(sizes.back(), L"M24x3");
 
     const std::list<std::wstring> groups = Groups(*db);
-    for (const wchar_t* group : {L"Steels", L"Stainless steels", L"Aluminium alloys", L"Brass",
-                                 L"Plastics"})
+    for (const wchar_t* group :
+         {L"Steels", L"Stainless steels", L"Aluminium alloys", L"Brass", L"Plastics"})
         EXPECT_TRUE(Contains(groups, group));
     EXPECT_TRUE(std::is_sorted(groups.begin(), groups.end()));
     std::wstring steels;
@@ -131,8 +132,9 @@ TEST_P(DatabaseServiceOn, FreshFolderGetsTheStarterCatalogueInARealFile) {
     std::list<ZebHardwareRecord> hardware;
     EXPECT_EQ(db->GetHardwareList(hardware), ZebDbOk);
     ASSERT_FALSE(hardware.empty());
-    const auto m8 = std::find_if(hardware.begin(), hardware.end(),
-                                 [](const ZebHardwareRecord& r) { return r.designation == L"ISO 4017 M8x20"; });
+    const auto m8 = std::find_if(hardware.begin(), hardware.end(), [](const ZebHardwareRecord& r) {
+        return r.designation == L"ISO 4017 M8x20";
+    });
     ASSERT_NE(m8, hardware.end());
     EXPECT_EQ(m8->thread, L"M8x1.25");
     EXPECT_EQ(m8->length, 20.0);
@@ -145,8 +147,9 @@ TEST_P(DatabaseServiceOn, FreshFolderGetsTheStarterCatalogueInARealFile) {
         // The data is in the file itself, with its schema version and the rollback journal.
         EXPECT_EQ(QueryFile(folder_.File(), "PRAGMA user_version"), "1");
         EXPECT_EQ(QueryFile(folder_.File(), "PRAGMA journal_mode"), "delete");
-        EXPECT_EQ(QueryFile(folder_.File(), "SELECT name FROM fastener_name WHERE name = 'ISO 4017 M8'"),
-                  "ISO 4017 M8");
+        EXPECT_EQ(
+            QueryFile(folder_.File(), "SELECT name FROM fastener_name WHERE name = 'ISO 4017 M8'"),
+            "ISO 4017 M8");
         return;
     }
     // The data is on the server, with its schema version; the unique key on the folded name, not
@@ -157,7 +160,8 @@ TEST_P(DatabaseServiceOn, FreshFolderGetsTheStarterCatalogueInARealFile) {
               "ISO 4017 M8");
     EXPECT_EQ(QueryServer(conn.get(),
                           "INSERT INTO fastener_name(name, name_key) VALUES('x', 'iso 4017 m8')")
-                  .rfind("ERROR", 0), 0u);
+                  .rfind("ERROR", 0),
+              0u);
 }
 
 TEST_P(DatabaseServiceOn, FastenerNamesAreUniqueWithoutRegardToCase) {
@@ -202,7 +206,7 @@ TEST_P(DatabaseServiceOn, MaterialsBelongToGroupsAndUndoRestoresTheEarlierState)
     EXPECT_EQ(db->AddMaterial(L"Titanium alloys", L"Ti-6Al-4V", 0), ZebDbOk);  // new group
     EXPECT_EQ(db->AddMaterial(L"titanium ALLOYS", L"ti-6al-4v", 0), ZebDbExists);
     EXPECT_EQ(db->AddMaterial(L"steels", L"16MnCr5", 0), ZebDbOk);  // existing group, its case
-    EXPECT_EQ(db->AddMaterial(L"Plastics", L"C45", 0), ZebDbOk);  // same name, other group
+    EXPECT_EQ(db->AddMaterial(L"Plastics", L"C45", 0), ZebDbOk);    // same name, other group
     EXPECT_EQ(db->AddMaterial(L"", L"X", 0), ZebDbFailed);
     EXPECT_EQ(db->AddMaterial(L"Steels", L"", 0), ZebDbFailed);
     EXPECT_NE(db->MaterialExistsInGroup(L"TI-6AL-4V", L"titanium alloys", 0), 0);
@@ -211,8 +215,8 @@ TEST_P(DatabaseServiceOn, MaterialsBelongToGroupsAndUndoRestoresTheEarlierState)
     std::wstring steels;
     EXPECT_EQ(db->GetGroupMaterials(L"Steels", steels, 0), ZebDbOk);
     EXPECT_NE(steels.find(L"16MnCr5"), std::wstring::npos);
-    const ZebMaterialPairList added = {{L"Titanium alloys", L"Ti-6Al-4V"}, {L"steels", L"16MnCr5"},
-                                       {L"Plastics", L"C45"}};
+    const ZebMaterialPairList added = {
+        {L"Titanium alloys", L"Ti-6Al-4V"}, {L"steels", L"16MnCr5"}, {L"Plastics", L"C45"}};
 
     // deleting the last material of a group takes the group with it
     EXPECT_EQ(db->DeleteMaterial(L"BRASS", L"cuzn37", 0), ZebDbOk);
@@ -225,8 +229,8 @@ TEST_P(DatabaseServiceOn, MaterialsBelongToGroupsAndUndoRestoresTheEarlierState)
     EXPECT_EQ(db->GetGroupMaterials(L"Brass", brass, 0), ZebDbOk);
     EXPECT_EQ(brass, L"");
     // the dialog takes the letter case from the pairs before deleting
-    const ZebMaterialPairList deleted = {{L"Brass", L"CuZn37"}, {L"Brass", L"CuZn39Pb3"},
-                                         {L"Steels", L"S235JR"}};
+    const ZebMaterialPairList deleted = {
+        {L"Brass", L"CuZn37"}, {L"Brass", L"CuZn39Pb3"}, {L"Steels", L"S235JR"}};
 
     EXPECT_EQ(db->UndoAddedMaterials(added, 0), ZebDbOk);
     EXPECT_EQ(db->UndoDeletedMaterials(deleted, 0), ZebDbOk);
@@ -237,8 +241,10 @@ TEST_P(DatabaseServiceOn, MaterialsBelongToGroupsAndUndoRestoresTheEarlierState)
     EXPECT_EQ(Pairs(*db), before);
 
     // Both lists at once, as the editor's Cancel takes them back.
-    for (const auto& [group, material] : added) EXPECT_EQ(db->AddMaterial(group, material, 0), ZebDbOk);
-    for (const auto& [group, material] : deleted) EXPECT_EQ(db->DeleteMaterial(group, material, 0), ZebDbOk);
+    for (const auto& [group, material] : added)
+        EXPECT_EQ(db->AddMaterial(group, material, 0), ZebDbOk);
+    for (const auto& [group, material] : deleted)
+        EXPECT_EQ(db->DeleteMaterial(group, material, 0), ZebDbOk);
     EXPECT_NE(Pairs(*db), before);
     EXPECT_EQ(db->UndoMaterialChanges(added, deleted, 0), ZebDbOk);
     EXPECT_EQ(Pairs(*db), before);
@@ -248,9 +254,9 @@ TEST_P(DatabaseServiceOn, MaterialsBelongToGroupsAndUndoRestoresTheEarlierState)
 TEST_P(DatabaseServiceOn, MaterialInUseByHardwareRecordsAsksForANotice) {
     IDatabaseCollector* db = ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
-    EXPECT_EQ(db->CheckMaterialUse(L"c45", L"Steels", 0), 0);       // starter screws
+    EXPECT_EQ(db->CheckMaterialUse(L"c45", L"Steels", 0), 0);  // starter screws
     EXPECT_EQ(db->CheckMaterialUse(L"PEEK", L"Plastics", 0), 1);
-    EXPECT_EQ(db->CheckMaterialUse(L"", L"steels", 0), 0);          // the whole group
+    EXPECT_EQ(db->CheckMaterialUse(L"", L"steels", 0), 0);  // the whole group
     EXPECT_EQ(db->CheckMaterialUse(L"", L"Plastics", 0), 1);
 
     ZebHardwareRecord washer{0, L"Insulating washer 8", L"Washer", L"", L"", 0.0, L"peek"};
@@ -433,7 +439,9 @@ TEST(DatabaseService, PlantedLinksAreNotFollowed) {
         testing::internal::CaptureStderr();
         EXPECT_EQ(ZEBDataHelper::getInstance(), nullptr) << what;
         const std::string message = testing::internal::GetCapturedStderr();
-        EXPECT_NE(message.find((dir / "vantor.sqlite").string() + " cannot be used"), std::string::npos) << message;
+        EXPECT_NE(message.find((dir / "vantor.sqlite").string() + " cannot be used"),
+                  std::string::npos)
+            << message;
         EXPECT_NE(message.find("symbolic link"), std::string::npos) << message;
         EXPECT_EQ(FileBytes(victim), "someone's file") << what;
         EXPECT_EQ(FileBytes(sound), soundBytes) << what;
@@ -508,10 +516,14 @@ pid_t AddInChild(int tag, int adds, int shared = 0, int report = -1) {
         const std::wstring name = L"P" + std::to_wstring(tag) + L"-" + std::to_wstring(i);
         if (!db || db->AddFastenerName(name) != ZebDbOk) ++failures;
         if (k < shared && i % 5 == 0) {
-            const int32_t result = db ? db->AddFastenerName(L"Shared-" + std::to_wstring(k++)) : ZebDbFailed;
-            if (result == ZebDbOk) ++outcome.added;
-            else if (result == ZebDbExists) ++outcome.existed;
-            else ++failures;
+            const int32_t result =
+                db ? db->AddFastenerName(L"Shared-" + std::to_wstring(k++)) : ZebDbFailed;
+            if (result == ZebDbOk)
+                ++outcome.added;
+            else if (result == ZebDbExists)
+                ++outcome.existed;
+            else
+                ++failures;
         }
     }
     if (report >= 0 && ::write(report, &outcome, sizeof outcome) != sizeof outcome) ++failures;
@@ -590,8 +602,8 @@ TEST_P(ServerDatabase, LostSessionFailsOnceAndTheNextOperationConnectsAgain) {
     const PgConnection admin = server_->ConnectMaintenance();
     ASSERT_EQ(QueryServer(admin.get(),
                           "SELECT count(*) FROM (SELECT pg_terminate_backend(pid, 10000) AS ended"
-                          " FROM pg_stat_activity WHERE datname = '" + server_->Name() +
-                              "') s WHERE ended"),
+                          " FROM pg_stat_activity WHERE datname = '" +
+                              server_->Name() + "') s WHERE ended"),
               "1");
     testing::internal::CaptureStderr();
     EXPECT_EQ(db->AddFastenerName(L"During the outage"), ZebDbFailed);
@@ -606,9 +618,8 @@ TEST_P(ServerDatabase, LostSessionFailsOnceAndTheNextOperationConnectsAgain) {
     EXPECT_TRUE(Contains(names, L"Before the outage"));
     EXPECT_EQ(std::count(names.begin(), names.end(), L"During the outage"), 1);
     // one session again, not one per attempt
-    EXPECT_EQ(QueryServer(admin.get(),
-                          "SELECT count(*) FROM pg_stat_activity WHERE datname = '" +
-                              server_->Name() + "' AND application_name = 'vantor'"),
+    EXPECT_EQ(QueryServer(admin.get(), "SELECT count(*) FROM pg_stat_activity WHERE datname = '" +
+                                           server_->Name() + "' AND application_name = 'vantor'"),
               "1");
 }
 
@@ -619,8 +630,8 @@ TEST_P(ServerDatabase, StoppedServerFailsCleanlyAndServesAgainOnceBack) {
     ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
     const std::string dir = pattern;
     const auto server = [&dir](const char* action) {
-        const std::string command = std::string(VANTOR_SOURCE_DIR) + "/scripts/pg_server " + action + " '" +
-                                    dir + "' >'" + dir + ".log' 2>&1";
+        const std::string command = std::string(VANTOR_SOURCE_DIR) + "/scripts/pg_server " +
+                                    action + " '" + dir + "' >'" + dir + ".log' 2>&1";
         return std::system(command.c_str()) == 0;
     };
     struct Cleanup {
@@ -633,7 +644,8 @@ TEST_P(ServerDatabase, StoppedServerFailsCleanlyAndServesAgainOnceBack) {
         std::filesystem::remove(dir + ".log", ignored);
     }};
     ASSERT_TRUE(server("start")) << "the second server did not start; see " << dir << ".log";
-    ::setenv("VANTOR_DATABASE_URL", ("postgresql://postgres@/postgres?host=" + dir + "&port=5432").c_str(), 1);
+    ::setenv("VANTOR_DATABASE_URL",
+             ("postgresql://postgres@/postgres?host=" + dir + "&port=5432").c_str(), 1);
     IDatabaseCollector* db = ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
     ASSERT_EQ(db->AddFastenerName(L"Before the stop"), ZebDbOk);
@@ -689,11 +701,13 @@ TEST_P(ServerDatabase, UnreachableOrForeignDatabaseGivesNoServiceWithTheServersM
     ::setenv("VANTOR_DATABASE_URL", (uri + "&password=s3cret").c_str(), 1);
     db = ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
-    EXPECT_EQ(db->GetDatabasePath(), Wide("postgresql://" + ConninfoValue(server_->Url(), "user") +
-                                          "@/" + server_->Name() + "?host=" + host + "&port=" + port));
+    EXPECT_EQ(db->GetDatabasePath(),
+              Wide("postgresql://" + ConninfoValue(server_->Url(), "user") + "@/" +
+                   server_->Name() + "?host=" + host + "&port=" + port));
 
     // A database a newer version wrote is refused, and stays as it is.
-    ASSERT_EQ(QueryServer(conn.get(), "UPDATE meta SET value = '99' WHERE key = 'schema_version'"), "");
+    ASSERT_EQ(QueryServer(conn.get(), "UPDATE meta SET value = '99' WHERE key = 'schema_version'"),
+              "");
     expectNoService(server_->Url() + " application_name=newer", "newer version");
     EXPECT_EQ(QueryServer(conn.get(), "SELECT value FROM meta WHERE key = 'schema_version'"), "99");
 }

@@ -15,7 +15,8 @@ struct CommandResult {
 
 // Runs the built host with the database folder of the test; standard error is dropped.
 CommandResult RunDb(const std::string& args) {
-    const std::string command = std::string(VANTOR_BUILD_DIR) + "/bin/vantor-rules db " + args + " 2>/dev/null";
+    const std::string command =
+        std::string(VANTOR_BUILD_DIR) + "/bin/vantor-rules db " + args + " 2>/dev/null";
     CommandResult result{-1, {}};
     FILE* pipe = ::popen(command.c_str(), "r");
     if (!pipe) return result;

@@ -15,7 +15,8 @@
 class ScopedDatabaseFolder {
 public:
     ScopedDatabaseFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vantor_db_XXXXXX").string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "vantor_db_XXXXXX").string();
         folder_ = ::mkdtemp(pattern.data());
         Point(folder_);
     }

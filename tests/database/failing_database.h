@@ -22,7 +22,8 @@ public:
     // Every operation asked for, in order, failed or not.
     std::vector<std::string> calls;
 
-    int32_t MaterialExistsInGroup(const std::wstring& m, const std::wstring& g, int32_t r) override {
+    int32_t MaterialExistsInGroup(const std::wstring& m, const std::wstring& g,
+                                  int32_t r) override {
         return Fails("MaterialExistsInGroup") ? 0 : real_->MaterialExistsInGroup(m, g, r);
     }
     ZebDbResult GetMaterialPairs(ZebMaterialPairList& pairs, int32_t r) override {
@@ -38,16 +39,19 @@ public:
         return Pass("UndoAddedMaterials", [&] { return real_->UndoAddedMaterials(added, r); });
     }
     ZebDbResult UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t r) override {
-        return Pass("UndoDeletedMaterials", [&] { return real_->UndoDeletedMaterials(deleted, r); });
+        return Pass("UndoDeletedMaterials",
+                    [&] { return real_->UndoDeletedMaterials(deleted, r); });
     }
-    ZebDbResult UndoMaterialChanges(const ZebMaterialPairList& added, const ZebMaterialPairList& deleted,
-                                    int32_t r) override {
-        return Pass("UndoMaterialChanges", [&] { return real_->UndoMaterialChanges(added, deleted, r); });
+    ZebDbResult UndoMaterialChanges(const ZebMaterialPairList& added,
+                                    const ZebMaterialPairList& deleted, int32_t r) override {
+        return Pass("UndoMaterialChanges",
+                    [&] { return real_->UndoMaterialChanges(added, deleted, r); });
     }
     ZebDbResult GetMaterialGroups(std::list<std::wstring>& groups, int32_t r) override {
         return Pass("GetMaterialGroups", [&] { return real_->GetMaterialGroups(groups, r); });
     }
-    ZebDbResult GetGroupMaterials(const std::wstring& g, std::wstring& materials, int32_t r) override {
+    ZebDbResult GetGroupMaterials(const std::wstring& g, std::wstring& materials,
+                                  int32_t r) override {
         return Pass("GetGroupMaterials", [&] { return real_->GetGroupMaterials(g, materials, r); });
     }
     int32_t CheckMaterialUse(const std::wstring& m, const std::wstring& g, int32_t r) override {
@@ -57,7 +61,8 @@ public:
         return Pass("GetFastenerNames", [&] { return real_->GetFastenerNames(names); });
     }
     ZebDbResult GetAlternateFastenerNames(std::list<std::wstring>& names) override {
-        return Pass("GetAlternateFastenerNames", [&] { return real_->GetAlternateFastenerNames(names); });
+        return Pass("GetAlternateFastenerNames",
+                    [&] { return real_->GetAlternateFastenerNames(names); });
     }
     ZebDbResult SetFastenerAttribute(const std::wstring& d, const std::wstring& t) override {
         return Pass("SetFastenerAttribute", [&] { return real_->SetFastenerAttribute(d, t); });
@@ -75,12 +80,15 @@ public:
         return Pass("GetHardwareList", [&] { return real_->GetHardwareList(records); });
     }
     ZebDbResult GetInterferenceIgnoreList(std::list<std::wstring>& names) override {
-        return Pass("GetInterferenceIgnoreList", [&] { return real_->GetInterferenceIgnoreList(names); });
+        return Pass("GetInterferenceIgnoreList",
+                    [&] { return real_->GetInterferenceIgnoreList(names); });
     }
     ZebDbResult SaveInterferenceIgnoreList(const std::list<std::wstring>& names) override {
-        return Pass("SaveInterferenceIgnoreList", [&] { return real_->SaveInterferenceIgnoreList(names); });
+        return Pass("SaveInterferenceIgnoreList",
+                    [&] { return real_->SaveInterferenceIgnoreList(names); });
     }
-    ZebDbResult GetAttributeData(const std::wstring& set, std::map<std::wstring, std::wstring>& data) override {
+    ZebDbResult GetAttributeData(const std::wstring& set,
+                                 std::map<std::wstring, std::wstring>& data) override {
         return Pass("GetAttributeData", [&] { return real_->GetAttributeData(set, data); });
     }
     ZebDbResult AddHardwareRecord(ZebHardwareRecord& record) override {

@@ -48,7 +48,8 @@ bool Stored(const std::wstring& name) {
 std::wstring Text(ZebStringId id) { return LoadLocalizedString(id); }
 
 // Column "A" of a new workbook (null: an empty cell), with column "B" filled beside it.
-std::wstring WriteColumnA(const QTemporaryDir& dir, const char* file, std::vector<const char*> cells) {
+std::wstring WriteColumnA(const QTemporaryDir& dir, const char* file,
+                          std::vector<const char*> cells) {
     const std::string path = dir.filePath(file).toStdString();
     lxw_workbook* workbook = workbook_new(path.c_str());
     lxw_worksheet* sheet = workbook_add_worksheet(workbook, nullptr);
@@ -78,8 +79,9 @@ struct NameDialog {
     void select(std::initializer_list<int> rows) {
         table().clearSelection();
         for (int r : rows)
-            table().selectionModel()->select(table().model()->index(r, 0),
-                                             QItemSelectionModel::Select | QItemSelectionModel::Rows);
+            table().selectionModel()->select(
+                table().model()->index(r, 0),
+                QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
     void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QWidget* focus = QApplication::focusWidget();
@@ -191,7 +193,8 @@ TEST_F(FastenerNameDialogTest, AddingTypedNames) {
     d.dlg.OnAdd();
     d.type("iso 4017 m8");
     ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_EQ(ui.messages[0].text, ZebFormatText(Text(IDS_DATABASE_ENTRY_EXISTS), {L"iso 4017 m8"}));
+    EXPECT_EQ(ui.messages[0].text,
+              ZebFormatText(Text(IDS_DATABASE_ENTRY_EXISTS), {L"iso 4017 m8"}));
     EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Error);
     EXPECT_EQ(d.table().GetRowCount(), rows + 2);
     EXPECT_EQ(StoredNames(), before);
@@ -216,8 +219,10 @@ TEST_F(FastenerNameDialogTest, KeysOfAMessageBoxStayWithTheBox) {
         if (box || boxes == 0) QTimer::singleShot(10, &d.dlg, answer);
         if (!box || box == &d.dlg) return;
         // Past the third box the fault is shown; the rest close without keys.
-        if (++boxes > 3) box->done(0);
-        else QTest::keyClick(box, Qt::Key_Return);
+        if (++boxes > 3)
+            box->done(0);
+        else
+            QTest::keyClick(box, Qt::Key_Return);
     };
     QTimer::singleShot(0, &d.dlg, answer);
     d.dlg.OnAdd();
@@ -303,7 +308,8 @@ TEST_F(FastenerNameDialogTest, RightClickAddsTheBaseNamesOfPartFiles) {
     ASSERT_EQ(ui.choosers.size(), 1u);
     EXPECT_TRUE(ui.choosers[0].multiSelect);
     ASSERT_EQ(ui.messages.size(), 1u);  // "Bracket" repeats "bracket"; "ISO 4017 M8" is stored
-    EXPECT_EQ(ui.messages[0].text, ZebFormatText(Text(IDS_DATABASE_ENTRY_EXISTS), {L"ISO 4017 M8"}));
+    EXPECT_EQ(ui.messages[0].text,
+              ZebFormatText(Text(IDS_DATABASE_ENTRY_EXISTS), {L"ISO 4017 M8"}));
     const Names column = d.column();
     EXPECT_EQ(Names(column.begin() + spare, column.end()), (Names{L"bracket", L"hinge", L""}));
     EXPECT_TRUE(Stored(L"bracket"));

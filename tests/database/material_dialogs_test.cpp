@@ -94,7 +94,8 @@ void ClickLabel(CZebMaterialTree& tree, QTreeWidgetItem* item) {
     QTreeWidget* widget = tree.Widget();
     widget->scrollToItem(item);
     const QRect rect = widget->visualItemRect(item);
-    QTest::mouseClick(widget->viewport(), Qt::LeftButton, {}, QPoint(rect.right() - 4, rect.center().y()));
+    QTest::mouseClick(widget->viewport(), Qt::LeftButton, {},
+                      QPoint(rect.right() - 4, rect.center().y()));
 }
 
 struct DbDialog {
@@ -257,8 +258,8 @@ TEST_F(MaterialDialogTest, DeleteAsksFirstAndReportsWhatHappened) {
     d.button(DbDlg::kDeleteId)->click();
     ExpectMessage(0, Text(IDS_SELECT_GROUP_TO_DELETE), ZebMsgIcon::Warning);
 
-    const std::wstring question = ZebFormatText(Text(IDS_CONFIRM_MATERIAL_DELETE),
-                                                {Text(IDS_WORD_MATERIAL), L"PEEK"});
+    const std::wstring question =
+        ZebFormatText(Text(IDS_CONFIRM_MATERIAL_DELETE), {Text(IDS_WORD_MATERIAL), L"PEEK"});
     ClickLabel(d.tree(), d.item(L"Plastics", L"PEEK"));
     ui.AnswerMessage(ZebIdNo);
     d.button(DbDlg::kDeleteId)->click();
@@ -292,8 +293,9 @@ TEST_F(MaterialDialogTest, DeleteAsksFirstAndReportsWhatHappened) {
     ui.AnswerMessage(ZebIdNo);
     d.button(DbDlg::kDeleteId)->click();
     ExpectMessage(5, Text(IDS_MATERIAL_IN_USE), ZebMsgIcon::Warning);
-    ExpectMessage(6, ZebFormatText(Text(IDS_CONFIRM_MATERIAL_DELETE), {Text(IDS_WORD_MATERIAL), L"C45"}),
-                  ZebMsgIcon::Question);
+    ExpectMessage(
+        6, ZebFormatText(Text(IDS_CONFIRM_MATERIAL_DELETE), {Text(IDS_WORD_MATERIAL), L"C45"}),
+        ZebMsgIcon::Question);
     EXPECT_EQ(HostMaterialsList(), stored);
 
     // A material the group does not hold: the database refuses, nothing changes.
@@ -309,9 +311,11 @@ TEST_F(MaterialDialogTest, DeleteAsksFirstAndReportsWhatHappened) {
     ClickLabel(d.tree(), GroupItem(d.tree(), L"Plastics"));
     ui.AnswerMessage(ZebIdYes);
     d.button(DbDlg::kDeleteId)->click();
-    ExpectMessage(9, ZebFormatText(Text(IDS_CONFIRM_MATERIAL_DELETE), {Text(IDS_WORD_GROUP), L"Plastics"}),
-                  ZebMsgIcon::Question);
-    ExpectMessage(10, ZebFormatText(Text(IDS_MATERIAL_DELETED), {Text(IDS_WORD_GROUP), L"Plastics"}),
+    ExpectMessage(
+        9, ZebFormatText(Text(IDS_CONFIRM_MATERIAL_DELETE), {Text(IDS_WORD_GROUP), L"Plastics"}),
+        ZebMsgIcon::Question);
+    ExpectMessage(10,
+                  ZebFormatText(Text(IDS_MATERIAL_DELETED), {Text(IDS_WORD_GROUP), L"Plastics"}),
                   ZebMsgIcon::Information);
     EXPECT_EQ(HostMaterialsList().find("Plastics"), std::string::npos);
     EXPECT_EQ(GroupItem(d.tree(), L"Plastics"), nullptr);
@@ -416,9 +420,10 @@ TEST_F(MaterialDialogTest, DatabaseFailuresAreToldAndChangeNothingUnseen) {
         db.failing = {failing};
         DbDialog d(&rule);
         d.type("Plastics", "PEEK");
-            d.button(DbDlg::kDeleteId)->click();
+        d.button(DbDlg::kDeleteId)->click();
         const std::wstring expected =
-            Text(std::string(failing) == "DeleteMaterial" ? IDS_DATABASE_DELETE_FAILED : IDS_DATABASE_READ_FAILED);
+            Text(std::string(failing) == "DeleteMaterial" ? IDS_DATABASE_DELETE_FAILED
+                                                          : IDS_DATABASE_READ_FAILED);
         ASSERT_FALSE(ui.messages.empty());
         EXPECT_EQ(ui.messages.back().text, expected);
         EXPECT_NE(d.item(L"Plastics", L"PEEK"), nullptr);
@@ -432,7 +437,7 @@ TEST_F(MaterialDialogTest, DatabaseFailuresAreToldAndChangeNothingUnseen) {
         DbDialog d(&rule);
         db.failing = {"GetGroupMaterials"};
         d.type("Plastics", "");
-            d.button(DbDlg::kDeleteId)->click();
+        d.button(DbDlg::kDeleteId)->click();
         ASSERT_FALSE(ui.messages.empty());
         EXPECT_EQ(ui.messages.back().text, Text(IDS_DATABASE_READ_FAILED));
         EXPECT_EQ(HostMaterialsList(), before);
@@ -520,7 +525,8 @@ TEST_F(MaterialDialogTest, ParentCheckRulesDifferBetweenTheDialogs) {
 
 TEST_F(MaterialDialogTest, PairEditorPreChecksNamesAndFillsTheTargetOnOkOnly) {
     MaterialChoice target{{L"Old", {L"choice"}}};
-    CEditMaterialPairDlg pair(nullptr, &rule, target, {L"peek", L"Brass", L"No such material", L""});
+    CEditMaterialPairDlg pair(nullptr, &rule, target,
+                              {L"peek", L"Brass", L"No such material", L""});
     EXPECT_EQ(pair.windowTitle().toStdWString(), Text(IDS_MATERIAL_PAIR_TITLE));
     EXPECT_EQ(pair.GetRule(), &rule);
     CZebMaterialTree& tree = pair.GetTree();
@@ -541,7 +547,8 @@ TEST_F(MaterialDialogTest, PairEditorPreChecksNamesAndFillsTheTargetOnOkOnly) {
         qobject_cast<QPushButton*>(pair.GetDlgItem(CEditMaterialPairDlg::kIdOk))->click();
     });
     EXPECT_EQ(pair.DoModal(), CEditMaterialPairDlg::kIdOk);
-    EXPECT_EQ(target, (MaterialChoice{{L"Brass", {L"CuZn37", L"CuZn39Pb3"}}, {L"Plastics", {L"PEEK"}}}));
+    EXPECT_EQ(target,
+              (MaterialChoice{{L"Brass", {L"CuZn37", L"CuZn39Pb3"}}, {L"Plastics", {L"PEEK"}}}));
     EXPECT_EQ(HostMaterialsList(), before);
     EXPECT_TRUE(ui.messages.empty());
 }

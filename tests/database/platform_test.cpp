@@ -10,7 +10,6 @@
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
-
 #include <algorithm>
 #include <functional>
 #include <list>
@@ -49,7 +48,8 @@ private:
 
 // Runs `script` on the modal dialog once it shows, then lets `launch` return. A dialog the script
 // left open is closed after a while so that a fault cannot hang the suite.
-void WithModalDialog(const std::function<void(QDialog&)>& script, const std::function<void()>& launch) {
+void WithModalDialog(const std::function<void(QDialog&)>& script,
+                     const std::function<void()>& launch) {
     App();
     bool ran = false;
     QTimer::singleShot(0, [&] {
@@ -92,9 +92,11 @@ std::list<ZebHardwareRecord> Hardware() {
     return records;
 }
 
-const ZebHardwareRecord* Find(const std::list<ZebHardwareRecord>& records, const std::wstring& designation) {
-    const auto found = std::find_if(records.begin(), records.end(),
-                                    [&](const ZebHardwareRecord& r) { return r.designation == designation; });
+const ZebHardwareRecord* Find(const std::list<ZebHardwareRecord>& records,
+                              const std::wstring& designation) {
+    const auto found =
+        std::find_if(records.begin(), records.end(),
+                     [&](const ZebHardwareRecord& r) { return r.designation == designation; });
     return found == records.end() ? nullptr : &*found;
 }
 
@@ -166,8 +168,9 @@ TEST(HardwareDialog, EditDeleteAndRefusedDuplicate) {
     ASSERT_NE(Find(after, L"ISO 4017 M8x25"), nullptr);
     EXPECT_EQ(Find(after, L"ISO 4017 M8x25")->length, 25.0);
     EXPECT_EQ(Find(after, L"ISO 4032 M6 brass"), nullptr);
-    EXPECT_EQ(std::count_if(after.begin(), after.end(),
-                            [](const ZebHardwareRecord& r) { return r.designation == L"ISO 4762 M8x25"; }),
+    EXPECT_EQ(std::count_if(
+                  after.begin(), after.end(),
+                  [](const ZebHardwareRecord& r) { return r.designation == L"ISO 4762 M8x25"; }),
               1);
     // the refusal and the question were the only messages
     ASSERT_EQ(sink.messages.size(), 2u);

@@ -32,7 +32,8 @@ protected:
     void SetUp() override { EnsureQtTestApp(); }
     Table* PairTable(const Contact& d) { return d.ControlById<Table>(Contact::kTableId); }
     void DoubleClick(Table* table, int row, int column) {
-        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, table->GetCellRect(row, column).center());
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {},
+                           table->GetCellRect(row, column).center());
     }
 
     ScopedDatabaseFolder folder;
@@ -47,7 +48,8 @@ TEST(ContactMaterialCells, NamesEndWithSemicolons) {
     EXPECT_EQ(Table::CellNames(L"A;B;C;"), (std::vector<std::wstring>{L"A", L"B", L"C"}));
     EXPECT_EQ(Table::CellNames(L"A;B"), (std::vector<std::wstring>{L"A"}));
     EXPECT_TRUE(Table::CellNames(L"").empty());
-    EXPECT_EQ(Table::CellText({{L"Steels", {L"C45", L"S235JR"}}, {L"Brass", {}}}), L"Brass;C45;S235JR;");
+    EXPECT_EQ(Table::CellText({{L"Steels", {L"C45", L"S235JR"}}, {L"Brass", {}}}),
+              L"Brass;C45;S235JR;");
     EXPECT_EQ(Table::CellText({}), L"");
 }
 
@@ -127,7 +129,8 @@ TEST_F(ContactMaterialDialogTest, CellsRoundTripThroughThePairEditor) {
     std::vector<bool> preChecked;
     WhenModalOpen<CEditMaterialPairDlg>([&preChecked](CEditMaterialPairDlg& editor) {
         CZebMaterialTree& tree = editor.GetTree();
-        for (auto [group, material] : {std::pair{L"Steels", L"C45"}, {L"Brass", L"CuZn39Pb3"}, {L"Steels", L"S235JR"}})
+        for (auto [group, material] :
+             {std::pair{L"Steels", L"C45"}, {L"Brass", L"CuZn39Pb3"}, {L"Steels", L"S235JR"}})
             preChecked.push_back(CZebMaterialTree::IsChecked(tree.FindMaterial(group, material)));
         tree.Check(tree.FindMaterial(L"Steels", L"S235JR"), true);
         editor.reject();

@@ -54,7 +54,8 @@ public:
     }
     void StoreIntoRule(CZebRule& rule) override {
         StoreSeverityList(*severity, rule.Severity);
-        FindTyped<double>(rule, kToolClearance)->values[0] = ParseNumber(value->text().toStdWString());
+        FindTyped<double>(rule, kToolClearance)->values[0] =
+            ParseNumber(value->text().toStdWString());
     }
 
     CWrapperComboCtrl* severity;

@@ -26,6 +26,7 @@
 #include "dialogs/fastener/fastener_engagement_len_dlg.h"
 #include "dialogs/fastener/zeb_asm_fastener_clearance_rule_list_ctrl.h"
 #include "dialogs/fastener/zeb_asm_fastener_engagement_len_rule_list_ctrl.h"
+#include "framework/text_convert.h"
 #include "framework/ui/recording_ui_service.h"
 #include "rules/fastener_clearance_rule.h"
 #include "rules/fastener_engagement_len_rule.h"
@@ -36,16 +37,17 @@
 #include "tests/support/scoped_temp_dir.h"
 #include "tests/support/sheet_writer.h"
 #include "tests/ui/qt_test_app.h"
-#include "framework/text_convert.h"
-#include "util/texts.h"
 #include "util/table_export.h"
+#include "util/texts.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 using Rows = std::vector<ZebRow>;
 
-std::string Utf8(ZebStringId id) { return QString::fromStdWString(LoadLocalizedString(id)).toStdString(); }
+std::string Utf8(ZebStringId id) {
+    return QString::fromStdWString(LoadLocalizedString(id)).toStdString();
+}
 
 // Answers the error dialogs an import opens, in order, and keeps what each showed.
 class ErrorDialogAnswers : public QObject {
@@ -68,8 +70,8 @@ private:
         if (!dialog || m_answers.empty()) return;
         auto* message = qobject_cast<QLabel*>(dialog->GetDlgItem(CZEBFastenerErrorDlg::kMessageId));
         auto* cancel = dialog->GetDlgItem(CZEBFastenerErrorDlg::kIdCancel);
-        seen.push_back({message ? message->text().toStdWString() : L"", cancel && cancel->isVisible(),
-                        dialog->GetLogPath()});
+        seen.push_back({message ? message->text().toStdWString() : L"",
+                        cancel && cancel->isVisible(), dialog->GetLogPath()});
         const int answer = m_answers.front();
         m_answers.pop_front();
         qobject_cast<QPushButton*>(dialog->GetDlgItem(answer))->click();
@@ -97,7 +99,8 @@ protected:
     }
 
     // Imports `sheet` through Ctrl+I, answering the error dialogs with `answers`.
-    std::vector<ErrorDialogAnswers::Seen> Import(QWidget* dialog, const fs::path& sheet, std::deque<int> answers = {}) {
+    std::vector<ErrorDialogAnswers::Seen> Import(QWidget* dialog, const fs::path& sheet,
+                                                 std::deque<int> answers = {}) {
         ui.ChooseFiles({sheet.wstring()});
         ErrorDialogAnswers answering(std::move(answers));
         ShowActive(dialog);  // as the window manager does once an error dialog has closed
@@ -129,7 +132,9 @@ void Store(CZebRule& rule, long id, int op, const Rows& rows) {
     for (const ZebRow& row : rows) table->values.Add(row);
 }
 
-const std::wstring& Cell(const CZEBListCtrl& grid, int row, int column) { return grid.GetCellText(row, column); }
+const std::wstring& Cell(const CZEBListCtrl& grid, int row, int column) {
+    return grid.GetCellText(row, column);
+}
 
 void ClickCell(CZEBListCtrl& grid, int row, int column) {
     QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.GetCellRect(row, column).center());
@@ -147,8 +152,10 @@ void TypeInto(CZEBListCtrl& grid, int row, int column, const char* text) {
 TEST_F(FastenerDialogTest, ClearanceOpensWithTheStoredTableAndTheDatabase) {
     CZEBAssemblyFastenerClearanceRule rule;
     rule.Severity = 4;
-    Store(rule, 2052, ZebOp_Range, {{L"ISO 4017 M8", L"1", L"2"}, {L"", L"9", L"9"}, {L"ISO 4017 M6", L"0.5", L""}});
-    Store(rule, 9450, ZebOp_GreaterEqual, {{L"ISO 4017 M8", L"3", L""}, {L"", L"9", L""}, {L"ISO 4017 M6", L"0.7", L""}});
+    Store(rule, 2052, ZebOp_Range,
+          {{L"ISO 4017 M8", L"1", L"2"}, {L"", L"9", L"9"}, {L"ISO 4017 M6", L"0.5", L""}});
+    Store(rule, 9450, ZebOp_GreaterEqual,
+          {{L"ISO 4017 M8", L"3", L""}, {L"", L"9", L""}, {L"ISO 4017 M6", L"0.7", L""}});
     CZEBAssemblyFastenerClearanceDlg dialog(&rule, L"mm");
     ShowActive(&dialog);
 
@@ -158,13 +165,15 @@ TEST_F(FastenerDialogTest, ClearanceOpensWithTheStoredTableAndTheDatabase) {
     EXPECT_TRUE(grid->GetRows()[1].empty());  // a stored row without a name leaves its place empty
     EXPECT_EQ(Cell(*grid, 2, 0), L"ISO 4017 M6");
     EXPECT_TRUE(grid->GetRows()[3].empty());
-    EXPECT_EQ(dialog.GetOperatorList(0)->currentText().toStdWString(), LoadLocalizedString(IDS_OPERATOR_BETWEEN));
+    EXPECT_EQ(dialog.GetOperatorList(0)->currentText().toStdWString(),
+              LoadLocalizedString(IDS_OPERATOR_BETWEEN));
     EXPECT_EQ(dialog.GetOperatorList(1)->currentText(), ">=");
     EXPECT_FALSE(grid->IsDisabledColumn(CZEBAsmFastenerClearanceRuleListCtrl::kMaxA));
     EXPECT_TRUE(grid->IsDisabledColumn(CZEBAsmFastenerClearanceRuleListCtrl::kMaxB));
     // The drop-downs stand over the operator row.
     CZEBListCtrl* operators = dialog.GetOperatorGrid();
-    EXPECT_EQ(dialog.GetOperatorList(0)->geometry(), operators->visualRect(operators->model()->index(0, 1)));
+    EXPECT_EQ(dialog.GetOperatorList(0)->geometry(),
+              operators->visualRect(operators->model()->index(0, 1)));
     EXPECT_TRUE(dialog.GetOperatorList(1)->isVisible());
 
     const std::vector<std::wstring>& choices = grid->ChoiceList();
@@ -192,7 +201,9 @@ TEST_F(FastenerDialogTest, ClearanceOpensWithTheStoredTableAndTheDatabase) {
     ShowActive(&withoutModule);
     EXPECT_EQ(withoutModule.GetGrid()->GetRowCount(), 3 + 260);
     EXPECT_TRUE(withoutModule.GetGrid()->GetRows()[0].empty());
-    EXPECT_EQ(withoutModule.ControlById<CWrapperComboCtrl>(CZEBFastenerTableDlg::kDatabaseListId)->count(), 0);
+    EXPECT_EQ(withoutModule.ControlById<CWrapperComboCtrl>(CZEBFastenerTableDlg::kDatabaseListId)
+                  ->count(),
+              0);
 }
 
 // The hardware database opens over the dialog with the import key off; names added meanwhile are
@@ -217,7 +228,8 @@ TEST_F(FastenerDialogTest, HardwareDatabaseRefreshesTheNames) {
         EXPECT_EQ(zeb_db::ZEBDataHelper::getInstance()->AddFastenerName(L"ISO 7380 M5"), ZebDbOk);
         bridge->close();
     });
-    qobject_cast<QPushButton*>(dialog.GetDlgItem(CZEBFastenerTableDlg::kHardwareDatabaseId))->click();
+    qobject_cast<QPushButton*>(dialog.GetDlgItem(CZEBFastenerTableDlg::kHardwareDatabaseId))
+        ->click();
     ASSERT_TRUE(seen);
     EXPECT_NE(std::find(choices.begin(), choices.end(), L"ISO 7380 M5"), choices.end());
     EXPECT_TRUE(std::is_sorted(choices.begin(), choices.end()));
@@ -248,9 +260,11 @@ TEST_F(FastenerDialogTest, ClearanceCellsFollowTheOperators) {
     EXPECT_EQ(Cell(*grid, 0, 1), L"1");
     EXPECT_EQ(grid->GetEditColumn(), 1);
     ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_EQ(ui.messages[0].text, ZebFormatText(LoadLocalizedString(IDS_CELL_VALUE_REFUSED),
-                                                 {L"1", grid->model()->headerData(1, Qt::Horizontal).toString().toStdWString(),
-                                                  L"12a", LoadLocalizedString(IDS_VALUE_NOT_A_NUMBER)}));
+    EXPECT_EQ(
+        ui.messages[0].text,
+        ZebFormatText(LoadLocalizedString(IDS_CELL_VALUE_REFUSED),
+                      {L"1", grid->model()->headerData(1, Qt::Horizontal).toString().toStdWString(),
+                       L"12a", LoadLocalizedString(IDS_VALUE_NOT_A_NUMBER)}));
     ui.messages.clear();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
     TypeInto(*grid, 0, 1, "0,5");
@@ -278,7 +292,8 @@ TEST_F(FastenerDialogTest, ClearanceCellsFollowTheOperators) {
     dialog.findChild<CCustomComboBox*>()->setCurrentIndex(1);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_EQ(ui.messages[0].text, L"ISO 4017 M8 " + LoadLocalizedString(IDS_FASTENER_NAME_ALREADY_LISTED));
+    EXPECT_EQ(ui.messages[0].text,
+              L"ISO 4017 M8 " + LoadLocalizedString(IDS_FASTENER_NAME_ALREADY_LISTED));
     EXPECT_EQ(Cell(*grid, 1, 0), L"");
 }
 
@@ -306,7 +321,8 @@ TEST_F(FastenerDialogTest, ClearanceOkChecksTheConditionsThenStores) {
     grid->SetCellText(0, 2, L"1.5");
     // A row without a name is dropped; a value typed as 12a is refused when OK commits it, and
     // the dialog stays open with the editor on it.
-    grid->SetRows({grid->GetRows()[0], {L"", L"5", L"6"}, {L"ISO 4762 M6", L"0.25", L"0.5", L"", L""}});
+    grid->SetRows(
+        {grid->GetRows()[0], {L"", L"5", L"6"}, {L"ISO 4762 M6", L"0.25", L"0.5", L"", L""}});
     TypeInto(*grid, 2, 3, "12a");
     ui.messages.clear();
     dialog.OnOK();
@@ -326,8 +342,10 @@ TEST_F(FastenerDialogTest, ClearanceOkChecksTheConditionsThenStores) {
     dialog.OnOK();
     EXPECT_TRUE(ui.messages.empty());
     EXPECT_FALSE(dialog.isVisible());
-    EXPECT_EQ(Stored(rule, 2052), (Rows{{L"ISO 4017 M8", L"1", L"1.5"}, {L"ISO 4762 M6", L"0.25", L"0.5"}}));
-    EXPECT_EQ(Stored(rule, 9450), (Rows{{L"ISO 4017 M8", L"3", L"4"}, {L"ISO 4762 M6", L"0.75", L"0.9"}}));
+    EXPECT_EQ(Stored(rule, 2052),
+              (Rows{{L"ISO 4017 M8", L"1", L"1.5"}, {L"ISO 4762 M6", L"0.25", L"0.5"}}));
+    EXPECT_EQ(Stored(rule, 9450),
+              (Rows{{L"ISO 4017 M8", L"3", L"4"}, {L"ISO 4762 M6", L"0.75", L"0.9"}}));
     EXPECT_EQ(FindTyped<ZebRow>(rule, 2052)->op, ZebOp_Range);
     EXPECT_EQ(FindTyped<ZebRow>(rule, 9450)->op, ZebOp_Range);
 
@@ -367,12 +385,14 @@ TEST_F(FastenerDialogTest, ClearanceImportsSheetsIntoTheTable) {
     EXPECT_EQ(seen[0].message, LoadLocalizedString(IDS_SHEET_NAMES_REPEATED));
     EXPECT_TRUE(seen[0].cancelShown);
     EXPECT_EQ(grid->GetRowCount(), rowsBefore + 4);
-    const std::vector<CZebGridModel::Row> merged(grid->GetRows().begin(), grid->GetRows().begin() + 5);
-    EXPECT_EQ(merged, (std::vector<CZebGridModel::Row>{{L"ACME 10", L"2.0", L"", L"1.0", L""},
-                                                      {L"ISO 4017 M8", L"1.0", L"2.0", L"3.0", L"4.0"},
-                                                      {L"ISO 4762 M6", L"0.5", L"1.5", L"0.7", L"1.25"},
-                                                      {L"ZZ LAST", L"1.0", L"2.0", L"3.0", L"4.0"},
-                                                      {}}));
+    const std::vector<CZebGridModel::Row> merged(grid->GetRows().begin(),
+                                                 grid->GetRows().begin() + 5);
+    EXPECT_EQ(merged,
+              (std::vector<CZebGridModel::Row>{{L"ACME 10", L"2.0", L"", L"1.0", L""},
+                                               {L"ISO 4017 M8", L"1.0", L"2.0", L"3.0", L"4.0"},
+                                               {L"ISO 4762 M6", L"0.5", L"1.5", L"0.7", L"1.25"},
+                                               {L"ZZ LAST", L"1.0", L"2.0", L"3.0", L"4.0"},
+                                               {}}));
     EXPECT_EQ(FileBytes(LogOf("clearances", "FastnerClearance_log.txt")),
               Utf8(IDS_LOG_INVALID_VALUES) + Utf8(IDS_LOG_REPEATED_NAMES) + "ISO 4017 M8\n");
 
@@ -396,8 +416,9 @@ TEST_F(FastenerDialogTest, ClearanceImportsSheetsIntoTheTable) {
     EXPECT_EQ(seen[0].message, LoadLocalizedString(IDS_SHEET_ROWS_INVALID));
     EXPECT_FALSE(seen[0].cancelShown);
     EXPECT_EQ(grid->GetRows(), kept);
-    EXPECT_EQ(FileBytes(LogOf("blocked", "FastnerClearance_log.txt")),
-              Utf8(IDS_LOG_INVALID_VALUES) + "empty\nempty\n" + Utf8(IDS_LOG_REPEATED_NAMES) + "empty\n");
+    EXPECT_EQ(
+        FileBytes(LogOf("blocked", "FastnerClearance_log.txt")),
+        Utf8(IDS_LOG_INVALID_VALUES) + "empty\nempty\n" + Utf8(IDS_LOG_REPEATED_NAMES) + "empty\n");
 
     // Only a heading, or headings of another layout: refused with 8160.
     const fs::path headingOnly = dir / "heading.xlsx";
@@ -422,7 +443,8 @@ TEST_F(FastenerDialogTest, ClearanceImportsSheetsIntoTheTable) {
     const std::list<std::wstring> names = DatabaseNames();
     EXPECT_EQ(names.size(), namesBefore + 2);  // the ISO names were there already
     for (const wchar_t* name : {L"ACME 10", L"NEW ONE", L"ISO 4762 M6"})
-        EXPECT_EQ(std::count(names.begin(), names.end(), name), 1) << QString::fromWCharArray(name).toStdString();
+        EXPECT_EQ(std::count(names.begin(), names.end(), name), 1)
+            << QString::fromWCharArray(name).toStdString();
 }
 
 // Values the import cannot read are listed and logged, and nothing of the sheet is taken; a
@@ -453,8 +475,9 @@ TEST_F(FastenerDialogTest, ClearanceImportRefusesUnreadableValuesAndConvertsUnit
     // Written by the table export of a millimetre rule set.
     const fs::path metric = dir / "metric.xlsx";
     std::wstring error;
-    ASSERT_TRUE(WriteSheetFile(metric.wstring(), {{L"F", L"A", L"A1", L"B", L"B1"}, {L"M10", L"25.4", L"50.8", L"1,27", L""}},
-                               error, 0))
+    ASSERT_TRUE(WriteSheetFile(
+        metric.wstring(),
+        {{L"F", L"A", L"A1", L"B", L"B1"}, {L"M10", L"25.4", L"50.8", L"1,27", L""}}, error, 0))
         << ToUtf8(error);
     ui.messages.clear();
     EXPECT_TRUE(Import(&dialog, metric).empty());
@@ -474,18 +497,24 @@ TEST_F(FastenerDialogTest, SecondListNeedsTheThreadColumn) {
     dialog.ControlById<QRadioButton>(CZEBFastenerTableDlg::kSecondListId)->setChecked(true);
 
     const fs::path missing = dir / "missing.xlsx";
-    WriteSheet(missing, {{"F", "A", "B", "N"}, {"ACME 8", 1.0, 2.0, "m8x1.25"}, {"ACME 9", 1.0, 2.0}});
+    WriteSheet(missing,
+               {{"F", "A", "B", "N"}, {"ACME 8", 1.0, 2.0, "m8x1.25"}, {"ACME 9", 1.0, 2.0}});
     Import(&dialog, missing);
     ASSERT_EQ(ui.messages.size(), 1u);
     EXPECT_EQ(ui.messages[0].text, LoadLocalizedString(IDS_SHEET_ROWS_INVALID));
 
     const fs::path complete = dir / "complete.xlsx";
-    WriteSheet(complete, {{"F", "A", "B", "N"}, {"ACME 8", 1.0, 2.0, "m8x1.25"}, {"ACME 9", 1.0, 2.0, "M9x1.25"}});
+    WriteSheet(
+        complete,
+        {{"F", "A", "B", "N"}, {"ACME 8", 1.0, 2.0, "m8x1.25"}, {"ACME 9", 1.0, 2.0, "M9x1.25"}});
     Import(&dialog, complete);
-    EXPECT_EQ(dialog.GetGrid()->GetRows()[0], (CZebGridModel::Row{L"ACME 8", L"1.0", L"", L"2.0", L""}));
+    EXPECT_EQ(dialog.GetGrid()->GetRows()[0],
+              (CZebGridModel::Row{L"ACME 8", L"1.0", L"", L"2.0", L""}));
     dialog.OnOK();
     std::map<std::wstring, std::wstring> threads;
-    ASSERT_EQ(zeb_db::ZEBDataHelper::getInstance()->GetAttributeData(kFastenerThreadAttributeSet, threads), ZebDbOk);
+    ASSERT_EQ(zeb_db::ZEBDataHelper::getInstance()->GetAttributeData(kFastenerThreadAttributeSet,
+                                                                     threads),
+              ZebDbOk);
     EXPECT_EQ(threads[L"ACME 8"], L"M8X1.25");
     EXPECT_EQ(threads[L"ACME 9"], L"M9X1.25");
 }
@@ -515,7 +544,8 @@ TEST_F(FastenerDialogTest, EngagementImportChecksTheLengths) {
     WriteSheet(good, {{"F", "A"}, {"ACME 2", 2.0}});
     EXPECT_TRUE(Import(&dialog, good).empty());
     EXPECT_EQ(std::vector<CZebGridModel::Row>(grid->GetRows().begin(), grid->GetRows().begin() + 4),
-              (std::vector<CZebGridModel::Row>{{L"ACME 2", L"2.0"}, {L"ISO 4017 M6", L"4.0"}, {L"ISO 4017 M8", L"0.0"}, {}}));
+              (std::vector<CZebGridModel::Row>{
+                  {L"ACME 2", L"2.0"}, {L"ISO 4017 M6", L"4.0"}, {L"ISO 4017 M8", L"0.0"}, {}}));
 }
 
 // OK: a length of 0 is valid and -1 is not; 2.5.1 passes as typed; names go into the database
@@ -540,10 +570,13 @@ TEST_F(FastenerDialogTest, EngagementOkChecksLengthsAndAddsTheImportedNames) {
     // The database refuses a new name from here on: the first failure is reported, the rest
     // are not tried.
     sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(fs::path(zeb_db::ZEBDataHelper::GetDatabaseFile()).c_str(), &db), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(db, "CREATE TRIGGER refuse BEFORE INSERT ON fastener_name WHEN new.name = 'ACME 13'"
-                               " BEGIN SELECT RAISE(ABORT, 'refused'); END",
-                           nullptr, nullptr, nullptr),
+    ASSERT_EQ(sqlite3_open(fs::path(zeb_db::ZEBDataHelper::GetDatabaseFile()).c_str(), &db),
+              SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(
+                  db,
+                  "CREATE TRIGGER refuse BEFORE INSERT ON fastener_name WHEN new.name = 'ACME 13'"
+                  " BEGIN SELECT RAISE(ABORT, 'refused'); END",
+                  nullptr, nullptr, nullptr),
               SQLITE_OK);
     sqlite3_close(db);
     ui.messages.clear();
@@ -552,12 +585,15 @@ TEST_F(FastenerDialogTest, EngagementOkChecksLengthsAndAddsTheImportedNames) {
     ASSERT_EQ(ui.messages.size(), 1u);
     EXPECT_EQ(ui.messages[0].text, LoadLocalizedString(IDS_DATABASE_SAVE_FAILED));
     EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Error);
-    EXPECT_EQ(Stored(rule, 2053), (Rows{{L"ACME 12", L"2.0"}, {L"ACME 13", L"3.0"}, {L"ISO 4017 M6", L"5.0"},
+    EXPECT_EQ(Stored(rule, 2053), (Rows{{L"ACME 12", L"2.0"},
+                                        {L"ACME 13", L"3.0"},
+                                        {L"ISO 4017 M6", L"5.0"},
                                         {L"ISO 4017 M8", L"2.5.1"}}));
     const std::list<std::wstring> names = DatabaseNames();
     EXPECT_EQ(std::count(names.begin(), names.end(), L"ACME 12"), 1);
     EXPECT_EQ(std::count(names.begin(), names.end(), L"ACME 13"), 0);
-    EXPECT_EQ(std::count(names.begin(), names.end(), L"ISO 4017 M6"), 1);  // held already, not again
+    EXPECT_EQ(std::count(names.begin(), names.end(), L"ISO 4017 M6"),
+              1);  // held already, not again
 
     // No usable database: the dialog opens without stored rows and OK stores what it shows.
     ScopedDatabaseFolder::Point(dir / "not-a-folder");

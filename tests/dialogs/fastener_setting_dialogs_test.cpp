@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
-#include <QRadioButton>
-#include <fstream>
 #include <QLabel>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTest>
+#include <fstream>
 
 #include "app/assembly_rules_app.h"
 #include "app/settings_document.h"
@@ -64,7 +64,8 @@ TEST_F(FastenerSettingDialogsTest, AlignmentLimitFollowsItsOperator) {
     EXPECT_FALSE(value->isEnabled());
     EXPECT_FALSE(parallel->isChecked());
     EXPECT_EQ(dialog.ControlById<QLabel>(Alignment::kUnitLabelId)->text(), "mm");
-    EXPECT_EQ(dialog.ControlById<CWrapperComboCtrl>(Alignment::kDatabaseListId)->currentText(), "Vantor Database");
+    EXPECT_EQ(dialog.ControlById<CWrapperComboCtrl>(Alignment::kDatabaseListId)->currentText(),
+              "Vantor Database");
     EXPECT_EQ(dialog.ControlById<CWrapperComboCtrl>(Alignment::kSeverityId)->currentIndex(), 1);
     EXPECT_EQ(dialog.windowTitle().toStdWString(), rule.DisplayName);
 
@@ -189,7 +190,8 @@ TEST_F(FastenerSettingDialogsTest, AccessibilityClearancesAndTheirSwitch) {
     {
         Accessibility cancelled(&rule);
         ShowActive(&cancelled);
-        EXPECT_TRUE(cancelled.ControlById<CDoubleEditEx>(Accessibility::kSecondValueId)->isEnabled());
+        EXPECT_TRUE(
+            cancelled.ControlById<CDoubleEditEx>(Accessibility::kSecondValueId)->isEnabled());
         cancelled.ControlById<QCheckBox>(Accessibility::kSecondSwitchId)->setChecked(false);
         Type(cancelled.ControlById<CDoubleEditEx>(Accessibility::kFirstValueId), "9");
         cancelled.reject();
@@ -215,8 +217,8 @@ TEST_F(FastenerSettingDialogsTest, BoltScrewCriteriaSwitchesAndSteps) {
     EXPECT_EQ(diameter->text(), "2.0");
     EXPECT_TRUE(dialog.ControlById<QRadioButton>(BoltScrew::kTogetherId)->isChecked());
 
-    const int boxes[] = {BoltScrew::kSameHeadId, BoltScrew::kSameMaterialId, BoltScrew::kLengthSwitchId,
-                         BoltScrew::kDiameterSwitchId};
+    const int boxes[] = {BoltScrew::kSameHeadId, BoltScrew::kSameMaterialId,
+                         BoltScrew::kLengthSwitchId, BoltScrew::kDiameterSwitchId};
     for (int id : boxes) {
         ASSERT_TRUE(dialog.ControlById<QCheckBox>(id)->isChecked());
         EXPECT_TRUE(ok->isEnabled());

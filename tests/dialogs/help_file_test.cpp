@@ -22,14 +22,14 @@
 namespace {
 // What the checks of a shipped help file need from it, read as XML.
 struct HelpPage {
-    QString error;                       // empty when the file is well-formed
-    QString lang;                        // of the html element
-    std::vector<QString> ids;            // every id, in document order
-    std::vector<QString> contentsLinks;  // the links of the table of contents (nav)
-    std::vector<QString> references;     // every href and src
-    std::map<QString, QString> headings; // section id -> the text of its first heading
+    QString error;                        // empty when the file is well-formed
+    QString lang;                         // of the html element
+    std::vector<QString> ids;             // every id, in document order
+    std::vector<QString> contentsLinks;   // the links of the table of contents (nav)
+    std::vector<QString> references;      // every href and src
+    std::map<QString, QString> headings;  // section id -> the text of its first heading
     int scripts = 0;
-    QString text;                        // the text outside the style sheet, blanks simplified
+    QString text;  // the text outside the style sheet, blanks simplified
 };
 
 HelpPage ReadHelpPage(const QString& path) {
@@ -46,35 +46,36 @@ HelpPage ReadHelpPage(const QString& path) {
     const QRegularExpression headingName("^h[1-6]$");
     while (!xml.atEnd()) {
         switch (xml.readNext()) {
-        case QXmlStreamReader::StartElement: {
-            const QString name = xml.name().toString();
-            const QXmlStreamAttributes attributes = xml.attributes();
-            open << name;
-            if (name == "html") page.lang = attributes.value("lang").toString();
-            if (name == "script") ++page.scripts;
-            if (attributes.hasAttribute("id")) page.ids.push_back(attributes.value("id").toString());
-            for (const char* reference : {"href", "src"})
-                if (attributes.hasAttribute(reference))
-                    page.references.push_back(attributes.value(reference).toString());
-            if (name == "a" && open.contains("nav"))
-                page.contentsLinks.push_back(attributes.value("href").toString());
-            if (name == "section") sections << attributes.value("id").toString();
-            if (headingName.match(name).hasMatch()) heading.clear();
-            break;
-        }
-        case QXmlStreamReader::EndElement: {
-            const QString name = open.takeLast();
-            if (name == "section") sections.removeLast();
-            if (headingName.match(name).hasMatch() && !sections.isEmpty())
-                page.headings.try_emplace(sections.last(), heading.simplified());
-            break;
-        }
-        case QXmlStreamReader::Characters:
-            if (!open.contains("style")) page.text += xml.text().toString() + QLatin1Char(' ');
-            heading += xml.text().toString();
-            break;
-        default:
-            break;
+            case QXmlStreamReader::StartElement: {
+                const QString name = xml.name().toString();
+                const QXmlStreamAttributes attributes = xml.attributes();
+                open << name;
+                if (name == "html") page.lang = attributes.value("lang").toString();
+                if (name == "script") ++page.scripts;
+                if (attributes.hasAttribute("id"))
+                    page.ids.push_back(attributes.value("id").toString());
+                for (const char* reference : {"href", "src"})
+                    if (attributes.hasAttribute(reference))
+                        page.references.push_back(attributes.value(reference).toString());
+                if (name == "a" && open.contains("nav"))
+                    page.contentsLinks.push_back(attributes.value("href").toString());
+                if (name == "section") sections << attributes.value("id").toString();
+                if (headingName.match(name).hasMatch()) heading.clear();
+                break;
+            }
+            case QXmlStreamReader::EndElement: {
+                const QString name = open.takeLast();
+                if (name == "section") sections.removeLast();
+                if (headingName.match(name).hasMatch() && !sections.isEmpty())
+                    page.headings.try_emplace(sections.last(), heading.simplified());
+                break;
+            }
+            case QXmlStreamReader::Characters:
+                if (!open.contains("style")) page.text += xml.text().toString() + QLatin1Char(' ');
+                heading += xml.text().toString();
+                break;
+            default:
+                break;
         }
     }
     if (xml.hasError())
@@ -84,15 +85,38 @@ HelpPage ReadHelpPage(const QString& path) {
 }
 
 // The sections every help file has, besides those of the dialogs.
-const char* const kHelpSections[] = {
-    "overview", "rules", "rule-fastener-clearance", "rule-fastener-engagement-length",
-    "rule-recommended-thread-types", "rule-fastener-alignment", "rule-fastener-accessibility",
-    "rule-bolt-screw-rationalization", "rule-interference-detection", "rule-minimum-clearance",
-    "rule-hole-alignment", "rule-slot-alignment", "rule-contact-material",
-    "rule-preferred-components", "configuring", "severity", "units", "ok-cancel", "tables",
-    "import", "import-rows", "import-log", "import-problems", "databases", "database-file",
-    "fastener-names", "thread-sizes", "materials", "ignore-list", "rule-sets", "dialogs",
-    "hardware-database-dialog"};
+const char* const kHelpSections[] = {"overview",
+                                     "rules",
+                                     "rule-fastener-clearance",
+                                     "rule-fastener-engagement-length",
+                                     "rule-recommended-thread-types",
+                                     "rule-fastener-alignment",
+                                     "rule-fastener-accessibility",
+                                     "rule-bolt-screw-rationalization",
+                                     "rule-interference-detection",
+                                     "rule-minimum-clearance",
+                                     "rule-hole-alignment",
+                                     "rule-slot-alignment",
+                                     "rule-contact-material",
+                                     "rule-preferred-components",
+                                     "configuring",
+                                     "severity",
+                                     "units",
+                                     "ok-cancel",
+                                     "tables",
+                                     "import",
+                                     "import-rows",
+                                     "import-log",
+                                     "import-problems",
+                                     "databases",
+                                     "database-file",
+                                     "fastener-names",
+                                     "thread-sizes",
+                                     "materials",
+                                     "ignore-list",
+                                     "rule-sets",
+                                     "dialogs",
+                                     "hardware-database-dialog"};
 
 // Each rule's section is headed by the rule's name as the product shows it.
 const std::pair<const char*, ZebStringId> kRuleSections[] = {
@@ -110,8 +134,8 @@ const std::pair<const char*, ZebStringId> kRuleSections[] = {
     {"rule-preferred-components", IDS_RULE_PREFERRED_COMPONENTS}};
 
 // Further texts every help file uses as the product shows them.
-const ZebStringId kNamedTexts[] = {IDS_MODULE_NAME, IDS_SEVERITY_CRITICAL, IDS_SEVERITY_MAJOR,
-                                   IDS_SEVERITY_MODERATE, IDS_SEVERITY_MINOR, IDS_SEVERITY_INFO};
+const ZebStringId kNamedTexts[] = {IDS_MODULE_NAME,       IDS_SEVERITY_CRITICAL, IDS_SEVERITY_MAJOR,
+                                   IDS_SEVERITY_MODERATE, IDS_SEVERITY_MINOR,    IDS_SEVERITY_INFO};
 }  // namespace
 
 TEST(HelpFile, ShipsBesideEachResourceLibraryWithEverySectionTheProductNames) {
@@ -132,17 +156,20 @@ TEST(HelpFile, ShipsBesideEachResourceLibraryWithEverySectionTheProductNames) {
         const QString folder = QString(VANTOR_BUILD_DIR) + "/share/vantor/res/" + lang;
         const QString library = folder + "/" + QString::fromStdWString(kZebResourceFileName);
         ASSERT_TRUE(QFileInfo(library).isFile()) << library.toStdString();
-        const HelpPage page = ReadHelpPage(folder + "/" + QString::fromStdWString(CZEBAssemblyRulesApp::kHelpFileName));
+        const HelpPage page = ReadHelpPage(
+            folder + "/" + QString::fromStdWString(CZEBAssemblyRulesApp::kHelpFileName));
         ASSERT_TRUE(page.error.isEmpty()) << page.error.toStdString();
         EXPECT_EQ(page.lang.toStdString(), lang.toStdString());
         EXPECT_EQ(page.scripts, 0);
 
         std::vector<QString> sorted = page.ids;
         std::sort(sorted.begin(), sorted.end());
-        EXPECT_EQ(std::adjacent_find(sorted.begin(), sorted.end()), sorted.end()) << "an id is used twice";
+        EXPECT_EQ(std::adjacent_find(sorted.begin(), sorted.end()), sorted.end())
+            << "an id is used twice";
         const std::set<QString> ids(sorted.begin(), sorted.end());
         for (const QString& topic : required) {
-            EXPECT_TRUE(anchor.match(topic).hasMatch()) << "not an anchor id: " << topic.toStdString();
+            EXPECT_TRUE(anchor.match(topic).hasMatch())
+                << "not an anchor id: " << topic.toStdString();
             EXPECT_TRUE(ids.count(topic)) << "no section " << topic.toStdString();
         }
 
@@ -153,10 +180,12 @@ TEST(HelpFile, ShipsBesideEachResourceLibraryWithEverySectionTheProductNames) {
         // The table of contents leads to every section that the product names.
         const std::set<QString> contents(page.contentsLinks.begin(), page.contentsLinks.end());
         for (const QString& topic : required)
-            EXPECT_TRUE(contents.count("#" + topic)) << "not in the contents: " << topic.toStdString();
+            EXPECT_TRUE(contents.count("#" + topic))
+                << "not in the contents: " << topic.toStdString();
 
         // Rule, module and severity names as the product shows them in this language.
-        const std::unique_ptr<CZebResourceLibrary> strings(CZebResourceLibrary::Load(library.toStdWString()));
+        const std::unique_ptr<CZebResourceLibrary> strings(
+            CZebResourceLibrary::Load(library.toStdWString()));
         ASSERT_NE(strings, nullptr);
         for (const auto& [section, id] : kRuleSections) {
             const auto heading = page.headings.find(section);
@@ -173,7 +202,9 @@ TEST(HelpFile, ShipsBesideEachResourceLibraryWithEverySectionTheProductNames) {
         // Both languages have the same sections.
         std::vector<std::string> idTexts;
         for (const QString& id : sorted) idTexts.push_back(id.toStdString());
-        if (lang == "en") englishIds = idTexts;
-        else EXPECT_EQ(idTexts, englishIds);
+        if (lang == "en")
+            englishIds = idTexts;
+        else
+            EXPECT_EQ(idTexts, englishIds);
     }
 }

@@ -65,7 +65,9 @@ Names IgnoreList() {
     Names names;
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     EXPECT_NE(db, nullptr);
-    if (db) EXPECT_EQ(db->GetInterferenceIgnoreList(names), ZebDbOk);
+    if (db) {
+        EXPECT_EQ(db->GetInterferenceIgnoreList(names), ZebDbOk);
+    }
     return names;
 }
 
@@ -76,18 +78,24 @@ protected:
         tmp.Set(temp.Path().c_str());
     }
 
-    CZEBAsmRuleListCtrl* CheckTable(const Interference& d) { return d.ControlById<CZEBAsmRuleListCtrl>(CheckPage::kTableId); }
+    CZEBAsmRuleListCtrl* CheckTable(const Interference& d) {
+        return d.ControlById<CZEBAsmRuleListCtrl>(CheckPage::kTableId);
+    }
     ZEBASMInterfIgnoreCompListCtrl* IgnoreTable(const Interference& d) {
         return d.ControlById<ZEBASMInterfIgnoreCompListCtrl>(IgnorePage::kTableId);
     }
-    QAbstractButton* Button(const QWidget& d, int id) { return FindZebControlAs<QAbstractButton>(&d, id); }
+    QAbstractButton* Button(const QWidget& d, int id) {
+        return FindZebControlAs<QAbstractButton>(&d, id);
+    }
     // Ctrl+I on the open dialog with `sheet` chosen.
     void Import(QWidget* dialog, const fs::path& sheet) {
         ui.ChooseFiles({sheet.wstring()});
         ShowActive(dialog);
         QTest::keyClick(dialog, Qt::Key_I, Qt::ControlModifier);
     }
-    std::wstring ImportedMessage(int count) { return ZebFormatText(Text(IDS_ROWS_IMPORTED), {std::to_wstring(count)}); }
+    std::wstring ImportedMessage(int count) {
+        return ZebFormatText(Text(IDS_ROWS_IMPORTED), {std::to_wstring(count)});
+    }
 
     ScopedDatabaseFolder folder;
     ScopedTempDir temp{"vantor-parts-"};
@@ -101,7 +109,8 @@ protected:
 // and keeps what lies below; the ignore list keeps 120 spare rows and also empties the list it
 // replaces; the pair table empties every row. An empty name ends an interference import at once.
 TEST(ComponentImport, EachTableEmptiesAndGrowsAsItsLayoutSays) {
-    const ComponentImportLayout check{.columns = {{L"A"}, {L"B"}}, .leastRows = 120, .rowsBelow = 1, .stopAtEmptyName = true};
+    const ComponentImportLayout check{
+        .columns = {{L"A"}, {L"B"}}, .leastRows = 120, .rowsBelow = 1, .stopAtEmptyName = true};
     Rows old(131, CZebGridModel::Row{L"", L"old 1", L"old 2"});
     int count = -1;
     Rows rows = PlaceImportedColumns(old, {{L"a1", L"a2"}, {L"b1", L"b2"}}, check, 0, count);
@@ -118,8 +127,10 @@ TEST(ComponentImport, EachTableEmptiesAndGrowsAsItsLayoutSays) {
     EXPECT_EQ(CZebGridModel::CellOf(rows[2], 1), L"a3");
     EXPECT_EQ(CZebGridModel::CellOf(rows[2], 2), L"");  // not read past the empty name
 
-    const ComponentImportLayout ignore{.columns = {{L"A"}}, .leastRows = 120, .rowsBelow = 120, .stopAtEmptyName = true};
-    rows = PlaceImportedColumns(Rows(400, CZebGridModel::Row{L"", L"kept"}), {{L"n1"}}, ignore, 301, count);
+    const ComponentImportLayout ignore{
+        .columns = {{L"A"}}, .leastRows = 120, .rowsBelow = 120, .stopAtEmptyName = true};
+    rows = PlaceImportedColumns(Rows(400, CZebGridModel::Row{L"", L"kept"}), {{L"n1"}}, ignore, 301,
+                                count);
     EXPECT_EQ(count, 1);
     ASSERT_EQ(rows.size(), 400u);
     EXPECT_EQ(rows[0][1], L"n1");
@@ -128,16 +139,18 @@ TEST(ComponentImport, EachTableEmptiesAndGrowsAsItsLayoutSays) {
     rows = PlaceImportedColumns(Rows(120), {std::list<std::wstring>(200, L"n")}, ignore, 1, count);
     EXPECT_EQ(rows.size(), 320u);
 
-    const ComponentImportLayout pairs{.columns = {{L"A"}, {L"B"}, {L"C", 4}}, .rowsBelow = 120, .emptyEveryRow = true};
-    rows = PlaceImportedColumns(Rows(300, CZebGridModel::Row{L"", L"x", L"y", L"1"}), {{L"p", L"q"}, {L"r", L""}, {L"1.0", L"2.0"}},
-                                pairs, 0, count);
+    const ComponentImportLayout pairs{
+        .columns = {{L"A"}, {L"B"}, {L"C", 4}}, .rowsBelow = 120, .emptyEveryRow = true};
+    rows = PlaceImportedColumns(Rows(300, CZebGridModel::Row{L"", L"x", L"y", L"1"}),
+                                {{L"p", L"q"}, {L"r", L""}, {L"1.0", L"2.0"}}, pairs, 0, count);
     EXPECT_EQ(count, 2);
     ASSERT_EQ(rows.size(), 300u);
     EXPECT_EQ(rows[1], (CZebGridModel::Row{L"", L"q", L"", L"2.0"}));  // empty cells are placed too
     EXPECT_TRUE(rows[299].empty());
 
     // A table's cells are the columns read from "A" on; a length is read as a number.
-    const std::vector<SpreadsheetColumn> read = SheetColumnsOf({ParamCell::Text, ParamCell::Text, ParamCell::Length});
+    const std::vector<SpreadsheetColumn> read =
+        SheetColumnsOf({ParamCell::Text, ParamCell::Text, ParamCell::Length});
     ASSERT_EQ(read.size(), 3u);
     EXPECT_EQ(read[0].letter + read[1].letter + read[2].letter, L"ABC");
     EXPECT_EQ(read[1].kind, 0);
@@ -165,7 +178,8 @@ TEST_F(PartDialogsTest, InterferenceOpensAsItsRuleSays) {
         EXPECT_EQ(op->currentText(), "<=");
         EXPECT_FALSE(op->isEnabled());
         EXPECT_FALSE(d.ControlById<CDoubleEditEx>(Interference::kVolumeValueId)->isEnabled());
-        EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(), QString::fromUtf8("mm\u00b3"));
+        EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(),
+                  QString::fromUtf8("mm\u00b3"));
         EXPECT_EQ(d.ControlById<CWrapperComboCtrl>(Interference::kSeverityId)->currentIndex(), 0);
         EXPECT_EQ(d.GetTabs()->count(), 2);
         EXPECT_EQ(d.GetTabs()->tabText(1).toStdWString(), Text(IDS_TAB_COMPONENTS_TO_IGNORE));
@@ -190,7 +204,8 @@ TEST_F(PartDialogsTest, InterferenceOpensAsItsRuleSays) {
     CZEBAssemblyInterferenceDetectionRule rule;
     FindTyped<bool>(rule, 6067)->values[0] = false;
     std::vector<ZebRow> stored;
-    for (int i = 0; i < 130; ++i) stored.push_back({L"a" + std::to_wstring(i), i == 5 ? L"" : L"b" + std::to_wstring(i)});
+    for (int i = 0; i < 130; ++i)
+        stored.push_back({L"a" + std::to_wstring(i), i == 5 ? L"" : L"b" + std::to_wstring(i)});
     AddPairs(rule, 6068, stored);
     auto* volume = FindTyped<double>(rule, 8978);
     volume->status = true;
@@ -205,9 +220,11 @@ TEST_F(PartDialogsTest, InterferenceOpensAsItsRuleSays) {
     EXPECT_EQ(table->GetCellText(5, 1), L"");  // half a pair is not shown
     EXPECT_EQ(table->GetCellText(129, 2), L"b129");
     EXPECT_EQ(d.ControlById<CDoubleEditEx>(Interference::kVolumeValueId)->text(), "0.25");
-    EXPECT_EQ(d.ControlById<CWrapperComboCtrl>(Interference::kVolumeOperatorId)->currentText(), "<");
+    EXPECT_EQ(d.ControlById<CWrapperComboCtrl>(Interference::kVolumeOperatorId)->currentText(),
+              "<");
     EXPECT_TRUE(d.ControlById<CDoubleEditEx>(Interference::kVolumeValueId)->isEnabled());
-    EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(), QString::fromUtf8("in\u00b3"));
+    EXPECT_EQ(d.ControlById<QLabel>(Interference::kVolumeUnitId)->text(),
+              QString::fromUtf8("in\u00b3"));
 }
 
 // OK refuses, in this order and without storing anything: a volume limit of 0 while switched on,
@@ -257,7 +274,8 @@ TEST_F(PartDialogsTest, InterferenceOkRefusesIncompleteListsAndThenStoresEveryth
     EXPECT_EQ(ui.messages.size(), 4u);
     EXPECT_FALSE(FindTyped<bool>(rule, 6067)->values[0]);
     EXPECT_FALSE(FindTyped<bool>(rule, 8073)->values[0]);
-    EXPECT_EQ(StoredRows(rule, 6068), (std::vector<ZebRow>{{L"shaft.prt", L"bearing.prt"}, {L"housing.prt", L"cover.prt"}}));
+    EXPECT_EQ(StoredRows(rule, 6068), (std::vector<ZebRow>{{L"shaft.prt", L"bearing.prt"},
+                                                           {L"housing.prt", L"cover.prt"}}));
     EXPECT_TRUE(FindTyped<bool>(rule, 6070)->values[0]);
     const auto* volume = FindTyped<double>(rule, 8978);
     EXPECT_TRUE(volume->status);
@@ -350,7 +368,8 @@ TEST_F(PartDialogsTest, RefusedIgnoreListIsReportedAndTheDialogStillCloses) {
     ShowActive(&d);
     IgnoreTable(d)->SetCellText(0, 1, L"guard.prt");
     // A journal that is not a plain file makes the database refuse every change.
-    fs::create_symlink(folder.Folder() / "elsewhere", fs::path(folder.File().string() + "-journal"));
+    fs::create_symlink(folder.Folder() / "elsewhere",
+                       fs::path(folder.File().string() + "-journal"));
     d.ControlById<CWrapperComboCtrl>(Interference::kSeverityId)->setCurrentIndex(4);
     d.OnOK();
     EXPECT_FALSE(d.isVisible());
@@ -395,7 +414,8 @@ TEST_F(PartDialogsTest, WithoutDatabaseTheIgnorePageSaysSoAndImportsNothing) {
 TEST_F(PartDialogsTest, ImportFillsThePageShown) {
     std::vector<std::vector<SheetCell>> pairs, names;
     for (int i = 0; i < 200; ++i) {
-        pairs.push_back({"part" + std::to_string(i) + ".prt", "other" + std::to_string(i) + ".prt"});
+        pairs.push_back(
+            {"part" + std::to_string(i) + ".prt", "other" + std::to_string(i) + ".prt"});
         names.push_back({"Ignored " + std::to_string(i) + ".prt"});
     }
     const fs::path pairSheet = temp.Path() / "pairs.xlsx", nameSheet = temp.Path() / "names.xlsx",
@@ -446,8 +466,12 @@ TEST_F(PartDialogsTest, ImportFillsThePageShown) {
 // holding only a clearance is left out on OK and so is the half pair.
 TEST_F(PartDialogsTest, MinClearanceOpensStoresAndTakesBackHugeValues) {
     CZEBAssemblyMinClearanceBetPartsRule rule;
-    AddPairs(rule, 2048, {{L"housing", L"rotor", L"2.5"}, {L"duct", L"", L"1"}, {L"a", L"b", L"1"}, {L"c", L"d", L"2"},
-                          {L"e", L"f", L"3"}});
+    AddPairs(rule, 2048,
+             {{L"housing", L"rotor", L"2.5"},
+              {L"duct", L"", L"1"},
+              {L"a", L"b", L"1"},
+              {L"c", L"d", L"2"},
+              {L"e", L"f", L"3"}});
     MinClearance d(&rule, L"mm");
     ShowActive(&d);
     auto* table = d.ControlById<CZEBAsmRuleListCtrl>(MinClearance::kTableId);
@@ -462,7 +486,8 @@ TEST_F(PartDialogsTest, MinClearanceOpensStoresAndTakesBackHugeValues) {
     EXPECT_TRUE(Button(d, MinClearance::kSameSubassemblyId)->isChecked());
     EXPECT_FALSE(Button(d, MinClearance::kOtherSubassembliesId)->isChecked());
     EXPECT_EQ(d.ControlById<QLabel>(MinClearance::kUnitLabelId)->text(), "mm");
-    EXPECT_EQ(d.ControlById<QLabel>(MinClearance::kHintId)->text().toStdWString(), Text(IDS_PART_TABLE_HINT));
+    EXPECT_EQ(d.ControlById<QLabel>(MinClearance::kHintId)->text().toStdWString(),
+              Text(IDS_PART_TABLE_HINT));
 
     Type(clearance, "1000001");
     EXPECT_EQ(clearance->text(), "0.1");
@@ -475,8 +500,10 @@ TEST_F(PartDialogsTest, MinClearanceOpensStoresAndTakesBackHugeValues) {
     d.OnOK();
     EXPECT_FALSE(d.isVisible());
     EXPECT_TRUE(ui.messages.empty());
-    EXPECT_EQ(StoredRows(rule, 2048),
-              (std::vector<ZebRow>{{L"housing", L"rotor", L"2.5"}, {L"a", L"b", L"1"}, {L"c", L"d", L"2"}, {L"e", L"f", L"3"}}));
+    EXPECT_EQ(StoredRows(rule, 2048), (std::vector<ZebRow>{{L"housing", L"rotor", L"2.5"},
+                                                           {L"a", L"b", L"1"},
+                                                           {L"c", L"d", L"2"},
+                                                           {L"e", L"f", L"3"}}));
     const auto* general = FindTyped<double>(rule, 2062);
     ASSERT_EQ(general->values.GetSize(), 2);
     EXPECT_DOUBLE_EQ(general->values[0], 1.0);
@@ -546,7 +573,8 @@ TEST_F(PartDialogsTest, MinClearanceImportsPartsAndClearances) {
     EXPECT_EQ(table->GetCellText(0, 1), L"Gehäuse");
     d.OnOK();
     EXPECT_FALSE(d.isVisible());
-    EXPECT_EQ(StoredRows(rule, 2048), (std::vector<ZebRow>{{L"Gehäuse", L"Läufer", L"2.5"}, {L"duct", L"guard", L"3.0"}}));
+    EXPECT_EQ(StoredRows(rule, 2048),
+              (std::vector<ZebRow>{{L"Gehäuse", L"Läufer", L"2.5"}, {L"duct", L"guard", L"3.0"}}));
 }
 
 // The table opens with one row per record above the spare rows, names kept exactly (separators
@@ -554,9 +582,10 @@ TEST_F(PartDialogsTest, MinClearanceImportsPartsAndClearances) {
 // reads back to the same table. Cancel writes nothing.
 TEST_F(PartDialogsTest, PreferredComponentsRoundTripThroughTheRuleText) {
     CZEBAssemblyCheckPrefCompRule rule;
-    const std::vector<StringTableRow> records{{L"Bracket; steel", L"bracket|v2.prt", L"", L"bracket_old.prt"},
-                                              {L"to clear", L"x.prt", L"", L""},
-                                              {L"Tab\there <CZEB", L"nut_din934.prt", L"nut\u00e4.asm", L"nut_old.prt"}};
+    const std::vector<StringTableRow> records{
+        {L"Bracket; steel", L"bracket|v2.prt", L"", L"bracket_old.prt"},
+        {L"to clear", L"x.prt", L"", L""},
+        {L"Tab\there <CZEB", L"nut_din934.prt", L"nut\u00e4.asm", L"nut_old.prt"}};
     FindTyped<std::wstring>(rule, 7002)->values[0] = CZEBStringTableParser::Compose(records);
     const std::string before = ExportedText(rule);
     {
@@ -571,7 +600,8 @@ TEST_F(PartDialogsTest, PreferredComponentsRoundTripThroughTheRuleText) {
     ShowActive(&d);
     auto* table = d.ControlById<CZEBAsmRuleListCtrl>(Preferred::kTableId);
     ASSERT_EQ(table->GetRowCount(), 124);
-    EXPECT_EQ(table->GetRows()[2], (CZebGridModel::Row{L"", records[2].Col1, records[2].Col2, records[2].Col3, records[2].Col4}));
+    EXPECT_EQ(table->GetRows()[2], (CZebGridModel::Row{L"", records[2].Col1, records[2].Col2,
+                                                       records[2].Col3, records[2].Col4}));
     EXPECT_EQ(table->GetColumnCount(), 5);
     EXPECT_TRUE(table->IsPreferredComponentsMode());
     for (int column = 1; column <= 4; ++column) table->SetCellText(1, column, L"");
@@ -581,7 +611,8 @@ TEST_F(PartDialogsTest, PreferredComponentsRoundTripThroughTheRuleText) {
     EXPECT_FALSE(d.isVisible());
     std::vector<StringTableRow> stored;
     CZEBStringTableParser::Parse(FindTyped<std::wstring>(rule, 7002)->values[0], stored);
-    EXPECT_EQ(stored, (std::vector<StringTableRow>{records[0], records[2], {L"Washer", L"washer.prt", L"", L""}}));
+    EXPECT_EQ(stored, (std::vector<StringTableRow>{
+                          records[0], records[2], {L"Washer", L"washer.prt", L"", L""}}));
 }
 
 // A component to replace that is also preferred or alternative somewhere (names equal up to
@@ -623,8 +654,9 @@ TEST_F(PartDialogsTest, PreferredComponentsImportFourColumns) {
     EXPECT_FALSE(d.isVisible());
     std::vector<StringTableRow> stored;
     CZEBStringTableParser::Parse(FindTyped<std::wstring>(rule, 7002)->values[0], stored);
-    EXPECT_EQ(stored, (std::vector<StringTableRow>{{L"Hex bolt M8", L"iso4017_m8.prt", L"din933_m8.prt", L"acme_bolt_8.prt"},
-                                                   {L"Grommet", L"grommet_20.prt", L"", L"rubber_ring.prt"}}));
+    EXPECT_EQ(stored, (std::vector<StringTableRow>{
+                          {L"Hex bolt M8", L"iso4017_m8.prt", L"din933_m8.prt", L"acme_bolt_8.prt"},
+                          {L"Grommet", L"grommet_20.prt", L"", L"rubber_ring.prt"}}));
 }
 
 // A wider dialog gives its table the room, the last column taking it; the size the user gave a
@@ -670,7 +702,9 @@ TEST_F(PartDialogsTest, TabFollowsTheLayout) {
     for (size_t i = 1; i < visited.size(); ++i) {
         const QPoint before = visited[i - 1], here = visited[i];
         // Either further down, or on the same row further right.
-        EXPECT_TRUE(here.y() > before.y() + 4 || (std::abs(here.y() - before.y()) <= 12 && here.x() > before.x()))
-            << i << ": (" << before.x() << "," << before.y() << ") then (" << here.x() << "," << here.y() << ")";
+        EXPECT_TRUE(here.y() > before.y() + 4 ||
+                    (std::abs(here.y() - before.y()) <= 12 && here.x() > before.x()))
+            << i << ": (" << before.x() << "," << before.y() << ") then (" << here.x() << ","
+            << here.y() << ")";
     }
 }

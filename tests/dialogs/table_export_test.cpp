@@ -2,8 +2,10 @@
 // headings) and `vantor-rules export` write what the dialog's own Ctrl+I reads back into the same
 // table. Choosers and messages are answered by the recording UI service; the fastener dialogs
 // work over a real database in a temporary folder.
-#include <sys/wait.h>
+#include "util/table_export.h"
+
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include <QAction>
 #include <QHeaderView>
@@ -40,9 +42,8 @@
 #include "tests/support/scoped_temp_dir.h"
 #include "tests/ui/qt_test_app.h"
 #include "util/number_text.h"
-#include "util/texts.h"
 #include "util/string_table.h"
-#include "util/table_export.h"
+#include "util/texts.h"
 
 namespace fs = std::filesystem;
 
@@ -75,7 +76,9 @@ Rows Filled(const CZEBListCtrl& table, int first, int count) {
 CZebGridModel::Row AsFastenerImport(const CZebGridModel::Row& row) {
     CZebGridModel::Row imported{ZebUpperCase(row[0])};
     for (size_t i = 1; i < row.size(); ++i)
-        imported.push_back(row[i].empty() ? L"" : FormatTrimmedNumber(ParseNumber(row[i]), UserDecimalSeparator()));
+        imported.push_back(row[i].empty()
+                               ? L""
+                               : FormatTrimmedNumber(ParseNumber(row[i]), UserDecimalSeparator()));
     return imported;
 }
 
@@ -107,7 +110,8 @@ protected:
         QTest::keyClick(dialog, Qt::Key_I, Qt::ControlModifier);
     }
     std::wstring LeftOutMessage(int count) {
-        return ZebFormatText(LoadLocalizedString(IDS_EXPORT_ROWS_LEFT_OUT), {std::to_wstring(count)});
+        return ZebFormatText(LoadLocalizedString(IDS_EXPORT_ROWS_LEFT_OUT),
+                             {std::to_wstring(count)});
     }
 
     ScopedDatabaseFolder folder;
@@ -121,7 +125,8 @@ protected:
 
 // Runs the built host; its exit status.
 int RunHost(const std::string& args) {
-    const std::string command = "LC_ALL=C.UTF-8 " VANTOR_BUILD_DIR "/bin/vantor-rules " + args + " >/dev/null 2>&1";
+    const std::string command =
+        "LC_ALL=C.UTF-8 " VANTOR_BUILD_DIR "/bin/vantor-rules " + args + " >/dev/null 2>&1";
     const int status = std::system(command.c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
@@ -133,8 +138,11 @@ std::string Quoted(const fs::path& path) { return "'" + path.string() + "'"; }
 // import would end at (an empty first cell, a component pair with one part, a fastener without
 // the values it needs) left out and counted, empty rows and nameless fastener rows dropped.
 TEST(TableSheet, WritesTheImportLayoutAndCountsWhatCannotComeBack) {
-    TableSheet sheet = TableToSheet(TableSheetKind::PartPairs,
-                                    {{L"a.prt", L"b.prt", L"1"}, {}, {L"", L"d.prt", L"2"}, {L"e.prt", L"", L""}, {L"  ", L"", L""}});
+    TableSheet sheet = TableToSheet(TableSheetKind::PartPairs, {{L"a.prt", L"b.prt", L"1"},
+                                                                {},
+                                                                {L"", L"d.prt", L"2"},
+                                                                {L"e.prt", L"", L""},
+                                                                {L"  ", L"", L""}});
     EXPECT_EQ(sheet.rows, (TextRows{{L"a.prt", L"b.prt", L"1"}}));
     EXPECT_EQ(sheet.leftOut, 2u);
 
@@ -142,16 +150,20 @@ TEST(TableSheet, WritesTheImportLayoutAndCountsWhatCannotComeBack) {
     EXPECT_EQ(sheet.rows, (TextRows{{L"g2", L"h2"}}));
     EXPECT_EQ(sheet.leftOut, 1u);
 
-    sheet = TableToSheet(TableSheetKind::PreferredComponents, {{L"d", L"", L"", L"r.prt"}, {L"", L"p.prt", L"", L""}});
+    sheet = TableToSheet(TableSheetKind::PreferredComponents,
+                         {{L"d", L"", L"", L"r.prt"}, {L"", L"p.prt", L"", L""}});
     EXPECT_EQ(sheet.rows, (TextRows{{L"d", L"", L"", L"r.prt"}}));
     EXPECT_EQ(sheet.leftOut, 1u);
 
-    sheet = TableToSheet(TableSheetKind::FastenerClearance,
-                         {{L"M8", L"1", L"", L"", L""}, {L"M10", L"", L"2", L"", L"3"}, {L"", L"1", L"2", L"3", L"4"}});
-    EXPECT_EQ(sheet.rows, (TextRows{{L"F", L"A", L"A1", L"B", L"B1"}, {L"M8", L"1", L"", L"", L""}}));
+    sheet = TableToSheet(TableSheetKind::FastenerClearance, {{L"M8", L"1", L"", L"", L""},
+                                                             {L"M10", L"", L"2", L"", L"3"},
+                                                             {L"", L"1", L"2", L"3", L"4"}});
+    EXPECT_EQ(sheet.rows,
+              (TextRows{{L"F", L"A", L"A1", L"B", L"B1"}, {L"M8", L"1", L"", L"", L""}}));
     EXPECT_EQ(sheet.leftOut, 1u);
 
-    sheet = TableToSheet(TableSheetKind::FastenerEngagement, {{L"M8", L"12"}, {L"M6", L""}, {L"M5", L"x"}});
+    sheet = TableToSheet(TableSheetKind::FastenerEngagement,
+                         {{L"M8", L"12"}, {L"M6", L""}, {L"M5", L"x"}});
     EXPECT_EQ(sheet.rows, (TextRows{{L"F", L"A"}, {L"M8", L"12"}}));
     EXPECT_EQ(sheet.leftOut, 2u);
 }
@@ -161,7 +173,10 @@ TEST(TableSheet, WritesTheImportLayoutAndCountsWhatCannotComeBack) {
 // export sits on the headings, so the cells keep their own right-click.
 TEST_F(TableExportTest, MinClearancePairsComeBackThroughTheImport) {
     CZEBAssemblyMinClearanceBetPartsRule rule;
-    AddRows(rule, 2048, {{kNut + L".prt", L"Welle \u00d8 20.prt", L"2.5"}, {L"a.prt", L"b.prt", L"3"}, {L"c.asm", L"d.prt", L"0.125"}});
+    AddRows(rule, 2048,
+            {{kNut + L".prt", L"Welle \u00d8 20.prt", L"2.5"},
+             {L"a.prt", L"b.prt", L"3"},
+             {L"c.asm", L"d.prt", L"0.125"}});
     CZEBAssemblyMinClearanceBetPartsDlg d(&rule, L"mm");
     ShowActive(&d);
     auto* table = d.ControlById<CZEBAsmRuleListCtrl>(CZEBAssemblyMinClearanceBetPartsDlg::kTableId);
@@ -183,12 +198,14 @@ TEST_F(TableExportTest, MinClearancePairsComeBackThroughTheImport) {
     AddRows(fresh, 2048, {{L"old.prt", L"older.prt", L"9"}});
     CZEBAssemblyMinClearanceBetPartsDlg again(&fresh, L"mm");
     Import(&again, sheet);
-    auto* imported = again.ControlById<CZEBAsmRuleListCtrl>(CZEBAssemblyMinClearanceBetPartsDlg::kTableId);
+    auto* imported =
+        again.ControlById<CZEBAsmRuleListCtrl>(CZEBAssemblyMinClearanceBetPartsDlg::kTableId);
     EXPECT_EQ(Filled(*imported, 1, 3), original);
     again.OnOK();
     EXPECT_FALSE(again.isVisible());
     const auto& stored = FindTyped<ZebRow>(fresh, 2048)->values;
-    EXPECT_EQ(std::vector<ZebRow>(stored.begin(), stored.end()), std::vector<ZebRow>(original.begin(), original.end()));
+    EXPECT_EQ(std::vector<ZebRow>(stored.begin(), stored.end()),
+              std::vector<ZebRow>(original.begin(), original.end()));
 }
 
 // The components to check, as pairs: the same pairs come back. As groups, a row with one side
@@ -210,7 +227,9 @@ TEST_F(TableExportTest, ComponentsToCheckComeBackAndHalfRowsAreReported) {
     FindTyped<bool>(fresh, 6067)->values[0] = false;
     ZEBASMInterfDetMainDlg again(&fresh, L"mm");
     Import(&again, sheet);
-    EXPECT_EQ(Filled(*again.ControlById<CZEBAsmRuleListCtrl>(ZEBASMInterfDetCheckCompDlg::kTableId), 1, 2), original);
+    EXPECT_EQ(Filled(*again.ControlById<CZEBAsmRuleListCtrl>(ZEBASMInterfDetCheckCompDlg::kTableId),
+                     1, 2),
+              original);
 
     ui.messages.clear();
     table->SetCellText(2, 1, L"group only.prt");
@@ -221,7 +240,9 @@ TEST_F(TableExportTest, ComponentsToCheckComeBackAndHalfRowsAreReported) {
     EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Warning);
     ui.messages.clear();
     Import(&again, halves);
-    EXPECT_EQ(Filled(*again.ControlById<CZEBAsmRuleListCtrl>(ZEBASMInterfDetCheckCompDlg::kTableId), 1, 2), original);
+    EXPECT_EQ(Filled(*again.ControlById<CZEBAsmRuleListCtrl>(ZEBASMInterfDetCheckCompDlg::kTableId),
+                     1, 2),
+              original);
 }
 
 // Preferred components: every record with a description comes back, its empty cells in place;
@@ -326,7 +347,8 @@ TEST_F(TableExportTest, FailedWriteLeavesNoFileAndIsReported) {
     std::wstring error;
     const fs::path existing = dir / "existing.xlsx";
     { std::ofstream(existing) << "old"; }
-    EXPECT_TRUE(WriteSheetFile(existing.wstring(), {{L"F", L"A"}, {kNut, L"1"}}, error)) << ToUtf8(error);
+    EXPECT_TRUE(WriteSheetFile(existing.wstring(), {{L"F", L"A"}, {kNut, L"1"}}, error))
+        << ToUtf8(error);
     EXPECT_GT(fs::file_size(existing), 3u);
     EXPECT_FALSE(WriteSheetFile((dir / "missing" / "x.xlsx").wstring(), {{L"a"}}, error));
     EXPECT_NE(error.find(L"missing"), std::wstring::npos);
@@ -337,18 +359,24 @@ TEST_F(TableExportTest, FailedWriteLeavesNoFileAndIsReported) {
 // no output, or an output that cannot be written.
 TEST_F(TableExportTest, HostCommandWritesWhatTheDialogImports) {
     CZEBAssemblyMinClearanceBetPartsRule rule;
-    AddRows(rule, 2048, {{kNut + L".prt", L"b.prt", L"1.5"}, {L"c.prt", L"", L"2"}, {L"e.prt", L"f.prt", L"4"}});
+    AddRows(
+        rule, 2048,
+        {{kNut + L".prt", L"b.prt", L"1.5"}, {L"c.prt", L"", L"2"}, {L"e.prt", L"f.prt", L"4"}});
     const fs::path settings = dir / "settings.xml";
     { std::ofstream(settings) << ExportedText(rule); }
     const fs::path sheet = dir / "from host.xlsx";
-    EXPECT_EQ(RunHost("export " + Quoted(settings) + " 'minimum clearance between parts' -o " + Quoted(sheet)), 0);
+    EXPECT_EQ(RunHost("export " + Quoted(settings) + " 'minimum clearance between parts' -o " +
+                      Quoted(sheet)),
+              0);
     ASSERT_TRUE(fs::exists(sheet));
 
     CZEBAssemblyMinClearanceBetPartsRule fresh;
     CZEBAssemblyMinClearanceBetPartsDlg d(&fresh, L"mm");
     Import(&d, sheet);
-    EXPECT_EQ(Filled(*d.ControlById<CZEBAsmRuleListCtrl>(CZEBAssemblyMinClearanceBetPartsDlg::kTableId), 1, 3),
-              (Rows{{kNut + L".prt", L"b.prt", L"1.5"}, {L"e.prt", L"f.prt", L"4"}}));
+    EXPECT_EQ(
+        Filled(*d.ControlById<CZEBAsmRuleListCtrl>(CZEBAssemblyMinClearanceBetPartsDlg::kTableId),
+               1, 3),
+        (Rows{{kNut + L".prt", L"b.prt", L"1.5"}, {L"e.prt", L"f.prt", L"4"}}));
 
     // The workbook records the unit of its values, and an inch rule set converts them, saying so.
     EXPECT_EQ(ReadSheetLengthUnit(sheet.wstring()), std::optional<int32_t>(0));
@@ -357,28 +385,38 @@ TEST_F(TableExportTest, HostCommandWritesWhatTheDialogImports) {
     CZEBAssemblyMinClearanceBetPartsDlg inInch(&inch, L"in");
     ui.messages.clear();
     Import(&inInch, sheet);
-    EXPECT_EQ(Filled(*inInch.ControlById<CZEBAsmRuleListCtrl>(CZEBAssemblyMinClearanceBetPartsDlg::kTableId), 1, 3),
+    EXPECT_EQ(Filled(*inInch.ControlById<CZEBAsmRuleListCtrl>(
+                         CZEBAssemblyMinClearanceBetPartsDlg::kTableId),
+                     1, 3),
               (Rows{{kNut + L".prt", L"b.prt", L"0.059055"}, {L"e.prt", L"f.prt", L"0.15748"}}));
     ASSERT_FALSE(ui.messages.empty());
-    EXPECT_EQ(ui.messages[0].text,
-              ZebFormatText(LoadLocalizedString(IDS_IMPORT_UNIT_CONVERTED), {GetUnitText(0), GetUnitText(3)}));
+    EXPECT_EQ(ui.messages[0].text, ZebFormatText(LoadLocalizedString(IDS_IMPORT_UNIT_CONVERTED),
+                                                 {GetUnitText(0), GetUnitText(3)}));
     // A workbook another program wrote records nothing.
     std::wstring error;
-    ASSERT_TRUE(WriteSheetFile((dir / "plain.xlsx").wstring(), {{L"a.prt", L"b.prt", L"1"}}, error));
+    ASSERT_TRUE(
+        WriteSheetFile((dir / "plain.xlsx").wstring(), {{L"a.prt", L"b.prt", L"1"}}, error));
     EXPECT_EQ(ReadSheetLengthUnit((dir / "plain.xlsx").wstring()), std::nullopt);
 
     // A rule the file does not hold.
-    EXPECT_EQ(RunHost("export " + Quoted(settings) + " 'Hole Alignment' -o " + Quoted(dir / "none.xlsx")), 2);
+    EXPECT_EQ(
+        RunHost("export " + Quoted(settings) + " 'Hole Alignment' -o " + Quoted(dir / "none.xlsx")),
+        2);
     EXPECT_FALSE(fs::exists(dir / "none.xlsx"));
 
     const fs::path all = dir / "all.xml";
     EXPECT_EQ(RunHost("new -o " + Quoted(all)), 0);
-    EXPECT_EQ(RunHost("export " + Quoted(all) + " 'Hole Alignment' -o " + Quoted(dir / "hole.xlsx")), 1);
+    EXPECT_EQ(
+        RunHost("export " + Quoted(all) + " 'Hole Alignment' -o " + Quoted(dir / "hole.xlsx")), 1);
     EXPECT_FALSE(fs::exists(dir / "hole.xlsx"));
     EXPECT_EQ(RunHost("export " + Quoted(all) + " 'No Such Rule' -o " + Quoted(dir / "x.xlsx")), 2);
-    EXPECT_EQ(RunHost("export " + Quoted(dir / "absent.xml") + " 'Fastener Clearance' -o " + Quoted(dir / "x.xlsx")), 2);
+    EXPECT_EQ(RunHost("export " + Quoted(dir / "absent.xml") + " 'Fastener Clearance' -o " +
+                      Quoted(dir / "x.xlsx")),
+              2);
     EXPECT_EQ(RunHost("export " + Quoted(all) + " 'Fastener Clearance'"), 2);
-    EXPECT_EQ(RunHost("export " + Quoted(all) + " 'Fastener Clearance' -o " + Quoted(dir / "missing" / "x.xlsx")), 2);
+    EXPECT_EQ(RunHost("export " + Quoted(all) + " 'Fastener Clearance' -o " +
+                      Quoted(dir / "missing" / "x.xlsx")),
+              2);
     EXPECT_FALSE(fs::exists(dir / "x.xlsx"));
     EXPECT_FALSE(fs::exists(dir / "missing"));
 }

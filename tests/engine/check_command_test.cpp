@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <BRepPrimAPI_MakeBox.hxx>
-
 #include <fstream>
 
 #include "engine/step_writer.h"
@@ -30,7 +29,8 @@ protected:
     std::string Boxes(const char* name, std::vector<gp_Pnt> corners) {
         std::vector<SolidToWrite> solids;
         for (size_t i = 0; i < corners.size(); ++i)
-            solids.push_back({L"box" + std::to_wstring(i), BRepPrimAPI_MakeBox(corners[i], 10, 10, 10).Shape(), L"", L""});
+            solids.push_back({L"box" + std::to_wstring(i),
+                              BRepPrimAPI_MakeBox(corners[i], 10, 10, 10).Shape(), L"", L""});
         const std::string path = (dir.Path() / name).string();
         std::string error;
         EXPECT_TRUE(WriteStepAssembly(path, L"top", solids, "MM", error)) << error;
@@ -50,17 +50,21 @@ TEST_F(CheckCommandTest, ExitStatusAndReports) {
     EXPECT_NE(run.err.find("2 parts, 0 findings"), std::string::npos) << run.err;
 
     const std::string overlapping = Boxes("overlap.stp", {gp_Pnt(0, 0, 0), gp_Pnt(5, 0, 0)});
-    run = Run("check " + settings + " " + overlapping + " --rule 'interference detection' --format json");
+    run = Run("check " + settings + " " + overlapping +
+              " --rule 'interference detection' --format json");
     EXPECT_EQ(run.status, 1) << run.err;
     EXPECT_NE(run.out.find("\"parts\": 2"), std::string::npos) << run.out;
-    EXPECT_NE(run.out.find("\"parts\": [\"top/box0\", \"top/box1\"], \"value\": 500, \"limit\": null"), std::string::npos)
+    EXPECT_NE(
+        run.out.find("\"parts\": [\"top/box0\", \"top/box1\"], \"value\": 500, \"limit\": null"),
+        std::string::npos)
         << run.out;
 
     const std::string html = (dir.Path() / "r.html").string();
     run = Run("check " + settings + " " + overlapping + " --format html -o " + html);
     EXPECT_EQ(run.status, 1);
     const std::string page = FileBytes(html);
-    EXPECT_NE(page.find("<h2>Interference Detection &mdash; Critical (1)</h2>"), std::string::npos) << page;
+    EXPECT_NE(page.find("<h2>Interference Detection &mdash; Critical (1)</h2>"), std::string::npos)
+        << page;
     EXPECT_EQ(page.find("<script"), std::string::npos);
 
     run = Run("check " + settings + " " + overlapping + " --rule nosuchrule");
@@ -76,16 +80,19 @@ TEST_F(CheckCommandTest, BadAssembliesGetAMessageAndStatus2) {
     // Lengths in furlongs, a unit the reader has no size for.
     std::string unknownUnit;
     const std::string millimetre = "( LENGTH_UNIT() NAMED_UNIT(*) SI_UNIT(.MILLI.,.METRE.) )";
-    const std::string furlong = "( CONVERSION_BASED_UNIT('FURLONG',#99001) LENGTH_UNIT() NAMED_UNIT(#99002) )";
+    const std::string furlong =
+        "( CONVERSION_BASED_UNIT('FURLONG',#99001) LENGTH_UNIT() NAMED_UNIT(#99002) )";
     size_t from = 0;
-    for (size_t at; (at = shared.find(millimetre, from)) != std::string::npos; from = at + millimetre.size())
+    for (size_t at; (at = shared.find(millimetre, from)) != std::string::npos;
+         from = at + millimetre.size())
         unknownUnit += shared.substr(from, at - from) + furlong;
     unknownUnit += shared.substr(from);
     const size_t end = unknownUnit.rfind("ENDSEC;");
     ASSERT_NE(end, std::string::npos);
-    unknownUnit.insert(end, "#99001 = LENGTH_MEASURE_WITH_UNIT(LENGTH_MEASURE(201.168),#99003);\n"
-                            "#99002 = DIMENSIONAL_EXPONENTS(1.,0.,0.,0.,0.,0.,0.);\n"
-                            "#99003 = ( LENGTH_UNIT() NAMED_UNIT(*) SI_UNIT($,.METRE.) );\n");
+    unknownUnit.insert(end,
+                       "#99001 = LENGTH_MEASURE_WITH_UNIT(LENGTH_MEASURE(201.168),#99003);\n"
+                       "#99002 = DIMENSIONAL_EXPONENTS(1.,0.,0.,0.,0.,0.,0.);\n"
+                       "#99003 = ( LENGTH_UNIT() NAMED_UNIT(*) SI_UNIT($,.METRE.) );\n");
     const struct {
         std::string path;
         const char* says;

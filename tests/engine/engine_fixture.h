@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <BRepPrimAPI_MakeBox.hxx>
-
 #include <algorithm>
 #include <fstream>
 #include <memory>
@@ -25,7 +24,8 @@
 
 inline constexpr const char* kLibDir = VANTOR_BUILD_DIR "/lib/vantor";
 
-inline TopoDS_Shape Box(double x, double y, double z, double dx = 10, double dy = 10, double dz = 10) {
+inline TopoDS_Shape Box(double x, double y, double z, double dx = 10, double dy = 10,
+                        double dz = 10) {
     return BRepPrimAPI_MakeBox(gp_Pnt(x, y, z), dx, dy, dz).Shape();
 }
 
@@ -46,8 +46,10 @@ protected:
         module.GetAllRules(&all);
         CZebRule* found = nullptr;
         for (CZebRule* rule : all) {
-            if (!found && rule->FindParameterInArray(id)) found = rule;
-            else module.DeleteRule(&rule);
+            if (!found && rule->FindParameterInArray(id))
+                found = rule;
+            else
+                module.DeleteRule(&rule);
         }
         rules.push_back(found);
         return found;
@@ -62,7 +64,9 @@ protected:
         p.values.RemoveAll();
         for (const T& v : values) p.values.Add(v);
     }
-    void SetRows(CZebRule* rule, long id, std::initializer_list<ZebRow> rows) { Set<ZebRow>(rule, id, rows); }
+    void SetRows(CZebRule* rule, long id, std::initializer_list<ZebRow> rows) {
+        Set<ZebRow>(rule, id, rows);
+    }
 
     // Checks `assembly` against the rules made so far, written under a parent in `unit`.
     ZebCheckReport Check(const std::string& assembly, int unit = 0, unsigned threads = 0) {
@@ -71,8 +75,8 @@ protected:
         EXPECT_EQ(Run(assembly, {}, report, error, unit, threads), ZebCheckDone) << error;
         return report;
     }
-    int Run(const std::string& assembly, std::vector<std::wstring> only, ZebCheckReport& report, std::string& error,
-            int unit = 0, unsigned threads = 0) {
+    int Run(const std::string& assembly, std::vector<std::wstring> only, ZebCheckReport& report,
+            std::string& error, int unit = 0, unsigned threads = 0) {
         ZebXMLDocument doc;
         module.SetXMLDoc(&doc);
         std::unique_ptr<ZebXMLNode> parent(StartSettingsDocument(doc, unit));
@@ -92,7 +96,8 @@ protected:
     }
     ~EngineTest() override { ClearRules(); }
 
-    std::string Write(const std::vector<SolidToWrite>& solids, const char* unit = "MM", const char* name = "a.stp") {
+    std::string Write(const std::vector<SolidToWrite>& solids, const char* unit = "MM",
+                      const char* name = "a.stp") {
         const std::string path = (dir.Path() / name).string();
         std::string error;
         EXPECT_TRUE(WriteStepAssembly(path, L"top", solids, unit, error)) << error;
@@ -115,7 +120,8 @@ inline std::vector<std::string> Pairs(const ZebCheckReport& report) {
     for (const ZebFinding& f : report.findings) {
         std::string text;
         std::vector<std::string> names;
-        for (const std::wstring& part : f.parts) names.push_back(ToUtf8(part.substr(part.rfind(L'/') + 1)));
+        for (const std::wstring& part : f.parts)
+            names.push_back(ToUtf8(part.substr(part.rfind(L'/') + 1)));
         std::sort(names.begin(), names.end());
         for (const std::string& name : names) text += (text.empty() ? "" : "-") + name;
         pairs.push_back(text);

@@ -21,9 +21,11 @@ TEST_F(EngineTest, ReadsPathsNamesMaterialsAndUnits) {
     std::string error;
     ASSERT_TRUE(ReadStepAssembly(Write(solids, "M"), read, error)) << error;
     std::vector<std::string> paths;
-    for (const AssemblyPart& p : read.parts) paths.push_back(ToUtf8(p.path) + "|" + ToUtf8(p.subassembly) + "|" + ToUtf8(p.material));
+    for (const AssemblyPart& p : read.parts)
+        paths.push_back(ToUtf8(p.path) + "|" + ToUtf8(p.subassembly) + "|" + ToUtf8(p.material));
     std::sort(paths.begin(), paths.end());
-    EXPECT_EQ(paths, (Names{"top/a||", "top/c||Aluminium", "top/d||Copper", "top/sub/a|top/sub|Steel", "top/sub/b|top/sub|Steel"}));
+    EXPECT_EQ(paths, (Names{"top/a||", "top/c||Aluminium", "top/d||Copper",
+                            "top/sub/a|top/sub|Steel", "top/sub/b|top/sub|Steel"}));
     // Written in metres, read back in the kernel's millimetres.
     double x0, y0, z0, x1, y1, z1;
     read.parts[0].box.Get(x0, y0, z0, x1, y1, z1);
@@ -164,8 +166,9 @@ TEST_F(EngineTest, ContactMaterialAndGroups) {
 TEST_F(EngineTest, PreferredComponents) {
     const std::string path = Write(FourBoxes());
     CZebRule* rule = Rule(7002);
-    Set<std::wstring>(rule, 7002, {CZEBStringTableParser::Compose({{L"use stock", L"b.prt", L"c", L"A.stp"},
-                                                                    {L"", L"x", L"", L"D"}})});
+    Set<std::wstring>(rule, 7002,
+                      {CZEBStringTableParser::Compose(
+                          {{L"use stock", L"b.prt", L"c", L"A.stp"}, {L"", L"x", L"", L"D"}})});
     ZebCheckReport report = Check(path);
     ASSERT_EQ(Pairs(report), (Names{"a", "d"}));
     EXPECT_NE(report.findings[0].message.find(L"b.prt"), std::wstring::npos);
@@ -209,7 +212,9 @@ TEST_F(EngineTest, SharedAssemblyGivesStableResults) {
     ASSERT_EQ(one.parts.size(), 18u);
     std::vector<std::string> paths;
     for (const ZebCheckedPart& p : one.parts) paths.push_back(ToUtf8(p.path));
-    EXPECT_NE(std::find(paths.begin(), paths.end(), "as1/l-bracket-assembly[2]/nut-bolt-assembly[3]/bolt"), paths.end());
+    EXPECT_NE(std::find(paths.begin(), paths.end(),
+                        "as1/l-bracket-assembly[2]/nut-bolt-assembly[3]/bolt"),
+              paths.end());
     EXPECT_NE(std::find(paths.begin(), paths.end(), "as1/plate"), paths.end());
     EXPECT_NE(std::find(paths.begin(), paths.end(), "as1/rod-assembly/nut[2]"), paths.end());
     // Bolts sit in their holes without play: touching, never overlapping.

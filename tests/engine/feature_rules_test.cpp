@@ -8,7 +8,9 @@
 using namespace joint_shapes;
 
 namespace {
-SolidToWrite Solid(const wchar_t* name, const TopoDS_Shape& shape) { return {name, shape, L"", L""}; }
+SolidToWrite Solid(const wchar_t* name, const TopoDS_Shape& shape) {
+    return {name, shape, L"", L""};
+}
 
 // The findings as "parts value" lines, sorted, values rounded to three decimals.
 std::vector<std::string> Lines(const ZebCheckReport& report) {
@@ -16,7 +18,8 @@ std::vector<std::string> Lines(const ZebCheckReport& report) {
     std::vector<std::string> pairs = Pairs(report);
     for (const ZebFinding& f : report.findings) {
         std::vector<std::string> names;
-        for (const std::wstring& part : f.parts) names.push_back(ToUtf8(part.substr(part.rfind(L'/') + 1)));
+        for (const std::wstring& part : f.parts)
+            names.push_back(ToUtf8(part.substr(part.rfind(L'/') + 1)));
         std::sort(names.begin(), names.end());
         std::string text;
         for (const std::string& name : names) text += (text.empty() ? "" : "-") + name;
@@ -50,7 +53,9 @@ TEST_F(EngineTest, HoleAlignmentOptions) {
 
     ZebCheckReport report = Check(path);
     EXPECT_EQ(Lines(report), (Names{"lower-upper 0.200", "lower-upper 0.700"}));
-    EXPECT_TRUE(Mentions(report, L"hole 9 mm of top/lower and hole 9 mm of top/upper are 0.7 mm off axis; allowed <= 0.5 mm"));
+    EXPECT_TRUE(Mentions(report,
+                         L"hole 9 mm of top/lower and hole 9 mm of top/upper are 0.7 mm off axis; "
+                         L"allowed <= 0.5 mm"));
     EXPECT_TRUE(Mentions(report, L"differ in diameter by 0.2 mm; allowed <= 0.1 mm"));
 
     // "<" 0.7 still finds an offset of 0.7, "<=" 0.7 does not.
@@ -95,18 +100,22 @@ TEST_F(EngineTest, SlotAlignmentOptions) {
     ends.status = false;
     ZebCheckReport report = Check(path);
     EXPECT_EQ(Lines(report), Names{"lower-upper 1.000"});
-    EXPECT_TRUE(Mentions(report, L"slot 6 x 20 mm of top/lower and slot 6 x 20 mm of top/upper are 1 mm apart across their width"));
+    EXPECT_TRUE(Mentions(report,
+                         L"slot 6 x 20 mm of top/lower and slot 6 x 20 mm of top/upper are 1 mm "
+                         L"apart across their width"));
     ends.status = true;
     EXPECT_EQ(Lines(Check(path)), (Names{"lower-upper 1.000", "lower-upper 10.000"}));
     Set<double>(rule, 9503, {0.3});
-    EXPECT_EQ(Lines(Check(path)), (Names{"lower-upper 0.400", "lower-upper 1.000", "lower-upper 10.000"}));
+    EXPECT_EQ(Lines(Check(path)),
+              (Names{"lower-upper 0.400", "lower-upper 1.000", "lower-upper 10.000"}));
     ends.status = false;
 
     Set<bool>(rule, 9608, {true});  // widths must match
     EXPECT_EQ(Lines(Check(path)), (Names{"lower-upper 1.000", "lower-upper 2.000"}));
     Set<bool>(rule, 9606, {true});  // and directions
     report = Check(path);
-    EXPECT_EQ(Lines(report), (Names{"lower-upper 1.000", "lower-upper 2.000", "lower-upper 90.000"}));
+    EXPECT_EQ(Lines(report),
+              (Names{"lower-upper 1.000", "lower-upper 2.000", "lower-upper 90.000"}));
     EXPECT_TRUE(Mentions(report, L"run 90 degrees apart"));
 }
 
@@ -127,7 +136,8 @@ std::vector<SolidToWrite> BoltedJoints() {
         Solid(L"wall", Plate(88, 0, 30, 10, 40, 10)),
         Solid(L"base", Drill(Plate(0, 60, 0, 40, 40, 10), gp_Pnt(20, 80, -1), gp::DZ(), 12, 12)),
         Solid(L"top", Drill(Plate(0, 60, 10, 40, 40, 10), gp_Pnt(20, 80, 9), gp::DZ(), 12, 12)),
-        Solid(L"stud", Bolt(gp_Pnt(20, 80, 10).Translated(gp_Vec(tilted) * -15.6), tilted, 8, 25, 13, 5.6)),
+        Solid(L"stud",
+              Bolt(gp_Pnt(20, 80, 10).Translated(gp_Vec(tilted) * -15.6), tilted, 8, 25, 13, 5.6)),
     };
 }
 }  // namespace
@@ -145,7 +155,9 @@ TEST_F(EngineTest, FastenerClearancePlayAndHeadSpace) {
     SetRows(rule, 9450, {{L"BOLT.prt", L"1", L""}, {L"screw", L"2", L""}});
     ZebCheckReport report = Check(path);
     EXPECT_EQ(Lines(report), (Names{"bolt-lower 0.500", "bolt-upper 0.500", "screw 1.500"}));
-    EXPECT_TRUE(Mentions(report, L"M8 bolt (top/bolt) has a radial play of 0.5 mm in hole 9 mm of top/upper; allowed >= 0.6 mm"));
+    EXPECT_TRUE(Mentions(report,
+                         L"M8 bolt (top/bolt) has a radial play of 0.5 mm in hole 9 mm of "
+                         L"top/upper; allowed >= 0.6 mm"));
     EXPECT_TRUE(Mentions(report, L"M8 screw (top/screw) has 1.5 mm of free space around its head"));
 
     // Ranges: play between 0.3 and 0.4 is broken at its upper end; free space between 1 and 2
@@ -178,7 +190,8 @@ TEST_F(EngineTest, FastenerEngagementLength) {
     SetRows(rule, 2053, {{L"bolt", L"8"}, {L"screw", L"8"}});
     report = Check(path);
     EXPECT_EQ(Lines(report), Names{"bolt-nut 6.500"});
-    EXPECT_TRUE(Mentions(report, L"M8 bolt (top/bolt) engages its nut top/nut over 6.5 mm; allowed >= 8 mm"));
+    EXPECT_TRUE(Mentions(
+        report, L"M8 bolt (top/bolt) engages its nut top/nut over 6.5 mm; allowed >= 8 mm"));
     SetRows(rule, 2053, {{L"bolt", L"6.5"}, {L"screw", L"12"}});
     report = Check(path);
     EXPECT_EQ(Lines(report), Names{"block-screw 10.000"});
@@ -189,7 +202,8 @@ TEST_F(EngineTest, FastenerAlignmentOffsetAndTilt) {
     const std::string path = Write(BoltedJoints());
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
-    for (const wchar_t* name : {L"bolt", L"screw", L"stud"}) ASSERT_EQ(db->AddFastenerName(name), ZebDbOk);
+    for (const wchar_t* name : {L"bolt", L"screw", L"stud"})
+        ASSERT_EQ(db->AddFastenerName(name), ZebDbOk);
     CZebRule* rule = Rule(8019);
     // "=" 0: the bolt and the screw lie on their holes' axes; the stud leaves each of its holes'
     // axes by 10 sin 3 degrees = 0.523 at the far end.
@@ -226,7 +240,8 @@ TEST_F(EngineTest, SharedAssemblyFasteners) {
         if (f.rule == clearance->Name) {
             ++play;
             EXPECT_NEAR(*f.value, 0.0, 1e-4);
-            EXPECT_TRUE(f.parts[1] == L"as1/plate" || f.parts[1].ends_with(L"/l-bracket")) << ToUtf8(f.message);
+            EXPECT_TRUE(f.parts[1] == L"as1/plate" || f.parts[1].ends_with(L"/l-bracket"))
+                << ToUtf8(f.message);
         } else {
             ++engaged;
             EXPECT_NEAR(*f.value, 3.0, 1e-4);
@@ -242,7 +257,8 @@ TEST_F(EngineTest, FastenerAccessibility) {
     const std::string path = Write(BoltedJoints());
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
-    for (const wchar_t* name : {L"bolt", L"screw", L"stud"}) ASSERT_EQ(db->AddFastenerName(name), ZebDbOk);
+    for (const wchar_t* name : {L"bolt", L"screw", L"stud"})
+        ASSERT_EQ(db->AddFastenerName(name), ZebDbOk);
     CZebRule* rule = Rule(6080);
     // 1.2 x 13 across: the stud's tilted head reaches into its plate, so a tool would too; the
     // wall 1.5 from the screw's head is outside 0.1 x 13 / 2 + 6.5 = 7.8.
@@ -253,7 +269,9 @@ TEST_F(EngineTest, FastenerAccessibility) {
     Set<double>(rule, 6093, {1.0});
     report = Check(path);
     EXPECT_EQ(Lines(report), (Names{"screw-wall 1.500", "stud-top 0.000", "stud-top 0.000"}));
-    EXPECT_TRUE(Mentions(report, L"top/wall lies 1.5 mm from M8 screw (top/screw), inside the space its tool needs: 2.5 x the head's 13 mm across"));
+    EXPECT_TRUE(Mentions(report,
+                         L"top/wall lies 1.5 mm from M8 screw (top/screw), inside the space its "
+                         L"tool needs: 2.5 x the head's 13 mm across"));
     // A smaller first tool and the second off: the stud's head alone.
     Set<double>(rule, 6093, {0.0});
     Set<double>(rule, 6080, {1.1});
@@ -267,22 +285,27 @@ TEST_F(EngineTest, BoltAndScrewRationalization) {
     const auto bolt = [](double x, double shank, double length, double head) {
         return Bolt(gp_Pnt(x, 0, 60), -gp::DZ(), shank, length, head, 0.7 * shank);
     };
-    std::vector<SolidToWrite> solids{{L"a", bolt(0, 8, 30, 13), L"", L"Steel"},
-                                     {L"b", bolt(30, 8, 32, 13), L"", L"Steel"},
-                                     {L"c", bolt(60, 8, 40, 13), L"", L"steel"},
-                                     {L"d", bolt(90, 10, 30, 16), L"", L"Steel"},
-                                     {L"e", bolt(120, 8, 32, 15), L"", L"Steel"},
-                                     {L"f", bolt(150, 8, 30, 13), L"", L"Brass"},
-                                     {L"nut", Nut(gp_Pnt(30, 0, 34), -gp::DZ(), 8, 6), L"", L"Steel"}};
+    std::vector<SolidToWrite> solids{
+        {L"a", bolt(0, 8, 30, 13), L"", L"Steel"},
+        {L"b", bolt(30, 8, 32, 13), L"", L"Steel"},
+        {L"c", bolt(60, 8, 40, 13), L"", L"steel"},
+        {L"d", bolt(90, 10, 30, 16), L"", L"Steel"},
+        {L"e", bolt(120, 8, 32, 15), L"", L"Steel"},
+        {L"f", bolt(150, 8, 30, 13), L"", L"Brass"},
+        {L"nut", Nut(gp_Pnt(30, 0, 34), -gp::DZ(), 8, 6), L"", L"Steel"}};
     const std::string path = Write(solids);
     IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
     ASSERT_NE(db, nullptr);
-    for (const wchar_t* name : {L"a", L"b", L"c", L"d", L"e", L"f", L"nut"}) ASSERT_EQ(db->AddFastenerName(name), ZebDbOk);
+    for (const wchar_t* name : {L"a", L"b", L"c", L"d", L"e", L"f", L"nut"})
+        ASSERT_EQ(db->AddFastenerName(name), ZebDbOk);
     CZebRule* rule = Rule(9026);
     // Defaults: same head and material, lengths at least 4 apart, diameters at least 2 apart.
     ZebCheckReport report = Check(path);
     EXPECT_EQ(Lines(report), Names{"a-b 2.000"});
-    EXPECT_TRUE(Mentions(report, L"bolts and screws with heads 13 mm across of steel of 8 mm diameter use the lengths 35.6 mm and 37.6 mm, 2 mm apart: one would do; allowed >= 4 mm"));
+    EXPECT_TRUE(
+        Mentions(report,
+                 L"bolts and screws with heads 13 mm across of steel of 8 mm diameter use the "
+                 L"lengths 35.6 mm and 37.6 mm, 2 mm apart: one would do; allowed >= 4 mm"));
     // Any material: f joins a.
     Param<bool>(rule, 9025).status = false;
     EXPECT_EQ(Lines(Check(path)), Names{"a-b-f 2.000"});

@@ -1,16 +1,17 @@
 // Holes, slots and fastener shapes recognised from solids built with known sizes.
+#include "engine/features.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <map>
 
 #include "engine/fasteners.h"
-#include "engine/features.h"
 #include "engine/step_writer.h"
 #include "framework/text_convert.h"
+#include "tests/engine/joint_shapes.h"
 #include "tests/engine/shared_assembly.h"
 #include "tests/support/scoped_temp_dir.h"
-#include "tests/engine/joint_shapes.h"
 
 using namespace joint_shapes;
 
@@ -24,11 +25,11 @@ const Hole* HoleOf(const PartFeatures& f, double diameter) {
 
 TEST(Features, HolesAndSlotsOfAPlate) {
     TopoDS_Shape plate = Plate(0, 0, 0, 60, 40, 10);
-    plate = Drill(plate, gp_Pnt(10, 10, -1), gp::DZ(), 8.5, 12);           // through
-    plate = Drill(plate, gp_Pnt(30, 10, 10), -gp::DZ(), 6, 4);             // blind, 4 deep from the top
-    plate = Drill(plate, gp_Pnt(10, 30, -1), gp::DZ(), 9, 12);             // through with ...
-    plate = Drill(plate, gp_Pnt(10, 30, 10), -gp::DZ(), 15, 3);            // ... a counterbore
-    plate = CutSlot(plate, 40, 28, -1, 6, 20, 12);                         // slot along x
+    plate = Drill(plate, gp_Pnt(10, 10, -1), gp::DZ(), 8.5, 12);  // through
+    plate = Drill(plate, gp_Pnt(30, 10, 10), -gp::DZ(), 6, 4);    // blind, 4 deep from the top
+    plate = Drill(plate, gp_Pnt(10, 30, -1), gp::DZ(), 9, 12);    // through with ...
+    plate = Drill(plate, gp_Pnt(10, 30, 10), -gp::DZ(), 15, 3);   // ... a counterbore
+    plate = CutSlot(plate, 40, 28, -1, 6, 20, 12);                // slot along x
     const PartFeatures f = RecognizeFeatures(plate);
 
     ASSERT_EQ(f.holes.size(), 3u);
@@ -107,16 +108,17 @@ TEST(Fasteners, JoinsShanksToHolesNutsAndTappedHoles) {
     ScopedTempDir dir{"features_test"};
     const std::string path = (dir.Path() / "joint.stp").string();
     std::string error;
-    ASSERT_TRUE(WriteStepAssembly(path, L"top",
-                                  {{L"lower", lower, L"", L""},
-                                   {L"upper", upper, L"", L""},
-                                   {L"bolt", Bolt(gp_Pnt(20, 20, 25.6), -gp::DZ(), 8, 30, 13, 5.6), L"", L""},
-                                   {L"nut", Nut(gp_Pnt(20, 20, 0), -gp::DZ(), 8, 6.5), L"", L""},
-                                   {L"block", block, L"", L""},
-                                   {L"cover", cover, L"", L""},
-                                   {L"screw", Bolt(gp_Pnt(80, 20, 35.6), -gp::DZ(), 8, 20, 13, 5.6), L"", L""},
-                                   {L"rod", Rod(gp_Pnt(0, 60, 0), gp::DZ(), 8, 30), L"", L""}},
-                                  "MM", error))
+    ASSERT_TRUE(WriteStepAssembly(
+        path, L"top",
+        {{L"lower", lower, L"", L""},
+         {L"upper", upper, L"", L""},
+         {L"bolt", Bolt(gp_Pnt(20, 20, 25.6), -gp::DZ(), 8, 30, 13, 5.6), L"", L""},
+         {L"nut", Nut(gp_Pnt(20, 20, 0), -gp::DZ(), 8, 6.5), L"", L""},
+         {L"block", block, L"", L""},
+         {L"cover", cover, L"", L""},
+         {L"screw", Bolt(gp_Pnt(80, 20, 35.6), -gp::DZ(), 8, 20, 13, 5.6), L"", L""},
+         {L"rod", Rod(gp_Pnt(0, 60, 0), gp::DZ(), 8, 30), L"", L""}},
+        "MM", error))
         << error;
     Assembly assembly;
     ASSERT_TRUE(ReadStepAssemblyHere(path, assembly, error)) << error;
@@ -128,7 +130,8 @@ TEST(Fasteners, JoinsShanksToHolesNutsAndTappedHoles) {
         return -1;
     };
     // Names match without regard to case or extension; the rod is named in no table.
-    const AssemblyFasteners found = FindFasteners(assembly, features, {L"BOLT.prt", L"nut", L"Screw"});
+    const AssemblyFasteners found =
+        FindFasteners(assembly, features, {L"BOLT.prt", L"nut", L"Screw"});
     EXPECT_TRUE(found.nut[index(L"nut")]);
     EXPECT_FALSE(found.fastener[index(L"rod")]);
     ASSERT_EQ(found.joints.size(), 2u);
@@ -183,7 +186,8 @@ TEST(Fasteners, SharedAssemblyBoltsAndNuts) {
         EXPECT_NEAR(shape.headDiameter, 15, 1e-3);
         // Through the bracket (10 thick), then the plate (20), into its own nut (3 thick).
         ASSERT_EQ(joint.passed.size(), 2u) << ToUtf8(bolt);
-        EXPECT_EQ(assembly.parts[joint.passed[0].part].path, jointPath.substr(0, jointPath.rfind(L'/')) + L"/l-bracket");
+        EXPECT_EQ(assembly.parts[joint.passed[0].part].path,
+                  jointPath.substr(0, jointPath.rfind(L'/')) + L"/l-bracket");
         EXPECT_EQ(assembly.parts[joint.passed[1].part].path, L"as1/plate");
         ASSERT_GE(joint.nut, 0);
         EXPECT_EQ(assembly.parts[joint.nut].path, jointPath + L"/nut");

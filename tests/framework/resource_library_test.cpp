@@ -33,9 +33,9 @@ TEST(ResourceLibrary, BothLanguagesCarryTheSameIdsAndPlaceholders) {
 TEST(ResourceLibrary, ImagesArePngAndShared) {
     std::unique_ptr<CZebResourceLibrary> en(CZebResourceLibrary::Load(ResPath("en")));
     ASSERT_TRUE(en);
-    for (unsigned id : {13010u, 13020u, 13030u, 13040u, 13050u, 13060u, 13070u, 13090u, 13100u,
-                        13120u, 13150u, 13180u, 6014u, 6015u, 6017u, 6009u, 6018u, 6091u, 7095u,
-                        8032u, 8150u, 9014u, 7010u}) {
+    for (unsigned id : {13010u, 13020u, 13030u, 13040u, 13050u, 13060u, 13070u, 13090u,
+                        13100u, 13120u, 13150u, 13180u, 6014u,  6015u,  6017u,  6009u,
+                        6018u,  6091u,  7095u,  8032u,  8150u,  9014u,  7010u}) {
         const unsigned char* data = nullptr;
         unsigned long size = 0;
         ASSERT_TRUE(en->LoadBitmap(id, &data, &size)) << id;

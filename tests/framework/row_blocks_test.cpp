@@ -23,7 +23,8 @@ struct CountingSource {
 
     static void* Map(size_t bytes) {
         if (failing) return nullptr;
-        void* memory = ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        void* memory =
+            ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (memory == MAP_FAILED) return nullptr;
         std::lock_guard lock(mutex);
         live.insert(memory);
@@ -48,7 +49,8 @@ protected:
     }
     void TearDown() override { zeb_row_blocks::SetChunkSource(previous); }
 
-    static constexpr zeb_row_blocks::ChunkSource kCounting{&CountingSource::Map, &CountingSource::Unmap};
+    static constexpr zeb_row_blocks::ChunkSource kCounting{&CountingSource::Map,
+                                                           &CountingSource::Unmap};
     const zeb_row_blocks::ChunkSource* previous = nullptr;
 };
 

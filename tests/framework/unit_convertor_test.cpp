@@ -42,7 +42,8 @@ TEST(UnitConvertor, EveryPairConvertsThereAndBack) {
                 EXPECT_NEAR(there, v * ratio, std::abs(v * ratio) * 1e-15) << a << "->" << b;
                 EXPECT_NEAR(Convert(there, b, a), v, v * 1e-15) << a << "<->" << b;
                 const double vol = ConvertVolume(v, a, b);
-                EXPECT_NEAR(vol, v * ratio * ratio * ratio, std::abs(v * ratio * ratio * ratio) * 1e-14);
+                EXPECT_NEAR(vol, v * ratio * ratio * ratio,
+                            std::abs(v * ratio * ratio * ratio) * 1e-14);
                 EXPECT_NEAR(ConvertVolume(vol, b, a), v, v * 1e-14);
             }
         }

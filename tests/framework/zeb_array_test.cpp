@@ -54,7 +54,8 @@ TEST(ZebArray, AddingManyAtOnceIsAddingThemOneByOne) {
 
 TEST(ZebArray, RemovalShiftsTheTailAndKeepsNonTrivialElementsIntact) {
     ZebArray<std::wstring> a;
-    for (int i = 0; i < 30; ++i) a.Add(std::wstring(40, static_cast<wchar_t>(L'a' + i % 26)) + std::to_wstring(i));
+    for (int i = 0; i < 30; ++i)
+        a.Add(std::wstring(40, static_cast<wchar_t>(L'a' + i % 26)) + std::to_wstring(i));
     a.RemoveAt(0);
     a.RemoveAt(10);
     a.RemoveAt(a.GetSize() - 1);

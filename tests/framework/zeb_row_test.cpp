@@ -68,8 +68,8 @@ TEST(ZebRow, BuildsFromRangesOfWideTexts) {
 TEST(ZebRow, SetReplacesOneCellAndKeepsTheOthers) {
     const Cells start{L"M6", L"1.5", L"2.5"};
     // Longer, shorter, the same length and empty, in each place.
-    for (const std::wstring& text : {std::wstring(L"FASTENER 100123"), std::wstring(L"7"), std::wstring(L"9.9"),
-                                     std::wstring()}) {
+    for (const std::wstring& text : {std::wstring(L"FASTENER 100123"), std::wstring(L"7"),
+                                     std::wstring(L"9.9"), std::wstring()}) {
         for (size_t i = 0; i < start.size(); ++i) {
             ZebRow row(start);
             row.Set(i, text);
@@ -154,7 +154,8 @@ TEST(ZebRow, EmbeddedNulStaysInsideItsCell) {
 }
 
 TEST(ZebRow, FromUtf8ConvertsEachCellAsTextConversionDoes) {
-    const std::string_view cells[] = {"Mutter DIN 934 \xE2\x80\x93 Stahl", "\xF0\x9F\x98\x80", "", "M8X123-ISO4017"};
+    const std::string_view cells[] = {"Mutter DIN 934 \xE2\x80\x93 Stahl", "\xF0\x9F\x98\x80", "",
+                                      "M8X123-ISO4017"};
     const ZebRow row = ZebRow::FromUtf8(cells, 4);
     ExpectCells(row, {L"Mutter DIN 934 \u2013 Stahl", L"\U0001F600", L"", L"M8X123-ISO4017"});
     // Fewer characters than bytes: the copy and the comparison see only the cells.
@@ -164,14 +165,18 @@ TEST(ZebRow, FromUtf8ConvertsEachCellAsTextConversionDoes) {
 
     // Broken sequences: each bad byte or cut sequence is one U+FFFD, as everywhere else.
     const std::pair<std::string_view, std::wstring_view> broken[] = {
-        {"\xC3", L"\uFFFD"},                    // cut two-byte sequence
-        {"a\x80" "b", L"a\uFFFDb"},             // lone continuation byte
-        {"\xE2\x82", L"\uFFFD\uFFFD"},          // cut three-byte sequence
-        {"\xE2\x82(", L"\uFFFD\uFFFD("},        // cut by an ASCII byte
-        {"\xC0\xAF", L"\uFFFD"},                // overlong
-        {"\xED\xA0\x80", L"\uFFFD"},            // surrogate
-        {"\xF4\x90\x80\x80", L"\uFFFD"},        // beyond U+10FFFF
-        {"\xFF" "x\xC3\xA4", L"\uFFFDx\u00E4"}, // invalid lead byte, then valid text
+        {"\xC3", L"\uFFFD"},  // cut two-byte sequence
+        {"a\x80"
+         "b",
+         L"a\uFFFDb"},                    // lone continuation byte
+        {"\xE2\x82", L"\uFFFD\uFFFD"},    // cut three-byte sequence
+        {"\xE2\x82(", L"\uFFFD\uFFFD("},  // cut by an ASCII byte
+        {"\xC0\xAF", L"\uFFFD"},          // overlong
+        {"\xED\xA0\x80", L"\uFFFD"},      // surrogate
+        {"\xF4\x90\x80\x80", L"\uFFFD"},  // beyond U+10FFFF
+        {"\xFF"
+         "x\xC3\xA4",
+         L"\uFFFDx\u00E4"},  // invalid lead byte, then valid text
     };
     std::vector<std::string_view> texts;
     Cells expected;

@@ -8,7 +8,8 @@ namespace {
 // A rule with one value parameter and one constraint with a parameter of its own.
 struct SampleRule : CZebRule {
     SampleRule() {
-        ParamArray.Add(CreateParamStorageObject(ZebType_Double, 10, ZebOp_Equal, ZebParam_Value, true, false));
+        ParamArray.Add(
+            CreateParamStorageObject(ZebType_Double, 10, ZebOp_Equal, ZebParam_Value, true, false));
         ParamArray[0]->As<double>()->values.Add(1.5);
         CZEBConstraint* constraint = CreateConstraintObject(ZebConstraint_Generic, L"limit", true);
         constraint->Params().Add(std::make_unique<CZebParamStorage>(ZebType_Int));
@@ -44,7 +45,8 @@ TEST(ZebRule, CopiesOwnTheirParametersAndConstraints) {
     EXPECT_EQ(copied.ConstraintArray[0]->Params().GetSize(), 1);
 
     // Removing an element destroys it; the rest move down.
-    copied.ParamArray.Add(copied.CreateParamStorageObject(ZebType_Bool, 11, ZebOp_Equal, ZebParam_Value, true, false));
+    copied.ParamArray.Add(copied.CreateParamStorageObject(ZebType_Bool, 11, ZebOp_Equal,
+                                                          ZebParam_Value, true, false));
     copied.ParamArray.RemoveAt(0);
     ASSERT_EQ(copied.ParamArray.GetSize(), 1);
     EXPECT_EQ(copied.ParamArray[0]->GetParam()->id, 11);

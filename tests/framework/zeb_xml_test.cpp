@@ -29,7 +29,8 @@ std::unique_ptr<T> Own(T* p) {
 TEST(ZebXml, NothingToReadLeavesTheOutputUntouched) {
     ZebXMLDocument doc;
     std::wstring error;
-    ASSERT_TRUE(doc.LoadXML("<R a=\"x\"><Empty/><Text>abc</Text><Num> 42</Num><Neg>-7x</Neg></R>", error));
+    ASSERT_TRUE(
+        doc.LoadXML("<R a=\"x\"><Empty/><Text>abc</Text><Num> 42</Num><Neg>-7x</Neg></R>", error));
     auto root = Own(doc.GetDocumentElement());
     std::wstring value = L"keep";
     EXPECT_FALSE(root->GetAttributeValue(L"missing", value));
@@ -75,7 +76,7 @@ TEST(ZebXml, DetachedNodesKeepAttributeOrderAndMoveIntoTheTree) {
     ASSERT_NE(parent, nullptr);
     EXPECT_EQ(parent->GetName(), L"Settings");
     EXPECT_EQ(param->GetNodeValue(), L"<&> text");  // handles stay valid after the move
-    EXPECT_FALSE(rule->AppendNode(top.get()));       // no element into its own subtree
+    EXPECT_FALSE(rule->AppendNode(top.get()));      // no element into its own subtree
 
     // deleting handles changes nothing
     const std::string before = doc.GetXML();
@@ -122,7 +123,8 @@ TEST(ZebXml, ParseFailuresSayWhere) {
     // A file is parsed where it was read; the position of an error is still the file's own,
     // behind line ends, entities and text the parser had already rewritten.
     const auto broken = dir / "broken.xml";
-    std::ofstream(broken, std::ios::binary) << "<a x=\"&amp;&lt;\">\r\n  <b>t&amp;t</b>\r\n  <c>\r\n</a>";
+    std::ofstream(broken, std::ios::binary)
+        << "<a x=\"&amp;&lt;\">\r\n  <b>t&amp;t</b>\r\n  <c>\r\n</a>";
     error.clear();
     EXPECT_FALSE(doc.LoadFile(broken.wstring(), error));
     EXPECT_NE(error.find(L"line 4"), std::wstring::npos) << std::string(error.begin(), error.end());
@@ -132,12 +134,15 @@ TEST(ZebXml, ParseFailuresSayWhere) {
 // Text crosses between UTF-8 and wide text exactly: ASCII runs, names beyond ASCII after an ASCII
 // start, characters beyond the basic plane, and broken sequences as U+FFFD.
 TEST(ZebXml, TextConvertsExactlyBothWays) {
-    for (const std::wstring& text : {std::wstring(L"M8X123-ISO4017"), std::wstring(L"Mutter DIN 934 \u2013 Stahl"),
-                                    std::wstring(L"\u00c4u\u00dfere Scheibe"), std::wstring(L"gear \U0001F527 12"),
-                                    std::wstring()})
+    for (const std::wstring& text :
+         {std::wstring(L"M8X123-ISO4017"), std::wstring(L"Mutter DIN 934 \u2013 Stahl"),
+          std::wstring(L"\u00c4u\u00dfere Scheibe"), std::wstring(L"gear \U0001F527 12"),
+          std::wstring()})
         EXPECT_EQ(FromUtf8(ToUtf8(text)), text);
     EXPECT_EQ(ToUtf8(L"Mutter DIN 934 \u2013 Stahl"), "Mutter DIN 934 \xe2\x80\x93 Stahl");
-    EXPECT_EQ(FromUtf8("abc\xff" "def"), L"abc\uFFFDdef");
+    EXPECT_EQ(FromUtf8("abc\xff"
+                       "def"),
+              L"abc\uFFFDdef");
     EXPECT_EQ(FromUtf8("abc\xe2\x80"), L"abc\uFFFD\uFFFD");
 
     // A document read from a file holds the same texts as one read from memory.
@@ -255,8 +260,9 @@ TEST(ZebXml, AppendedElementsEqualElementsBuiltOneByOne) {
         std::wstring(L"x") + static_cast<wchar_t>(0x110000) + static_cast<wchar_t>(-5),
     };
     const char* const names[] = {"Attribute1", "Attribute2", "Attribute3"};
-    for (const auto& [count, threads] : {std::pair{size_t{300}, true}, std::pair{size_t{30000}, true},
-                                        std::pair{size_t{30000}, false}}) {
+    for (const auto& [count, threads] :
+         {std::pair{size_t{300}, true}, std::pair{size_t{30000}, true},
+          std::pair{size_t{30000}, false}}) {
         SCOPED_TRACE(count);
         SCOPED_TRACE(threads);
         std::optional<ZebRefusedThreads> refused;

@@ -32,7 +32,8 @@ protected:
         static char* argv[] = {name, nullptr};
         if (!QApplication::instance()) new QApplication(argc, argv);
         file = folder.Folder() / "settings.xml";
-        const std::string made = VANTOR_BUILD_DIR "/bin/vantor-rules new -o " + file.string() + " 2>/dev/null";
+        const std::string made =
+            VANTOR_BUILD_DIR "/bin/vantor-rules new -o " + file.string() + " 2>/dev/null";
         ASSERT_EQ(std::system(made.c_str()), 0);
         original = FileBytes(file);
     }
@@ -64,7 +65,8 @@ TEST_F(ConfigureTest, OkWritesOnlyTheConfiguredRuleAndCancelNothing) {
     AnswerRuleDialog(CZEBRuleDlgBase::kIdOk, 4);
     EXPECT_EQ(Configure("FASTENER CLEARANCE", out.string()), 0);
     EXPECT_TRUE(FileBytes(file) == original);
-    const std::vector<std::string> before = RuleElements(original), after = RuleElements(FileBytes(out));
+    const std::vector<std::string> before = RuleElements(original),
+                                   after = RuleElements(FileBytes(out));
     ASSERT_EQ(after.size(), before.size());
     int changed = 0;
     for (size_t i = 0; i < before.size(); ++i) {
@@ -101,10 +103,13 @@ TEST_F(ConfigureTest, BoltScrewSummaryFollowsItsDialog) {
     const size_t rule = text.find("<Rule Name=\"Bolt and Screw Rationalization\"");
     ASSERT_NE(rule, std::string::npos);
     const std::string element = text.substr(rule, text.find("</Rule>", rule) - rule);
-    EXPECT_NE(element.find("Summary=\"Bolts &amp; Screws can be rationalized based on same diameter, same material, "
-                           "same length or difference between consecutive lengths, difference between consecutive "
-                           "diameters.\""),
-              std::string::npos)
+    EXPECT_NE(
+        element.find(
+            "Summary=\"Bolts &amp; Screws can be rationalized based on same diameter, same "
+            "material, "
+            "same length or difference between consecutive lengths, difference between consecutive "
+            "diameters.\""),
+        std::string::npos)
         << element;
 }
 
@@ -118,26 +123,32 @@ TEST_F(ConfigureTest, MinClearanceSummaryFollowsItsDialog) {
     const size_t rule = text.find("<Rule Name=\"Minimum Clearance Between Parts\"");
     ASSERT_NE(rule, std::string::npos);
     const std::string element = text.substr(rule, text.find("</Rule>", rule) - rule);
-    EXPECT_NE(element.find("Summary=\" Listed part pairs are checked against their own clearance.\""), std::string::npos)
+    EXPECT_NE(
+        element.find("Summary=\" Listed part pairs are checked against their own clearance.\""),
+        std::string::npos)
         << element;
 }
 
 // The host gives every rule it reads the unit of its document, so the dialogs of rules that read
 // no unit of their own name inches, not millimetres, for an inch document.
 TEST_F(ConfigureTest, DialogsNameTheUnitOfTheDocument) {
-    const std::string made = VANTOR_BUILD_DIR "/bin/vantor-rules new --unit 3 -o " + file.string() + " 2>/dev/null";
+    const std::string made =
+        VANTOR_BUILD_DIR "/bin/vantor-rules new --unit 3 -o " + file.string() + " 2>/dev/null";
     ASSERT_EQ(std::system(made.c_str()), 0);
-    const std::pair<const char*, int> labels[] = {
-        {"Fastener Clearance", 6019}, {"Fastener Engagement Length", 6032}, {"Contact Material", 7059}};
+    const std::pair<const char*, int> labels[] = {{"Fastener Clearance", 6019},
+                                                  {"Fastener Engagement Length", 6032},
+                                                  {"Contact Material", 7059}};
     for (const auto& [rule, labelId] : labels) {
         QString label;
         WhenModalOpen<CZEBRuleDlgBase>([&label, labelId = labelId](CZEBRuleDlgBase& dialog) {
-            if (auto* shown = qobject_cast<QLabel*>(dialog.GetDlgItem(labelId))) label = shown->text();
+            if (auto* shown = qobject_cast<QLabel*>(dialog.GetDlgItem(labelId)))
+                label = shown->text();
             qobject_cast<QPushButton*>(dialog.GetDlgItem(CZEBRuleDlgBase::kIdCancel))->click();
         });
         EXPECT_EQ(Configure(rule), 1) << rule;
         // "Clearance values (in)", or the unit alone
-        EXPECT_EQ(label.split(QChar(u' ')).last().remove(u'(').remove(u')'), "in") << rule << ": " << label.toStdString();
+        EXPECT_EQ(label.split(QChar(u' ')).last().remove(u'(').remove(u')'), "in")
+            << rule << ": " << label.toStdString();
     }
 }
 

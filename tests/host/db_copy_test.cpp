@@ -42,7 +42,8 @@ protected:
     // vantor-rules on the SQLite file of `folder`, or on the server database `url` when given.
     HostRun Db(const fs::path& folder, const std::string& args, const std::string& url = "") {
         std::string prefix = "VANTOR_DATABASE_DIR=" + ShellQuoted(folder.string());
-        prefix += url.empty() ? " VANTOR_DATABASE_URL=" : " VANTOR_DATABASE_URL=" + ShellQuoted(url);
+        prefix +=
+            url.empty() ? " VANTOR_DATABASE_URL=" : " VANTOR_DATABASE_URL=" + ShellQuoted(url);
         return RunHost("db " + args, temp_.Path() / "stderr.txt", prefix);
     }
 
@@ -92,7 +93,8 @@ TEST_F(DbCopy, FileToServerAndBackGivesTheSameListsAndRefusesTargetsThatHoldData
     ASSERT_EQ(Db(team, "fasteners add 'Only in the file'").status, 0);
     run = Db(team, "copy --to " + ShellQuoted(server.Url()));
     EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.err.find("holds data beyond the starter catalogue"), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("holds data beyond the starter catalogue"), std::string::npos)
+        << run.err;
     EXPECT_EQ(Lists(team, server.Url()), teamLists);
 
     // Back into a new file.
@@ -105,7 +107,8 @@ TEST_F(DbCopy, FileToServerAndBackGivesTheSameListsAndRefusesTargetsThatHoldData
     const std::string before = FileBytes(team / "vantor.sqlite");
     run = Db(team, "copy --from " + ShellQuoted(server.Url()));
     EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.err.find("holds data beyond the starter catalogue"), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("holds data beyond the starter catalogue"), std::string::npos)
+        << run.err;
     EXPECT_EQ(FileBytes(team / "vantor.sqlite"), before);
 
     // A server database a service already opened, still at its starter catalogue, takes a copy.

@@ -31,7 +31,9 @@
 #include "tests/support/scoped_env.h"
 
 namespace {
-TopoDS_Shape Box(double x, double y, double z) { return BRepPrimAPI_MakeBox(gp_Pnt(x, y, z), 10, 10, 10).Shape(); }
+TopoDS_Shape Box(double x, double y, double z) {
+    return BRepPrimAPI_MakeBox(gp_Pnt(x, y, z), 10, 10, 10).Shape();
+}
 
 std::string FileText(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
@@ -52,7 +54,8 @@ protected:
         // a and b overlap by 2 x 10 x 10; c sits 0.05 above both, nearer than the default 0.1.
         assembly = (folder.Folder() / "boxes.stp").string();
         ASSERT_TRUE(WriteStepAssembly(assembly, L"top",
-                                      {{L"a", Box(0, 0, 0), L"", L""}, {L"b", Box(8, 0, 0), L"", L""},
+                                      {{L"a", Box(0, 0, 0), L"", L""},
+                                       {L"b", Box(8, 0, 0), L"", L""},
                                        {L"c", Box(0, 0, 10.05), L"", L""}},
                                       "MM", error))
             << error;
@@ -67,7 +70,8 @@ protected:
     // The row of the document's rule that has parameter `id`.
     static int RuleWith(CRuleSetEditor& editor, long id) {
         for (size_t row = 0; row < editor.Document().RuleCount(); ++row)
-            if (const CZebRule* rule = editor.Document().Rule(row); rule && const_cast<CZebRule*>(rule)->FindParameterInArray(id))
+            if (const CZebRule* rule = editor.Document().Rule(row);
+                rule && const_cast<CZebRule*>(rule)->FindParameterInArray(id))
                 return static_cast<int>(row);
         return -1;
     }
@@ -77,7 +81,8 @@ protected:
         const QAbstractItemModel& model = *view.model();
         for (int row = 0; row < model.rowCount(); ++row) {
             QStringList cells;
-            for (int column = 0; column < CAssemblyCheck::kMessageColumn; ++column) cells << model.index(row, column).data().toString();
+            for (int column = 0; column < CAssemblyCheck::kMessageColumn; ++column)
+                cells << model.index(row, column).data().toString();
             rows.push_back(cells.join('|').toStdString());
         }
         return rows;
@@ -132,7 +137,8 @@ TEST_F(EditorCheckTest, FindingsFromTheOpenRuleSet) {
     // The two clearance findings are equal in value; their order between them is the sort's.
     EXPECT_EQ(shown[0], all[0]);
     std::sort(shown.begin() + 1, shown.end());
-    EXPECT_EQ(std::vector<std::string>(shown.begin() + 1, shown.end()), std::vector<std::string>(all.begin() + 1, all.end()));
+    EXPECT_EQ(std::vector<std::string>(shown.begin() + 1, shown.end()),
+              std::vector<std::string>(all.begin() + 1, all.end()));
 
     auto* rules = result.Dock()->findChild<QComboBox*>(CAssemblyCheck::kRuleFilterName);
     ASSERT_NE(rules, nullptr);
@@ -149,7 +155,8 @@ TEST_F(EditorCheckTest, FindingsFromTheOpenRuleSet) {
     EXPECT_EQ(editor.Table()->currentRow(), clearance);
 
     rules->setCurrentIndex(0);
-    const std::filesystem::path json = folder.Folder() / "report.json", html = folder.Folder() / "report.html";
+    const std::filesystem::path json = folder.Folder() / "report.json",
+                                html = folder.Folder() / "report.html";
     auto* save = result.Dock()->findChild<QPushButton*>(CAssemblyCheck::kSaveName);
     ASSERT_NE(save, nullptr);
     ui.ChooseFiles({json.wstring()});
@@ -167,7 +174,8 @@ TEST_F(EditorCheckTest, FindingsFromTheOpenRuleSet) {
     ui.ChooseFiles({text.wstring()});
     check->trigger();
     ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_NE(ui.messages[0].text.find(L"not a readable STEP file"), std::wstring::npos) << ToUtf8(ui.messages[0].text);
+    EXPECT_NE(ui.messages[0].text.find(L"not a readable STEP file"), std::wstring::npos)
+        << ToUtf8(ui.messages[0].text);
     EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Error);
     EXPECT_EQ(result.Report().findings.size(), 3u);
     // A cancelled chooser checks nothing.
@@ -188,13 +196,15 @@ TEST_F(EditorCheckTest, CancelStopsTheCheck) {
     bool cancelled = false;
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, [&] {
-        if (QProgressDialog* progress = editor.findChild<QProgressDialog*>(); progress && !cancelled) {
+        if (QProgressDialog* progress = editor.findChild<QProgressDialog*>();
+            progress && !cancelled) {
             progress->cancel();
             cancelled = true;
         }
     });
     poll.start(50);
-    EXPECT_EQ(editor.AssemblyCheck()->Check(editor.Document().Snapshot(), shared), ZebCheckCancelled);
+    EXPECT_EQ(editor.AssemblyCheck()->Check(editor.Document().Snapshot(), shared),
+              ZebCheckCancelled);
     EXPECT_TRUE(cancelled);
     EXPECT_TRUE(ui.messages.empty());
     EXPECT_TRUE(editor.AssemblyCheck()->Dock()->isHidden());

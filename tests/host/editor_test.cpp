@@ -8,17 +8,17 @@
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
-#include <QListWidget>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QStatusBar>
-#include <QTextBrowser>
-#include <QUndoStack>
-#include <QMenuBar>
 #include <QTableWidget>
 #include <QTest>
+#include <QTextBrowser>
 #include <QTranslator>
+#include <QUndoStack>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -26,8 +26,8 @@
 #include "app/help_topics.h"
 #include "framework/text_convert.h"
 #include "framework/ui/recording_ui_service.h"
-#include "framework/zeb_rule.h"
 #include "framework/ui/rule_dlg_base.h"
+#include "framework/zeb_rule.h"
 #include "host/editor/rule_set_editor.h"
 #include "host/param_text.h"
 #include "host/settings_diff.h"
@@ -71,7 +71,8 @@ protected:
         ASSERT_TRUE(module.Load(VANTOR_BUILD_DIR "/lib/vantor", error)) << error;
         // A document as `new` writes it, with a rule of another module before the end.
         file = folder.Folder() / "settings.xml";
-        const std::string made = VANTOR_BUILD_DIR "/bin/vantor-rules new -o " + file.string() + " 2>/dev/null";
+        const std::string made =
+            VANTOR_BUILD_DIR "/bin/vantor-rules new -o " + file.string() + " 2>/dev/null";
         ASSERT_EQ(std::system(made.c_str()), 0);
         std::string text = FileBytes(file);
         text.insert(text.rfind("  </AssemblyRules>"), "    " + kUnknownRule + "\n");
@@ -196,7 +197,9 @@ TEST_F(EditorTest, BadFilesAndFailedSavesLoseNothing) {
     CRuleSetEditor editor(module);
     ASSERT_TRUE(editor.OpenFile(file.string()));
     const fs::path broken = folder.Folder() / "broken.xml";
-    const std::string brokenText = "<VantorSettings>\n  <AssemblyRules Unit=\"0\">\n    <Rule Name=\"x\">\n</VantorSettings>\n";
+    const std::string brokenText =
+        "<VantorSettings>\n  <AssemblyRules Unit=\"0\">\n    <Rule "
+        "Name=\"x\">\n</VantorSettings>\n";
     std::ofstream(broken, std::ios::binary) << brokenText;
     EXPECT_FALSE(editor.OpenFile(broken.string()));
     ASSERT_EQ(ui.messages.size(), 1u);
@@ -253,7 +256,8 @@ TEST_F(EditorTest, UnitsConvertEveryRuleAndBack) {
     const std::regex valueOrUnit(R"(<Value>[^<]*</Value>|Unit="\d+")");
     const auto valuesOf = [&](const std::string& document) {
         std::vector<std::string> found;
-        for (std::sregex_iterator it(document.begin(), document.end(), valueOrUnit), end; it != end; ++it)
+        for (std::sregex_iterator it(document.begin(), document.end(), valueOrUnit), end; it != end;
+             ++it)
             found.push_back(it->str());
         return found;
     };
@@ -434,19 +438,23 @@ TEST_F(EditorTest, TheDetailPaneAndTheFilter) {
     QTest::keyClicks(editor.Filter(), "ALIGN");
     std::vector<QString> shown;
     for (int row = 0; row < editor.Table()->rowCount(); ++row)
-        if (!editor.Table()->isRowHidden(row)) shown.push_back(editor.Table()->item(row, 0)->text());
-    EXPECT_EQ(shown, (std::vector<QString>{"Hole Alignment", "Fastener Alignment", "Slot Alignment"}));
+        if (!editor.Table()->isRowHidden(row))
+            shown.push_back(editor.Table()->item(row, 0)->text());
+    EXPECT_EQ(shown,
+              (std::vector<QString>{"Hole Alignment", "Fastener Alignment", "Slot Alignment"}));
     EXPECT_EQ(editor.Table()->item(editor.Table()->currentRow(), 0)->text(), "Hole Alignment");
     EXPECT_TRUE(editor.Details()->toPlainText().contains("Hole Alignment"));
     editor.Filter()->clear();
-    for (int row = 0; row < editor.Table()->rowCount(); ++row) EXPECT_FALSE(editor.Table()->isRowHidden(row));
+    for (int row = 0; row < editor.Table()->rowCount(); ++row)
+        EXPECT_FALSE(editor.Table()->isRowHidden(row));
 }
 
 // Rules taken from another rule set are chosen in a list and converted into the open set's unit;
 // the comparison with a file shows what diff prints.
 TEST_F(EditorTest, RulesComeFromAnotherFileAndTheDifferenceIsShown) {
     const fs::path inches = folder.Folder() / "inches.xml";
-    const std::string made = VANTOR_BUILD_DIR "/bin/vantor-rules new --unit 3 -o " + inches.string() + " 2>/dev/null";
+    const std::string made =
+        VANTOR_BUILD_DIR "/bin/vantor-rules new --unit 3 -o " + inches.string() + " 2>/dev/null";
     ASSERT_EQ(std::system(made.c_str()), 0);
     std::string inchText = FileBytes(inches);
     // The inch set's hole alignment tolerance: 0.5 in, which is 12.7 mm.
@@ -463,7 +471,8 @@ TEST_F(EditorTest, RulesComeFromAnotherFileAndTheDifferenceIsShown) {
         for (int i = 0; i < list->count(); ++i) {
             offered << list->item(i)->text();
             // Only the hole alignment, chosen with the keyboard: Space unticks the others.
-            if (list->item(i)->text() != "Hole Alignment") list->item(i)->setCheckState(Qt::Unchecked);
+            if (list->item(i)->text() != "Hole Alignment")
+                list->item(i)->setCheckState(Qt::Unchecked);
         }
         dialog.accept();
     });
@@ -472,14 +481,16 @@ TEST_F(EditorTest, RulesComeFromAnotherFileAndTheDifferenceIsShown) {
     EXPECT_EQ(offered.size(), 12);
     EXPECT_TRUE(editor.Document().IsModified());
     EXPECT_EQ(editor.Document().RuleCount(), 13u);
-    const CZebRule* imported = editor.Document().Rule(static_cast<size_t>(RowNamed(editor, "Hole Alignment")));
+    const CZebRule* imported =
+        editor.Document().Rule(static_cast<size_t>(RowNamed(editor, "Hole Alignment")));
     ASSERT_NE(imported, nullptr);
     EXPECT_EQ(imported->CurrentUnits.LengthUnit, 0);
     EXPECT_NE(ParamValuesText(*imported->ParamArray[0]).find("12.7"), std::string::npos);
 
     QString differences;
     WhenModalOpen<QDialog>([&differences](QDialog& dialog) {
-        differences = dialog.findChild<QPlainTextEdit*>(CRuleSetEditor::kDifferencesName)->toPlainText();
+        differences =
+            dialog.findChild<QPlainTextEdit*>(CRuleSetEditor::kDifferencesName)->toPlainText();
         dialog.reject();
     });
     ui.ChooseFiles({inches.wstring()});
@@ -504,15 +515,18 @@ TEST_F(EditorTest, HelpOpensAtTheChosenRule) {
     editor.Table()->setCurrentCell(RowNamed(editor, "Slot Alignment"), 0);
     QTest::keyClick(editor.Table(), Qt::Key_F1);
     ASSERT_EQ(ui.opened.size(), 1u);
-    EXPECT_NE(ui.opened[0].find(L"/en/vantor.html#rule-slot-alignment"), std::wstring::npos) << ui.opened[0];
+    EXPECT_NE(ui.opened[0].find(L"/en/vantor.html#rule-slot-alignment"), std::wstring::npos)
+        << ui.opened[0];
     editor.Filter()->setText("no such rule");
     editor.ShowHelp();
     ASSERT_EQ(ui.opened.size(), 2u);
     EXPECT_NE(ui.opened[1].find(L"#rule-sets"), std::wstring::npos) << ui.opened[1];
     for (const char* language : {"en", "de"}) {
-        const std::string help = FileBytes(fs::path(VANTOR_BUILD_DIR "/share/vantor/res") / language / "vantor.html");
+        const std::string help =
+            FileBytes(fs::path(VANTOR_BUILD_DIR "/share/vantor/res") / language / "vantor.html");
         for (const ZebRuleHelpTopic& topic : kRuleHelpTopics)
-            EXPECT_NE(help.find("id=\"" + ToUtf8(topic.topic) + "\""), std::string::npos) << language;
+            EXPECT_NE(help.find("id=\"" + ToUtf8(topic.topic) + "\""), std::string::npos)
+                << language;
     }
 }
 
@@ -587,7 +601,8 @@ TEST_F(EditorTest, ARuleIsSwitchedOffAndOnFromTheList) {
     EXPECT_NE(item()->foreground().color(), normal);
     EXPECT_EQ(table->item(row, 1)->foreground().color(), item()->foreground().color());
     EXPECT_TRUE(editor.Details()->toPlainText().contains("Fastener Clearance (off)"));
-    EXPECT_TRUE(editor.Details()->toPlainText().contains("Switched off")) << editor.Details()->toPlainText().toStdString();
+    EXPECT_TRUE(editor.Details()->toPlainText().contains("Switched off"))
+        << editor.Details()->toPlainText().toStdString();
     EXPECT_TRUE(editor.isWindowModified());
     EXPECT_EQ(editor.UndoStack()->undoText(), "Switch Off Fastener Clearance");
     const std::string off = editor.Document().Snapshot();
@@ -619,7 +634,8 @@ TEST_F(EditorTest, ARuleIsSwitchedOffAndOnFromTheList) {
 
     ASSERT_TRUE(editor.SaveDocument());
     std::string expected = original;
-    const size_t at = expected.find("<Rule Name=\"Fastener Clearance\" Status=\"0\" LifeStatus=\"0\"");
+    const size_t at =
+        expected.find("<Rule Name=\"Fastener Clearance\" Status=\"0\" LifeStatus=\"0\"");
     ASSERT_NE(at, std::string::npos);
     expected.replace(expected.find("LifeStatus=\"0\"", at), 14, "LifeStatus=\"1\"");
     EXPECT_EQ(FileBytes(file), expected);
@@ -639,7 +655,8 @@ TEST_F(EditorTest, ARuleIsSwitchedOffAndOnFromTheList) {
     std::vector<std::string> lines;
     std::string error;
     ASSERT_TRUE(DiffSettings(module, before.string(), file.string(), lines, error)) << error;
-    EXPECT_EQ(lines, std::vector<std::string>{"rule \"Fastener Clearance\": life status in use -> switched off"});
+    EXPECT_EQ(lines, std::vector<std::string>{
+                         "rule \"Fastener Clearance\": life status in use -> switched off"});
 }
 
 // A rule whose element holds no status (settings older than the switch) has no box; Space and
@@ -665,7 +682,8 @@ TEST_F(EditorTest, ARuleWithoutAStatusHasNoSwitch) {
     EXPECT_TRUE(RuleInUse(*rule));
     EXPECT_FALSE(editor.Table()->item(row, 0)->data(Qt::CheckStateRole).isValid());
     editor.Table()->setCurrentCell(row, 0);
-    EXPECT_TRUE(editor.Details()->toPlainText().contains("no status")) << editor.Details()->toPlainText().toStdString();
+    EXPECT_TRUE(editor.Details()->toPlainText().contains("no status"))
+        << editor.Details()->toPlainText().toStdString();
     EXPECT_TRUE(editor.Table()->item(row, 0)->toolTip().contains("no status"));
 
     editor.Table()->setFocus();
@@ -674,7 +692,8 @@ TEST_F(EditorTest, ARuleWithoutAStatusHasNoSwitch) {
     EXPECT_FALSE(editor.Document().SetInUse(static_cast<size_t>(row), false));
     EXPECT_EQ(editor.UndoStack()->count(), 0);
     EXPECT_FALSE(editor.Document().IsModified());
-    EXPECT_TRUE(editor.statusBar()->currentMessage().contains("no status")) << editor.statusBar()->currentMessage().toStdString();
+    EXPECT_TRUE(editor.statusBar()->currentMessage().contains("no status"))
+        << editor.statusBar()->currentMessage().toStdString();
     // The rule of another module has no box either.
     const int unknown = RowNamed(editor, "Wobble Check");
     EXPECT_FALSE(editor.Table()->item(unknown, 0)->data(Qt::CheckStateRole).isValid());

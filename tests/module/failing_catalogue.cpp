@@ -39,11 +39,13 @@ struct RuleFailingIn : CZebRule {
         static ZebXMLDocument document;
         auto node = std::unique_ptr<ZebXMLNode>(document.CreateDocumentElement(L"Rule"));
         node->AddAttribute(L"Name", Name);
-        node->AppendElements1("Row", 3 * kMinRowsPerRange, [&](size_t row, ZebXMLElementText& text) {
-            if (failing == L"ExportToXML" && row == 2 * kMinRowsPerRange) throw std::bad_alloc();
-            text.BeginElement();
-            text.EndElement();
-        });
+        node->AppendElements1("Row", 3 * kMinRowsPerRange,
+                              [&](size_t row, ZebXMLElementText& text) {
+                                  if (failing == L"ExportToXML" && row == 2 * kMinRowsPerRange)
+                                      throw std::bad_alloc();
+                                  text.BeginElement();
+                                  text.EndElement();
+                              });
         return node.release();
     }
     void ClearState() override { Fail(L"ClearState"); }
@@ -89,6 +91,7 @@ CZebRule* CreateRuleByName(const std::wstring& name) {
     if (name == L"Import fails") return MakeImportFails();
     if (name == L"Creation fails") return MakeFailing();
     const std::wstring failingIn = L"Fails in ";
-    if (name.starts_with(failingIn)) return new CGuardedRule<RuleFailingIn>(name.substr(failingIn.size()));
+    if (name.starts_with(failingIn))
+        return new CGuardedRule<RuleFailingIn>(name.substr(failingIn.size()));
     return nullptr;
 }

@@ -82,7 +82,8 @@ TEST_F(ModuleBoundaryTest, NothingThrownInsideReachesTheHost) {
 namespace {
 class RecordingSink : public IZebMessageSink {
 public:
-    int ShowMessage(const std::wstring&, const std::wstring& text, ZebMsgIcon, ZebMsgButtons) override {
+    int ShowMessage(const std::wstring&, const std::wstring& text, ZebMsgIcon,
+                    ZebMsgButtons) override {
         texts.push_back(text);
         return ZebIdOk;
     }
@@ -151,7 +152,8 @@ TEST_F(ModuleBoundaryTest, RuleMethodsKeepTheirFailuresInside) {
     deleteRule(&configuring);
 
     // The rest answer as a rule that did nothing, or failed, would.
-    const auto check = [&](const std::wstring& method, const std::function<void(CZebRule&)>& answers) {
+    const auto check = [&](const std::wstring& method,
+                           const std::function<void(CZebRule&)>& answers) {
         SCOPED_TRACE(ToUtf8(method));
         CZebRule* rule = made(method);
         ASSERT_NE(rule, nullptr);

@@ -10,11 +10,18 @@
 #include "framework/zeb_xml.h"
 
 namespace {
-const char* const kEnglishCreationOrder[] = {
-    "Hole Alignment",         "Preferred Components", "Fastener Engagement Length", "Minimum Clearance Between Parts",
-    "Interference Detection", "Fastener Accessibility", "Recommended Thread Types in Connection",
-    "Fastener Clearance",     "Bolt and Screw Rationalization", "Fastener Alignment", "Contact Material",
-    "Slot Alignment"};
+const char* const kEnglishCreationOrder[] = {"Hole Alignment",
+                                             "Preferred Components",
+                                             "Fastener Engagement Length",
+                                             "Minimum Clearance Between Parts",
+                                             "Interference Detection",
+                                             "Fastener Accessibility",
+                                             "Recommended Thread Types in Connection",
+                                             "Fastener Clearance",
+                                             "Bolt and Screw Rationalization",
+                                             "Fastener Alignment",
+                                             "Contact Material",
+                                             "Slot Alignment"};
 
 struct Module {
     void* handle = nullptr;
@@ -35,7 +42,8 @@ Module& Loaded() {
         unsetenv("LC_ALL");
         unsetenv("LC_MESSAGES");
         Module loaded;
-        loaded.handle = dlopen(VANTOR_BUILD_DIR "/lib/vantor/ZEBAssemblyRules.so", RTLD_NOW | RTLD_LOCAL);
+        loaded.handle =
+            dlopen(VANTOR_BUILD_DIR "/lib/vantor/ZEBAssemblyRules.so", RTLD_NOW | RTLD_LOCAL);
         if (!loaded.handle) return loaded;
         auto get = [&](const char* name) { return dlsym(loaded.handle, name); };
         loaded.SetXMLDoc = reinterpret_cast<SetXMLDocFn>(get("SetXMLDoc"));
@@ -55,8 +63,8 @@ protected:
     void SetUp() override {
         m = &Loaded();
         ASSERT_NE(m->handle, nullptr) << dlerror();
-        ASSERT_TRUE(m->SetXMLDoc && m->GetAllRules && m->GetRule && m->DeleteRule && m->GetModuleName &&
-                    m->GetModuleSummary && m->SetDBModuleList);
+        ASSERT_TRUE(m->SetXMLDoc && m->GetAllRules && m->GetRule && m->DeleteRule &&
+                    m->GetModuleName && m->GetModuleSummary && m->SetDBModuleList);
         m->SetXMLDoc(&doc);
     }
     void TearDown() override {

@@ -16,25 +16,30 @@ using Rows = std::vector<ZebRow>;
 
 TEST_F(FastenerRulesTest, Defaults) {
     CZEBAssemblyFastenerClearanceRule clearance;
-    ExpectShape(clearance, {{2052, 8, 7, 24, true}, {9450, 8, 7, 24, true}}, IDS_RULE_FASTENER_CLEARANCE, 2, 13040);
+    ExpectShape(clearance, {{2052, 8, 7, 24, true}, {9450, 8, 7, 24, true}},
+                IDS_RULE_FASTENER_CLEARANCE, 2, 13040);
     ExpectTable(clearance, FastenerClearanceParams::kAll);
     EXPECT_TRUE(Values<ZebRow>(clearance, 2052).empty());
     EXPECT_FALSE(clearance.IsPopulated);
-    EXPECT_EQ(clearance.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_FASTENER_CLEARANCE), {L"", L"", L""}));
+    EXPECT_EQ(clearance.Summary,
+              ZebFormatText(LoadLocalizedString(IDS_SUMMARY_FASTENER_CLEARANCE), {L"", L"", L""}));
     EXPECT_EQ(clearance.Summary.find(L"%"), std::wstring::npos);
 
     CZEBAssemblyFastenerEngagementLenRule engagement;
-    ExpectShape(engagement, {{2053, 8, 3, 24, true}}, IDS_RULE_FASTENER_ENGAGEMENT_LENGTH, 2, 13030);
+    ExpectShape(engagement, {{2053, 8, 3, 24, true}}, IDS_RULE_FASTENER_ENGAGEMENT_LENGTH, 2,
+                13030);
     ExpectTable(engagement, FastenerEngagementParams::kAll);
     EXPECT_NE(engagement.Summary.find(L">="), std::wstring::npos);
 
     CZEBAssemblyRecommThreadConnectionRule thread;
-    ExpectShape(thread, {{7072, 8, 3, 24, true}, {9148, 8, 3, 24, true}}, IDS_RULE_RECOMM_THREAD_TYPES, 2, 13120);
+    ExpectShape(thread, {{7072, 8, 3, 24, true}, {9148, 8, 3, 24, true}},
+                IDS_RULE_RECOMM_THREAD_TYPES, 2, 13120);
     ExpectTable(thread, RecommThreadParams::kAll);
     EXPECT_FALSE(Param<ZebRow>(thread, 9148).criteriaStatus);
 
     CZEBAssemblyFastenerAlignmentRule alignment;
-    ExpectShape(alignment, {{8019, 4, 3, 1, true}, {8076, 3, 3, 1, false}}, IDS_RULE_FASTENER_ALIGNMENT, 2, 13150);
+    ExpectShape(alignment, {{8019, 4, 3, 1, true}, {8076, 3, 3, 1, false}},
+                IDS_RULE_FASTENER_ALIGNMENT, 2, 13150);
     ExpectTable(alignment, FastenerAlignmentParams::kAll);
     EXPECT_EQ(Values<double>(alignment, 8019), std::vector<double>{0.0});
     EXPECT_TRUE(Values<bool>(alignment, 8076).empty());
@@ -42,16 +47,22 @@ TEST_F(FastenerRulesTest, Defaults) {
     EXPECT_EQ(alignment.Summary, LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT));
 
     CZEBAssemblyFastenerAccessibilityRule accessibility;
-    ExpectShape(accessibility, {{6080, 4, 7, 1, true}, {6092, 4, 7, 1, true}, {6093, 4, 3, 1, true}}, IDS_RULE_FASTENER_ACCESSIBILITY, 2, 13060);
+    ExpectShape(accessibility,
+                {{6080, 4, 7, 1, true}, {6092, 4, 7, 1, true}, {6093, 4, 3, 1, true}},
+                IDS_RULE_FASTENER_ACCESSIBILITY, 2, 13060);
     ExpectTable(accessibility, FastenerAccessibilityParams::kAll);
     EXPECT_EQ(Values<double>(accessibility, 6080), std::vector<double>{1.2});
     EXPECT_EQ(Values<double>(accessibility, 6092), std::vector<double>{2.5});
     EXPECT_EQ(Values<double>(accessibility, 6093), std::vector<double>{0.0});
 
     CZEBAssemblyBoltScrewRationalizationRule bolt;
-    ExpectShape(bolt, {{9024, 3, 3, 1, true}, {9025, 3, 3, 1, true}, {9026, 4, 7, 1, true}, {9027, 4, 7, 1, true},
-                       {9603, 3, 3, 1, true}},
-IDS_RULE_BOLT_SCREW_RATIONALIZATION, 2, 13180);
+    ExpectShape(bolt,
+                {{9024, 3, 3, 1, true},
+                 {9025, 3, 3, 1, true},
+                 {9026, 4, 7, 1, true},
+                 {9027, 4, 7, 1, true},
+                 {9603, 3, 3, 1, true}},
+                IDS_RULE_BOLT_SCREW_RATIONALIZATION, 2, 13180);
     ExpectTable(bolt, BoltScrewParams::kAll);
     EXPECT_EQ(Values<double>(bolt, 9026), std::vector<double>{4.0});
     EXPECT_EQ(Values<double>(bolt, 9027), std::vector<double>{2.0});
@@ -111,7 +122,9 @@ TEST_F(FastenerRulesTest, RoundTripsReplaceDefaultsInsteadOfAddingToThem) {
     EXPECT_FALSE(Param<bool>(boltBack, 9025).status);
     EXPECT_FALSE(Param<double>(boltBack, 9026).criteriaStatus);
     EXPECT_EQ(Values<double>(boltBack, 9026), std::vector<double>{4.0});
-    EXPECT_EQ(boltBack.Summary, LoadLocalizedString(IDS_SUMMARY_BOLT_SCREW_RATIONALIZATION));  // not rebuilt on import
+    EXPECT_EQ(
+        boltBack.Summary,
+        LoadLocalizedString(IDS_SUMMARY_BOLT_SCREW_RATIONALIZATION));  // not rebuilt on import
 
     // Thread sizes are not cleared before reading; thread pairs are.
     CZEBAssemblyRecommThreadConnectionRule thread;
@@ -127,24 +140,28 @@ TEST_F(FastenerRulesTest, RoundTripsReplaceDefaultsInsteadOfAddingToThem) {
 
 TEST_F(FastenerRulesTest, OldClearanceLayoutAndOperatorRepair) {
     CZEBAssemblyFastenerClearanceRule old;
-    old.ImportFromXML(Parsed(R"(<Rule Name="Fastener Clearance"><Parameter Type="2052"><Operator>3</Operator>
+    old.ImportFromXML(
+        Parsed(R"(<Rule Name="Fastener Clearance"><Parameter Type="2052"><Operator>3</Operator>
         <ParameterType>24</ParameterType>
         <Value Attribute1="M6" Attribute2="1.5" Attribute3="2.5"/>
         <Value Attribute1="M8" Attribute2="3"/>
         <Value Attribute1="M10" Attribute2="4" Attribute3="5"/></Parameter></Rule>)")
-                         .get());
-    EXPECT_EQ(Values<ZebRow>(old, 2052), (Rows{{L"M6", L"1.5", L""}, {L"M8", L"3"}, {L"M10", L"4", L""}}));
+            .get());
+    EXPECT_EQ(Values<ZebRow>(old, 2052),
+              (Rows{{L"M6", L"1.5", L""}, {L"M8", L"3"}, {L"M10", L"4", L""}}));
     EXPECT_EQ(Values<ZebRow>(old, 9450), (Rows{{L"M6", L"2.5", L""}, {L"M10", L"5", L""}}));
     EXPECT_EQ(Param<ZebRow>(old, 2052).op, ZebOp_GreaterEqual);
     EXPECT_EQ(Param<ZebRow>(old, 9450).op, ZebOp_GreaterEqual);
 
     // With 9450 rows present nothing moves, and "RANGE" is kept.
     CZEBAssemblyFastenerClearanceRule current;
-    current.ImportFromXML(Parsed(R"(<Rule><Parameter Type="2052"><Operator>1</Operator><ParameterType>24</ParameterType>
+    current.ImportFromXML(
+        Parsed(
+            R"(<Rule><Parameter Type="2052"><Operator>1</Operator><ParameterType>24</ParameterType>
         <Value Attribute1="M6" Attribute2="1" Attribute3="2"/></Parameter>
         <Parameter Type="9450"><Operator>8</Operator><ParameterType>24</ParameterType>
         <Value Attribute1="M6" Attribute2="3" Attribute3=""/></Parameter></Rule>)")
-                             .get());
+            .get());
     EXPECT_EQ(Values<ZebRow>(current, 2052), (Rows{{L"M6", L"1", L"2"}}));
     EXPECT_EQ(Values<ZebRow>(current, 9450), (Rows{{L"M6", L"3", L""}}));
     EXPECT_EQ(Param<ZebRow>(current, 2052).op, ZebOp_Range);
@@ -160,8 +177,10 @@ TEST_F(FastenerRulesTest, ConvertUnitsOfTableCells) {
     Param<ZebRow>(clearance, 2052).values.Add(ZebRow{L"", L"", L""});
     Param<ZebRow>(clearance, 9450).values.Add(ZebRow{L"M5", L"2.54", L""});
     clearance.ConvertUnits(&kMm, &kInch);
-    EXPECT_EQ(Values<ZebRow>(clearance, 2052), (Rows{{L"M6", L"1.0", L"0.472441"}, {L"M8", L"50.8"}, {L"", L"", L""}}));
-    EXPECT_EQ(Values<ZebRow>(clearance, 9450), (Rows{{L"M6", L"0.0", L"0.1"}, {L"M5", L"0.1", L""}}));
+    EXPECT_EQ(Values<ZebRow>(clearance, 2052),
+              (Rows{{L"M6", L"1.0", L"0.472441"}, {L"M8", L"50.8"}, {L"", L"", L""}}));
+    EXPECT_EQ(Values<ZebRow>(clearance, 9450),
+              (Rows{{L"M6", L"0.0", L"0.1"}, {L"M5", L"0.1", L""}}));
     EXPECT_EQ(clearance.CurrentUnits.LengthUnit, 3);
 
     // Equal length units: only the units are stored, even texts that are not numbers stay.
@@ -227,33 +246,41 @@ TEST_F(FastenerRulesTest, BoltAndScrewSummary) {
     Param<bool>(bolt, 9024).status = true;
     Param<double>(bolt, 9026).criteriaStatus = true;
     bolt.RebuildSummary();
-    EXPECT_EQ(bolt.Summary, opening + L", same head type, same length or difference between consecutive lengths.");
+    EXPECT_EQ(
+        bolt.Summary,
+        opening + L", same head type, same length or difference between consecutive lengths.");
 
     Param<bool>(bolt, 9025).status = true;
     Param<double>(bolt, 9027).criteriaStatus = true;
     bolt.RebuildSummary();
-    EXPECT_EQ(bolt.Summary, opening + L", same head type, same material, same length or difference between "
-                                      L"consecutive lengths, difference between consecutive diameters.");
+    EXPECT_EQ(bolt.Summary,
+              opening +
+                  L", same head type, same material, same length or difference between "
+                  L"consecutive lengths, difference between consecutive diameters.");
 }
 
 TEST_F(FastenerRulesTest, AlignmentSummaryWhenTheRuleHoldsItsSwitch) {
     CZEBAssemblyFastenerAlignmentRule rule;
-    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 8011, ZebOp_LessEqual, ZebParam_Value, true, false));
-    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 8021, ZebOp_Equal, ZebParam_Value, true, false));
+    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 8011, ZebOp_LessEqual,
+                                                      ZebParam_Value, true, false));
+    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 8021, ZebOp_Equal,
+                                                      ZebParam_Value, true, false));
     rule.UpdateSummary();  // 8021 without a value: summary as constructed
     EXPECT_EQ(rule.Summary, LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT));
 
     Param<double>(rule, 8021).values.Add(1.0);
     Param<double>(rule, 8019).values[0] = 25.4;
     rule.ConvertUnits(&kMm, &kInch);
-    EXPECT_EQ(rule.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT_LIMIT), {L"<=", L"1.0", GetUnitText(3)}));
+    EXPECT_EQ(rule.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT_LIMIT),
+                                          {L"<=", L"1.0", GetUnitText(3)}));
 
     Param<double>(rule, 8021).values[0] = 0.5;  // integer part 0
     rule.UpdateSummary();
     EXPECT_EQ(rule.Summary, LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT));
 
     // Values from a file beyond any integer type still switch the limit on; NaN switches it off.
-    const std::wstring limit = ZebFormatText(LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT_LIMIT), {L"<=", L"1.0", GetUnitText(3)});
+    const std::wstring limit = ZebFormatText(
+        LoadLocalizedString(IDS_SUMMARY_FASTENER_ALIGNMENT_LIMIT), {L"<=", L"1.0", GetUnitText(3)});
     for (double on : {1e300, -1e19, -1.0, std::numeric_limits<double>::infinity()}) {
         Param<double>(rule, 8021).values[0] = on;
         rule.UpdateSummary();

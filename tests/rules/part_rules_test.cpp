@@ -13,35 +13,53 @@ namespace {
 using PartRulesTest = RuleTest;
 using Rows = std::vector<ZebRow>;
 
-CZEBASMSlotAlignmentCheckRule MakeSlot() { return CZEBASMSlotAlignmentCheckRule(IDS_RULE_SLOT_ALIGNMENT, IDS_SUMMARY_SLOT_ALIGNMENT, 13090); }
+CZEBASMSlotAlignmentCheckRule MakeSlot() {
+    return CZEBASMSlotAlignmentCheckRule(IDS_RULE_SLOT_ALIGNMENT, IDS_SUMMARY_SLOT_ALIGNMENT,
+                                         13090);
+}
 }  // namespace
 
 TEST_F(PartRulesTest, Defaults) {
     CZEBASMHoleAlignmentCheckRule hole;
-    ExpectShape(hole, {{7800, 4, 8, 1, true}, {7092, 4, 8, 1, true}, {7094, 4, 8, 1, true}, {9084, 4, 8, 1, true}},
-IDS_RULE_HOLE_ALIGNMENT, 1, 13010);
+    ExpectShape(hole,
+                {{7800, 4, 8, 1, true},
+                 {7092, 4, 8, 1, true},
+                 {7094, 4, 8, 1, true},
+                 {9084, 4, 8, 1, true}},
+                IDS_RULE_HOLE_ALIGNMENT, 1, 13010);
     ExpectTable(hole, HoleAlignmentParams::kAll);
     EXPECT_EQ(Values<double>(hole, 7800), std::vector<double>{0.5});
     EXPECT_TRUE(Param<double>(hole, 7800).criteriaStatus);
     EXPECT_TRUE(Values<double>(hole, 7092).empty());
     EXPECT_FALSE(Param<double>(hole, 7094).criteriaStatus);
     EXPECT_EQ(Values<double>(hole, 9084), std::vector<double>{0.1});
-    EXPECT_EQ(hole.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_HOLE_ALIGNMENT), {L"<=", L"0.5", GetUnitText(0)}));
+    EXPECT_EQ(hole.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_HOLE_ALIGNMENT),
+                                          {L"<=", L"0.5", GetUnitText(0)}));
     EXPECT_EQ(hole.Evaluate(nullptr, nullptr, nullptr), -3);
 
     auto slot = MakeSlot();
-    ExpectShape(slot, {{8004, 4, 8, 1, true}, {9503, 4, 8, 1, true}, {9606, 3, 3, 0, true}, {9608, 3, 3, 0, true}},
-IDS_RULE_SLOT_ALIGNMENT, 1, 13090);
+    ExpectShape(slot,
+                {{8004, 4, 8, 1, true},
+                 {9503, 4, 8, 1, true},
+                 {9606, 3, 3, 0, true},
+                 {9608, 3, 3, 0, true}},
+                IDS_RULE_SLOT_ALIGNMENT, 1, 13090);
     ExpectTable(slot, SlotAlignmentParams::kAll);
     EXPECT_EQ(Values<double>(slot, 9503), std::vector<double>{0.5});
     EXPECT_EQ(Values<bool>(slot, 9608), std::vector<bool>{false});
-    EXPECT_EQ(slot.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_SLOT_ALIGNMENT), {L"", L"", L""}));
+    EXPECT_EQ(slot.Summary,
+              ZebFormatText(LoadLocalizedString(IDS_SUMMARY_SLOT_ALIGNMENT), {L"", L"", L""}));
     EXPECT_EQ(slot.Evaluate(nullptr, nullptr, nullptr), -3);
 
     CZEBAssemblyInterferenceDetectionRule interference;
-    ExpectShape(interference, {{6067, 3, 3, 22, true}, {6069, 3, 3, 22, true}, {8073, 3, 3, 22, true},
-                               {6070, 3, 3, 22, true}, {8978, 4, 8, 1, false}, {6068, 8, 3, 24, true}},
-IDS_RULE_INTERFERENCE_DETECTION, 1, 13050);
+    ExpectShape(interference,
+                {{6067, 3, 3, 22, true},
+                 {6069, 3, 3, 22, true},
+                 {8073, 3, 3, 22, true},
+                 {6070, 3, 3, 22, true},
+                 {8978, 4, 8, 1, false},
+                 {6068, 8, 3, 24, true}},
+                IDS_RULE_INTERFERENCE_DETECTION, 1, 13050);
     ExpectTable(interference, InterferenceParams::kAll);
     EXPECT_EQ(Values<bool>(interference, 6069), std::vector<bool>{true});
     EXPECT_EQ(Values<bool>(interference, 6070), std::vector<bool>{false});
@@ -49,17 +67,24 @@ IDS_RULE_INTERFERENCE_DETECTION, 1, 13050);
     EXPECT_EQ(interference.Evaluate(nullptr, nullptr, nullptr), 0);
 
     CZEBAssemblyMinClearanceBetPartsRule clearance;
-    ExpectShape(clearance, {{2062, 4, 7, 1, true}, {2049, 4, 3, 1, true}, {2048, 8, 3, 24, true},
-                            {2063, 4, 7, 1, true}, {6072, 3, 3, 22, true}, {6073, 3, 3, 22, true},
-                            {8095, 3, 3, 22, true}},
-IDS_RULE_MIN_CLEARANCE, 1, 13020);
+    ExpectShape(clearance,
+                {{2062, 4, 7, 1, true},
+                 {2049, 4, 3, 1, true},
+                 {2048, 8, 3, 24, true},
+                 {2063, 4, 7, 1, true},
+                 {6072, 3, 3, 22, true},
+                 {6073, 3, 3, 22, true},
+                 {8095, 3, 3, 22, true}},
+                IDS_RULE_MIN_CLEARANCE, 1, 13020);
     ExpectTable(clearance, MinClearanceParams::kAll);
     EXPECT_EQ(Values<double>(clearance, 2062), (std::vector<double>{1.0, 0.1}));
     EXPECT_EQ(Values<bool>(clearance, 6073), std::vector<bool>{true});
-    EXPECT_EQ(clearance.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", L"0.1", GetUnitText(0)}));
+    EXPECT_EQ(clearance.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE),
+                                               {L">=", L"0.1", GetUnitText(0)}));
 
     CZEBAssemblyCheckContactMaterialRule contact;
-    ExpectShape(contact, {{7065, 8, 3, 24, true}, {7051, 4, 5, 1, true}}, IDS_RULE_CONTACT_MATERIAL, 2, 13100);
+    ExpectShape(contact, {{7065, 8, 3, 24, true}, {7051, 4, 5, 1, true}}, IDS_RULE_CONTACT_MATERIAL,
+                2, 13100);
     ExpectTable(contact, ContactMaterialParams::kAll);
     EXPECT_EQ(Values<double>(contact, 7051), std::vector<double>{0.1});
     EXPECT_FALSE(contact.IsPopulated);
@@ -94,7 +119,8 @@ TEST_F(PartRulesTest, RoundTrips) {
     EXPECT_EQ(Values<double>(slotBack, 9503), std::vector<double>{0.5});
     EXPECT_EQ(Values<bool>(slotBack, 9606), std::vector<bool>{true});
     EXPECT_EQ(Values<bool>(slotBack, 9608), std::vector<bool>{false});
-    EXPECT_EQ(slotBack.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_SLOT_ALIGNMENT), {L"<=", L"1.5", GetUnitText(0)}));
+    EXPECT_EQ(slotBack.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_SLOT_ALIGNMENT),
+                                              {L"<=", L"1.5", GetUnitText(0)}));
 
     CZEBAssemblyInterferenceDetectionRule interference;
     Param<bool>(interference, 8073).values[0] = true;
@@ -125,7 +151,8 @@ TEST_F(PartRulesTest, RoundTrips) {
     EXPECT_EQ(Values<bool>(clearanceBack, 8095), std::vector<bool>{true});
     EXPECT_EQ(Values<double>(clearanceBack, 2063), std::vector<double>{1.0});
     EXPECT_EQ(clearanceBack.CurrentUnits.LengthUnit, 1);
-    EXPECT_EQ(clearanceBack.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", L"0.4", GetUnitText(1)}) +
+    EXPECT_EQ(clearanceBack.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE),
+                                                   {L">=", L"0.4", GetUnitText(1)}) +
                                          LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS));
 
     CZEBAssemblyCheckContactMaterialRule contact;
@@ -141,7 +168,8 @@ TEST_F(PartRulesTest, RoundTrips) {
     Param<std::wstring>(preferred, 7002).values[0] = L"encoded table";
     CZEBAssemblyCheckPrefCompRule preferredBack;
     preferredBack.ImportFromXML(Stored(preferred).get());
-    EXPECT_EQ(Values<std::wstring>(preferredBack, 7002), std::vector<std::wstring>{L"encoded table"});
+    EXPECT_EQ(Values<std::wstring>(preferredBack, 7002),
+              std::vector<std::wstring>{L"encoded table"});
 }
 
 TEST_F(PartRulesTest, HoleAlignmentVersionUpgrade) {
@@ -179,7 +207,8 @@ TEST_F(PartRulesTest, HoleAlignmentVersionUpgrade) {
 }
 
 TEST_F(PartRulesTest, HoleAlignmentToleranceDefaultInTheParentUnit) {
-    const std::string withoutTolerance = R"(<Rule Name="Hole Alignment"><Parameter Type="7800"><Operator>8</Operator>
+    const std::string withoutTolerance =
+        R"(<Rule Name="Hole Alignment"><Parameter Type="7800"><Operator>8</Operator>
         <Value>0.5</Value></Parameter></Rule>)";
     CZEBASMHoleAlignmentCheckRule millimetres;
     millimetres.ImportFromXML(Parsed(withoutTolerance, L"v3.5", L"0").get());
@@ -191,7 +220,8 @@ TEST_F(PartRulesTest, HoleAlignmentToleranceDefaultInTheParentUnit) {
     EXPECT_EQ(inches.CurrentUnits.LengthUnit, 3);
     ASSERT_EQ(Values<double>(inches, 9084).size(), 1u);
     EXPECT_NEAR(Values<double>(inches, 9084)[0], 0.1 / 25.4, 1e-12);
-    EXPECT_EQ(inches.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_HOLE_ALIGNMENT), {L"<=", L"0.5", GetUnitText(3)}));
+    EXPECT_EQ(inches.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_HOLE_ALIGNMENT),
+                                            {L"<=", L"0.5", GetUnitText(3)}));
 }
 
 TEST_F(PartRulesTest, SlotAlignmentVersionUpgrade) {
@@ -203,8 +233,8 @@ TEST_F(PartRulesTest, SlotAlignmentVersionUpgrade) {
         std::wstring version;
         std::vector<bool> expected;
     };
-    for (const Case& c : {Case{L"v3.4", {true, false}}, Case{L"3.4", {true, false}}, Case{L"", {true, false}},
-                          Case{L"v3.5", {true}}, Case{L"3.6", {true}}}) {
+    for (const Case& c : {Case{L"v3.4", {true, false}}, Case{L"3.4", {true, false}},
+                          Case{L"", {true, false}}, Case{L"v3.5", {true}}, Case{L"3.6", {true}}}) {
         SCOPED_TRACE(std::string(c.version.begin(), c.version.end()));
         auto slot = MakeSlot();
         slot.ImportFromXML(Place(exported.get(), c.version, L"0").get());
@@ -222,7 +252,8 @@ TEST_F(PartRulesTest, AlignmentDatabaseAttributes) {
     EXPECT_EQ(attributes[9], (std::pair<std::wstring, std::wstring>{L"SelectedDatabase", L""}));
     EXPECT_EQ(attributes[10], (std::pair<std::wstring, std::wstring>{L"DBCategory", L"Hardware"}));
 
-    GetAssemblyRulesApp()->m_databaseModules = {L"/opt/vantor/lib/vantor/ZEBDatabaseu.so", L"other.so"};
+    GetAssemblyRulesApp()->m_databaseModules = {L"/opt/vantor/lib/vantor/ZEBDatabaseu.so",
+                                                L"other.so"};
     auto slot = MakeSlot();
     slot.DBCategory = L"Fasteners";
     node.reset(slot.ExportToXML());
@@ -238,7 +269,8 @@ TEST_F(PartRulesTest, AlignmentDatabaseAttributes) {
 
 TEST_F(PartRulesTest, MinimumClearanceSummary) {
     CZEBAssemblyMinClearanceBetPartsRule rule;
-    const std::wstring partOne = ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", L"2.0", GetUnitText(0)});
+    const std::wstring partOne = ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE),
+                                               {L">=", L"2.0", GetUnitText(0)});
     Param<double>(rule, 2062).values[1] = 2.0;
     Param<double>(rule, 2062).values[0] = 0.0;
     Param<double>(rule, 2049).values[0] = 1.0;
@@ -258,7 +290,8 @@ TEST_F(PartRulesTest, MinimumClearanceSummary) {
     // A unit change shows the general clearance whatever the switches say.
     Param<double>(rule, 2062).values[0] = 0.0;
     rule.ConvertUnits(&kMm, &kCm);
-    EXPECT_EQ(rule.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", L"0.2", GetUnitText(1)}));
+    EXPECT_EQ(rule.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE),
+                                          {L">=", L"0.2", GetUnitText(1)}));
 
     Param<double>(rule, 2062).values.RemoveAll();
     rule.RebuildSummary();
@@ -266,7 +299,8 @@ TEST_F(PartRulesTest, MinimumClearanceSummary) {
 
     // A switch is on when its whole part is not zero, however large the value read from a file;
     // NaN is off.
-    const std::wstring general = ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE), {L">=", L"0.1", GetUnitText(1)});
+    const std::wstring general = ZebFormatText(LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE),
+                                               {L">=", L"0.1", GetUnitText(1)});
     const std::wstring pairs = LoadLocalizedString(IDS_SUMMARY_MIN_CLEARANCE_PAIRS);
     Param<double>(rule, 2062).values.Add(0.0);
     Param<double>(rule, 2062).values.Add(0.1);
@@ -275,8 +309,8 @@ TEST_F(PartRulesTest, MinimumClearanceSummary) {
     const struct {
         double general, pairSwitch;
         bool generalShown, pairsShown;
-    } cases[] = {{1e300, -1e19, true, true}, {-1e300, 1e19, true, true}, {inf, -inf, true, true},
-                 {nan, nan, false, false}, {0.99, -0.99, false, false}, {-1.0, 1.5, true, true},
+    } cases[] = {{1e300, -1e19, true, true}, {-1e300, 1e19, true, true},  {inf, -inf, true, true},
+                 {nan, nan, false, false},   {0.99, -0.99, false, false}, {-1.0, 1.5, true, true},
                  {9.3e18, 0.0, true, false}, {0.0, -9.3e18, false, true}};
     for (const auto& c : cases) {
         Param<double>(rule, 2062).values[0] = c.general;
@@ -293,7 +327,8 @@ TEST_F(PartRulesTest, ConvertUnits) {
     EXPECT_NEAR(Values<double>(hole, 7800)[0], 0.05, 1e-12);
     EXPECT_NEAR(Values<double>(hole, 9084)[0], 0.01, 1e-12);
     EXPECT_EQ(hole.CurrentUnits.LengthUnit, 1);
-    EXPECT_EQ(hole.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_HOLE_ALIGNMENT), {L"<=", L"0.05", GetUnitText(1)}));
+    EXPECT_EQ(hole.Summary, ZebFormatText(LoadLocalizedString(IDS_SUMMARY_HOLE_ALIGNMENT),
+                                          {L"<=", L"0.05", GetUnitText(1)}));
 
     auto slot = MakeSlot();
     slot.ConvertUnits(&kMm, &kCm);

@@ -18,8 +18,8 @@ struct ParamShape {
 };
 
 // Checks ids, order and codes of every parameter, and the rule record's common fields.
-inline void ExpectShape(CZebRule& rule, const std::vector<ParamShape>& expected, ZebStringId nameId, int32_t severity,
-                        int32_t imageId) {
+inline void ExpectShape(CZebRule& rule, const std::vector<ParamShape>& expected, ZebStringId nameId,
+                        int32_t severity, int32_t imageId) {
     ASSERT_EQ(rule.ParamArray.GetSize(), static_cast<int32_t>(expected.size()));
     for (size_t i = 0; i < expected.size(); ++i) {
         const CZebParamStorage* p = rule.ParamArray[static_cast<int32_t>(i)];
@@ -62,9 +62,12 @@ inline void ExpectTable(CZebRule& rule, std::span<const ParamSpec> table) {
         std::vector<double> held;
         const bool known = VisitTyped(*p, [&held]<class T>(const ZebTypedParam<T>& typed) {
             for (const T& v : typed.values) {
-                if constexpr (std::is_arithmetic_v<T>) held.push_back(static_cast<double>(v));
-                else if constexpr (std::is_same_v<T, std::wstring>) held.push_back(v.empty() ? 0.0 : -1.0);
-                else held.push_back(-1.0);
+                if constexpr (std::is_arithmetic_v<T>)
+                    held.push_back(static_cast<double>(v));
+                else if constexpr (std::is_same_v<T, std::wstring>)
+                    held.push_back(v.empty() ? 0.0 : -1.0);
+                else
+                    held.push_back(-1.0);
             }
         });
         EXPECT_TRUE(known);

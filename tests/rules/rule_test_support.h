@@ -16,7 +16,8 @@
 // Records every message instead of showing it.
 class RecordingMessages : public IZebMessageSink {
 public:
-    int ShowMessage(const std::wstring&, const std::wstring& text, ZebMsgIcon, ZebMsgButtons) override {
+    int ShowMessage(const std::wstring&, const std::wstring& text, ZebMsgIcon,
+                    ZebMsgButtons) override {
         texts.push_back(text);
         return ZebIdOk;
     }
@@ -37,7 +38,8 @@ protected:
 
     // Places `rule` under an "AssemblyRules" element of a fresh document with the given
     // attributes (an empty text leaves the attribute out) and returns the placed element.
-    std::unique_ptr<ZebXMLNode> Place(ZebXMLNode* rule, const std::wstring& version, const std::wstring& unit) {
+    std::unique_ptr<ZebXMLNode> Place(ZebXMLNode* rule, const std::wstring& version,
+                                      const std::wstring& unit) {
         auto doc = std::make_unique<ZebXMLDocument>();
         std::unique_ptr<ZebXMLNode> parent(doc->CreateDocumentElement(L"AssemblyRules"));
         if (!version.empty()) parent->AddAttribute(L"Version", version);
@@ -57,14 +59,17 @@ protected:
     }
 
     // A "Rule" element parsed from text, placed under a parent with the given attributes.
-    std::unique_ptr<ZebXMLNode> Parsed(const std::string& ruleXml, const std::wstring& version = L"v3.5",
+    std::unique_ptr<ZebXMLNode> Parsed(const std::string& ruleXml,
+                                       const std::wstring& version = L"v3.5",
                                        const std::wstring& unit = L"0") {
         auto doc = std::make_unique<ZebXMLDocument>();
         std::string parentAttrs;
-        if (!version.empty()) parentAttrs += " Version=\"" + std::string(version.begin(), version.end()) + "\"";
+        if (!version.empty())
+            parentAttrs += " Version=\"" + std::string(version.begin(), version.end()) + "\"";
         if (!unit.empty()) parentAttrs += " Unit=\"" + std::string(unit.begin(), unit.end()) + "\"";
         std::wstring error;
-        EXPECT_TRUE(doc->LoadXML("<AssemblyRules" + parentAttrs + ">" + ruleXml + "</AssemblyRules>", error))
+        EXPECT_TRUE(doc->LoadXML(
+            "<AssemblyRules" + parentAttrs + ">" + ruleXml + "</AssemblyRules>", error))
             << std::string(error.begin(), error.end());
         std::unique_ptr<ZebXMLNodeList> rules(doc->GetElementsByTagName(L"Rule"));
         docs.push_back(std::move(doc));
@@ -80,7 +85,8 @@ protected:
 template <class T>
 ZebTypedParam<T>& Param(CZebRule& rule, long id) {
     CZebParamStorage* p = rule.FindParameterInArray(id);
-    if (!p || !p->As<T>()) throw std::runtime_error("parameter " + std::to_string(id) + " missing or of another type");
+    if (!p || !p->As<T>())
+        throw std::runtime_error("parameter " + std::to_string(id) + " missing or of another type");
     return *p->As<T>();
 }
 

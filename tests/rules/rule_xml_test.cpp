@@ -76,7 +76,8 @@ TEST_F(RuleXmlTest, ExportedRuleAsExactText) {
 </AssemblyRules>
 )";
     std::string text = expected;
-    text.replace(text.find("@SUMMARY@"), 9, ToUtf8(LoadLocalizedString(IDS_SUMMARY_FASTENER_ACCESSIBILITY)));
+    text.replace(text.find("@SUMMARY@"), 9,
+                 ToUtf8(LoadLocalizedString(IDS_SUMMARY_FASTENER_ACCESSIBILITY)));
     EXPECT_EQ(doc.GetXML(), text);
 }
 
@@ -92,9 +93,9 @@ TEST_F(RuleXmlTest, HeaderRoundTripAndFileNameCut) {
     EXPECT_EQ(Attr(*stored, L"RuleModuleFileName"), L"ZEBAssemblyRules.so");
     std::vector<std::wstring> names;
     for (const auto& [name, value] : stored->GetAttributes()) names.push_back(name);
-    EXPECT_EQ(names, (std::vector<std::wstring>{L"Name", L"Status", L"LifeStatus", L"Summary", L"Module",
-                                                L"RuleModule", L"RuleModuleFileName", L"Severity",
-                                                L"RuleCategory"}));
+    EXPECT_EQ(names, (std::vector<std::wstring>{L"Name", L"Status", L"LifeStatus", L"Summary",
+                                                L"Module", L"RuleModule", L"RuleModuleFileName",
+                                                L"Severity", L"RuleCategory"}));
 
     CZEBAssemblyFastenerAccessibilityRule back;
     back.Summary = L"kept";
@@ -133,7 +134,8 @@ TEST_F(RuleXmlTest, RangeValueCountsAndLocaleIndependentNumbers) {
     ASSERT_TRUE(german.Applied());
     for (int count : {4, 5, 6}) {
         TestRule rule;
-        rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 100, ZebOp_Range, ZebParam_Value, true, false));
+        rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 100, ZebOp_Range,
+                                                          ZebParam_Value, true, false));
         for (int i = 0; i < count; ++i) Param<double>(rule, 100).values.Add(i + 0.25);
         auto stored = Stored(rule);
         auto params = Children(*stored, L"Parameter");
@@ -147,7 +149,8 @@ TEST_F(RuleXmlTest, RangeValueCountsAndLocaleIndependentNumbers) {
         }
 
         TestRule back;
-        back.ParamArray.Add(back.CreateParamStorageObject(ZebType_Double, 100, ZebOp_Equal, ZebParam_Value, true, false));
+        back.ParamArray.Add(back.CreateParamStorageObject(ZebType_Double, 100, ZebOp_Equal,
+                                                          ZebParam_Value, true, false));
         back.ImportFromXML(stored.get());
         EXPECT_EQ(Param<double>(back, 100).values.GetSize(), static_cast<int32_t>(expected));
         EXPECT_EQ(Param<double>(back, 100).op, ZebOp_Range);
@@ -159,7 +162,8 @@ TEST_F(RuleXmlTest, RangeValueCountsAndLocaleIndependentNumbers) {
 
 TEST_F(RuleXmlTest, TableRowsWriteEveryCellAndReadFive) {
     TestRule rule;
-    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Row, 200, ZebOp_Equal, ZebParam_Table, true, false));
+    rule.ParamArray.Add(
+        rule.CreateParamStorageObject(ZebType_Row, 200, ZebOp_Equal, ZebParam_Table, true, false));
     auto& rows = Param<ZebRow>(rule, 200).values;
     rows.Add(ZebRow{L"a", L"b", L"c", L"d", L"e", L"f", L"g"});
     rows.Add(ZebRow{});
@@ -172,17 +176,20 @@ TEST_F(RuleXmlTest, TableRowsWriteEveryCellAndReadFive) {
     EXPECT_EQ(Attr(*values[0], L"Attribute7"), L"g");
 
     TestRule back;
-    back.ParamArray.Add(back.CreateParamStorageObject(ZebType_Row, 200, ZebOp_Equal, ZebParam_Table, true, false));
+    back.ParamArray.Add(
+        back.CreateParamStorageObject(ZebType_Row, 200, ZebOp_Equal, ZebParam_Table, true, false));
     back.ImportFromXML(stored.get());
-    EXPECT_EQ(Values<ZebRow>(back, 200), (std::vector<ZebRow>{{L"a", L"b", L"c", L"d", L"e"}, {L"x", L"y"}}));
+    EXPECT_EQ(Values<ZebRow>(back, 200),
+              (std::vector<ZebRow>{{L"a", L"b", L"c", L"d", L"e"}, {L"x", L"y"}}));
 }
 
 // Cells go out through one reused UTF-8 buffer and come back straight from the attributes' UTF-8.
 TEST_F(RuleXmlTest, TableCellsKeepNonAsciiTextAndEndAtAnEmbeddedNul) {
     TestRule rule;
-    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Row, 200, ZebOp_Equal, ZebParam_Table, true, false));
-    Param<ZebRow>(rule, 200).values.Add(
-        ZebRow{L"Mutter DIN 934 \u2013 Stahl", L"\U0001F600", std::wstring(L"ab\0cd", 5), L"", L"M8"});
+    rule.ParamArray.Add(
+        rule.CreateParamStorageObject(ZebType_Row, 200, ZebOp_Equal, ZebParam_Table, true, false));
+    Param<ZebRow>(rule, 200).values.Add(ZebRow{L"Mutter DIN 934 \u2013 Stahl", L"\U0001F600",
+                                               std::wstring(L"ab\0cd", 5), L"", L"M8"});
     auto stored = Stored(rule);
     auto values = Children(*Children(*stored, L"Parameter")[0], L"Value");
     ASSERT_EQ(values.size(), 1u);
@@ -194,15 +201,18 @@ TEST_F(RuleXmlTest, TableCellsKeepNonAsciiTextAndEndAtAnEmbeddedNul) {
     EXPECT_EQ(Attr(*values[0], L"Attribute5"), L"M8");
 
     TestRule back;
-    back.ParamArray.Add(back.CreateParamStorageObject(ZebType_Row, 200, ZebOp_Equal, ZebParam_Table, true, false));
+    back.ParamArray.Add(
+        back.CreateParamStorageObject(ZebType_Row, 200, ZebOp_Equal, ZebParam_Table, true, false));
     back.ImportFromXML(stored.get());
-    EXPECT_EQ(Values<ZebRow>(back, 200),
-              (std::vector<ZebRow>{{L"Mutter DIN 934 \u2013 Stahl", L"\U0001F600", L"ab", L"", L"M8"}}));
+    EXPECT_EQ(
+        Values<ZebRow>(back, 200),
+        (std::vector<ZebRow>{{L"Mutter DIN 934 \u2013 Stahl", L"\U0001F600", L"ab", L"", L"M8"}}));
 }
 
 TEST_F(RuleXmlTest, ResultCriteriaDeviationEntries) {
     TestRule rule;
-    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 300, ZebOp_Less, ZebParam_Value, true, false));
+    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 300, ZebOp_Less,
+                                                      ZebParam_Value, true, false));
     auto& p = Param<double>(rule, 300);
     p.criteriaStatus = true;
     p.criteriaType = 4;
@@ -212,24 +222,28 @@ TEST_F(RuleXmlTest, ResultCriteriaDeviationEntries) {
     auto stored = Stored(rule);
 
     TestRule back;
-    back.ParamArray.Add(back.CreateParamStorageObject(ZebType_Double, 300, ZebOp_Less, ZebParam_Value, true, false));
+    back.ParamArray.Add(back.CreateParamStorageObject(ZebType_Double, 300, ZebOp_Less,
+                                                      ZebParam_Value, true, false));
     Param<double>(back, 300).percentDeviation[1] = {7.0, 7.0};
     back.ImportFromXML(stored.get());
     auto& q = Param<double>(back, 300);
     EXPECT_TRUE(q.criteriaStatus);
     EXPECT_EQ(q.criteriaType, 4);
     EXPECT_TRUE(q.percentDeviation.empty());
-    EXPECT_EQ(q.absoluteDeviation, (ZebDeviationMap{{1, {1.5, 0.0}}}));  // "Unknown" is not read back
+    EXPECT_EQ(q.absoluteDeviation,
+              (ZebDeviationMap{{1, {1.5, 0.0}}}));  // "Unknown" is not read back
     EXPECT_EQ(q.absoluteValue, (ZebDeviationMap{{2, {0.5, 0.75}}}));
 
     // One, two and three values, and an entry without values.
     TestRule parsed;
-    parsed.ParamArray.Add(parsed.CreateParamStorageObject(ZebType_Double, 300, ZebOp_Less, ZebParam_Value, true, false));
+    parsed.ParamArray.Add(parsed.CreateParamStorageObject(ZebType_Double, 300, ZebOp_Less,
+                                                          ZebParam_Value, true, false));
     parsed.ImportFromXML(Parsed(R"(<Rule><Parameter Type="300"><ResultCriteria Status="0">
         <PercentDeviation><Warning><Value>1</Value><Value>2</Value><Value>3</Value></Warning>
           <Info><Value>4.5</Value></Info></PercentDeviation>
         <AbsoluteDeviation><Warning/><Info><Value>x</Value><Value>6</Value></Info></AbsoluteDeviation>
-        </ResultCriteria></Parameter></Rule>)").get());
+        </ResultCriteria></Parameter></Rule>)")
+                             .get());
     auto& r = Param<double>(parsed, 300);
     EXPECT_FALSE(r.criteriaStatus);
     EXPECT_EQ(r.criteriaType, 0);
@@ -240,9 +254,12 @@ TEST_F(RuleXmlTest, ResultCriteriaDeviationEntries) {
 
 TEST_F(RuleXmlTest, ParameterElementsFirstMatchDefaultsAndOperatorOptions) {
     TestRule rule;
-    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Int, 400, ZebOp_Equal, ZebParam_Value, false, false));
-    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Bool, 401, ZebOp_Equal, ZebParam_Value, true, false));
-    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_String, 402, ZebOp_Equal, ZebParam_Value, true, false));
+    rule.ParamArray.Add(
+        rule.CreateParamStorageObject(ZebType_Int, 400, ZebOp_Equal, ZebParam_Value, false, false));
+    rule.ParamArray.Add(
+        rule.CreateParamStorageObject(ZebType_Bool, 401, ZebOp_Equal, ZebParam_Value, true, false));
+    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_String, 402, ZebOp_Equal,
+                                                      ZebParam_Value, true, false));
     Param<int32_t>(rule, 400).opOptions.Add(3);
     Param<int32_t>(rule, 400).criteriaStatus = true;
     Param<bool>(rule, 401).opOptions.Add(3);
@@ -251,13 +268,15 @@ TEST_F(RuleXmlTest, ParameterElementsFirstMatchDefaultsAndOperatorOptions) {
           <ParameterType>1</ParameterType><Value>12</Value><Value>zz</Value></Parameter>
         <Parameter Type="400"><Operator>8</Operator><Value>99</Value></Parameter>
         <Parameter Type="401" Status="0"><Value>0</Value><Value>yes</Value></Parameter>
-        <Parameter Type="402"><Operator>x</Operator><Value>a b</Value></Parameter></Rule>)").get());
+        <Parameter Type="402"><Operator>x</Operator><Value>a b</Value></Parameter></Rule>)")
+                           .get());
     auto& i = Param<int32_t>(rule, 400);
     EXPECT_EQ(i.op, 7);
-    EXPECT_EQ(std::vector<int32_t>(i.opOptions.begin(), i.opOptions.end()), (std::vector<int32_t>{5, 6}));
+    EXPECT_EQ(std::vector<int32_t>(i.opOptions.begin(), i.opOptions.end()),
+              (std::vector<int32_t>{5, 6}));
     EXPECT_EQ(Values<int32_t>(rule, 400), (std::vector<int32_t>{12, 0}));
-    EXPECT_TRUE(i.status);           // no "Status": enabled
-    EXPECT_TRUE(i.criteriaStatus);   // no "ResultCriteria": unchanged
+    EXPECT_TRUE(i.status);          // no "Status": enabled
+    EXPECT_TRUE(i.criteriaStatus);  // no "ResultCriteria": unchanged
     auto& b = Param<bool>(rule, 401);
     EXPECT_FALSE(b.status);
     EXPECT_EQ(b.op, 0);
@@ -271,10 +290,14 @@ TEST_F(RuleXmlTest, ParameterElementsFirstMatchDefaultsAndOperatorOptions) {
 TEST_F(RuleXmlTest, UnwrittenOperatorsAndUnknownValueTypes) {
     TestRule rule;
     rule.Name = L"test";
-    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 500, ZebOp_NotWritten, ZebParam_Value, true, false));
-    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 501, ZebOp_None, ZebParam_Value, true, false));
-    rule.ParamArray.Add(rule.CreateParamStorageObject(static_cast<Type_e>(9), 502, ZebOp_Equal, ZebParam_Value, true, false));
-    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Long, 503, ZebOp_Equal, ZebParam_Value, true, false));
+    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 500, ZebOp_NotWritten,
+                                                      ZebParam_Value, true, false));
+    rule.ParamArray.Add(rule.CreateParamStorageObject(ZebType_Double, 501, ZebOp_None,
+                                                      ZebParam_Value, true, false));
+    rule.ParamArray.Add(rule.CreateParamStorageObject(static_cast<Type_e>(9), 502, ZebOp_Equal,
+                                                      ZebParam_Value, true, false));
+    rule.ParamArray.Add(
+        rule.CreateParamStorageObject(ZebType_Long, 503, ZebOp_Equal, ZebParam_Value, true, false));
     Param<double>(rule, 500).values.Add(1.5);
     Param<long>(rule, 503).values.Add(-42);
     auto stored = Stored(rule);
@@ -285,12 +308,16 @@ TEST_F(RuleXmlTest, UnwrittenOperatorsAndUnknownValueTypes) {
     EXPECT_EQ(messages.texts[0], LoadLocalizedString(IDS_UNKNOWN_VALUE_TYPE));
 
     // Reading stops at the unknown type: 503 keeps its values, the rule is not marked populated.
-    auto withOp12 = Parsed(R"(<Rule Severity="2"><Parameter Type="500"><Operator>3</Operator><Value>7</Value></Parameter>
+    auto withOp12 = Parsed(
+        R"(<Rule Severity="2"><Parameter Type="500"><Operator>3</Operator><Value>7</Value></Parameter>
         <Parameter Type="503"><Value>5</Value></Parameter></Rule>)");
     TestRule back;
-    back.ParamArray.Add(back.CreateParamStorageObject(ZebType_Double, 500, ZebOp_NotWritten, ZebParam_Value, true, false));
-    back.ParamArray.Add(back.CreateParamStorageObject(static_cast<Type_e>(9), 502, ZebOp_Equal, ZebParam_Value, true, false));
-    back.ParamArray.Add(back.CreateParamStorageObject(ZebType_Long, 503, ZebOp_Equal, ZebParam_Value, true, false));
+    back.ParamArray.Add(back.CreateParamStorageObject(ZebType_Double, 500, ZebOp_NotWritten,
+                                                      ZebParam_Value, true, false));
+    back.ParamArray.Add(back.CreateParamStorageObject(static_cast<Type_e>(9), 502, ZebOp_Equal,
+                                                      ZebParam_Value, true, false));
+    back.ParamArray.Add(
+        back.CreateParamStorageObject(ZebType_Long, 503, ZebOp_Equal, ZebParam_Value, true, false));
     back.ImportFromXML(withOp12.get());
     EXPECT_EQ(messages.texts.size(), 2u);
     EXPECT_EQ(Values<double>(back, 500), std::vector<double>{7.0});
@@ -300,7 +327,8 @@ TEST_F(RuleXmlTest, UnwrittenOperatorsAndUnknownValueTypes) {
 
     // A parameter left out of the XML because of operator 12 is untouched by a later import.
     TestRule again;
-    again.ParamArray.Add(again.CreateParamStorageObject(ZebType_Double, 500, ZebOp_NotWritten, ZebParam_Value, true, false));
+    again.ParamArray.Add(again.CreateParamStorageObject(ZebType_Double, 500, ZebOp_NotWritten,
+                                                        ZebParam_Value, true, false));
     Param<double>(again, 500).values.Add(3.0);
     again.ImportFromXML(stored.get());
     EXPECT_EQ(Values<double>(again, 500), std::vector<double>{3.0});

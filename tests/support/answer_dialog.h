@@ -29,7 +29,8 @@ void WhenModalOpen(std::function<void(Dialog&)> act) {
 inline void AnswerRuleDialog(int button, int severity = 0) {
     WhenModalOpen<CZEBRuleDlgBase>([button, severity](CZEBRuleDlgBase& dialog) {
         if (severity)
-            if (auto* list = qobject_cast<QComboBox*>(dialog.GetDlgItem(6022))) list->setCurrentIndex(severity - 1);
+            if (auto* list = qobject_cast<QComboBox*>(dialog.GetDlgItem(6022)))
+                list->setCurrentIndex(severity - 1);
         qobject_cast<QPushButton*>(dialog.GetDlgItem(button))->click();
     });
 }

@@ -8,7 +8,8 @@
 // as the host loads it for as long as the object lives (or until Unload).
 class ScopedDatabaseModule {
 public:
-    ScopedDatabaseModule() : m_handle(dlopen(VANTOR_BUILD_DIR "/tests/ZEBDatabaseu.so", RTLD_NOW | RTLD_LOCAL)) {
+    ScopedDatabaseModule()
+        : m_handle(dlopen(VANTOR_BUILD_DIR "/tests/ZEBDatabaseu.so", RTLD_NOW | RTLD_LOCAL)) {
         if (!m_handle) m_error = dlerror();
     }
     ~ScopedDatabaseModule() { Unload(); }

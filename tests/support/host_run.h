@@ -19,9 +19,13 @@ struct HostRun {
 
 // Runs the built vantor-rules with `args` in English and the build's resources, its standard
 // error kept in `errFile`; `prefix` runs in the same shell before it (limits, traps, env).
-inline HostRun RunHost(const std::string& args, const std::filesystem::path& errFile, const std::string& prefix = "") {
-    const std::string command = prefix + " env VANTOR_RES_DIR=" VANTOR_BUILD_DIR "/share/vantor/res LANG=en_US.UTF-8 "
-                                "LC_ALL=C.UTF-8 " VANTOR_BUILD_DIR "/bin/vantor-rules " + args + " 2>" + errFile.string();
+inline HostRun RunHost(const std::string& args, const std::filesystem::path& errFile,
+                       const std::string& prefix = "") {
+    const std::string command = prefix +
+                                " env VANTOR_RES_DIR=" VANTOR_BUILD_DIR
+                                "/share/vantor/res LANG=en_US.UTF-8 "
+                                "LC_ALL=C.UTF-8 " VANTOR_BUILD_DIR "/bin/vantor-rules " +
+                                args + " 2>" + errFile.string();
     HostRun run;
     FILE* pipe = popen(command.c_str(), "r");
     char buffer[4096];

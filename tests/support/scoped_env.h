@@ -18,8 +18,10 @@ public:
     ScopedEnv& operator=(const ScopedEnv&) = delete;
 
     void Set(const char* value) {
-        if (value) ::setenv(m_name.c_str(), value, 1);
-        else ::unsetenv(m_name.c_str());
+        if (value)
+            ::setenv(m_name.c_str(), value, 1);
+        else
+            ::unsetenv(m_name.c_str());
     }
 
 private:

@@ -12,7 +12,8 @@
 class ScopedTempDir {
 public:
     explicit ScopedTempDir(const std::string& prefix) {
-        std::string pattern = (std::filesystem::temp_directory_path() / (prefix + "XXXXXX")).string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / (prefix + "XXXXXX")).string();
         if (::mkdtemp(pattern.data())) m_path = pattern;
         EXPECT_FALSE(m_path.empty()) << "no temporary folder for " << prefix;
     }

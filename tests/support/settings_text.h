@@ -10,6 +10,7 @@
 inline std::vector<std::string> RuleElements(const std::string& text) {
     const std::regex element(R"(<Rule [\s\S]*?</Rule>)");
     std::vector<std::string> found;
-    for (std::sregex_iterator it(text.begin(), text.end(), element), end; it != end; ++it) found.push_back(it->str());
+    for (std::sregex_iterator it(text.begin(), text.end(), element), end; it != end; ++it)
+        found.push_back(it->str());
     return found;
 }

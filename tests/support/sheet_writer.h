@@ -14,7 +14,8 @@
 using SheetCell = std::variant<std::monostate, std::string, double>;
 
 // Writes an ".xlsx" workbook of one sheet, row by row, with libxlsxwriter.
-inline void WriteSheet(const std::filesystem::path& path, const std::vector<std::vector<SheetCell>>& rows) {
+inline void WriteSheet(const std::filesystem::path& path,
+                       const std::vector<std::vector<SheetCell>>& rows) {
     lxw_workbook* workbook = workbook_new(path.c_str());
     lxw_worksheet* sheet = workbook_add_worksheet(workbook, nullptr);
     for (size_t r = 0; r < rows.size(); ++r) {
@@ -39,7 +40,8 @@ inline std::string Repeat(const std::string& text, size_t count) {
 }
 
 // Writes a ZIP archive with the given entries, for packages no writer would make.
-inline void WriteZip(const std::filesystem::path& path, const std::map<std::string, std::string>& entries) {
+inline void WriteZip(const std::filesystem::path& path,
+                     const std::map<std::string, std::string>& entries) {
     int error = 0;
     zip_t* zip = zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, &error);
     ASSERT_NE(zip, nullptr);

@@ -16,14 +16,18 @@ class ComponentTableTest : public ::testing::Test {
 protected:
     void SetUp() override {
         EnsureQtTestApp();
-        table().SetNumberedColumns({L"#", L"First part", L"Second part", L"Clearance", L"Note"}, 820);
+        table().SetNumberedColumns({L"#", L"First part", L"Second part", L"Clearance", L"Note"},
+                                   820);
         table().AppendEmptyRows(5);
         ShowActive(&dlg);
     }
     CZEBAsmRuleListCtrl& table() { return *dlg.table; }
-    QLineEdit* editor() { return FindZebControlAs<QLineEdit>(&table(), CZEBListCtrl::kTextEditorId); }
+    QLineEdit* editor() {
+        return FindZebControlAs<QLineEdit>(&table(), CZEBListCtrl::kTextEditorId);
+    }
     void Click(int row, int column, Qt::MouseButton button = Qt::LeftButton) {
-        QTest::mouseClick(table().viewport(), button, {}, table().GetCellRect(row, column).center());
+        QTest::mouseClick(table().viewport(), button, {},
+                          table().GetCellRect(row, column).center());
     }
     // Types into a cell opened by a click and ends with `key`.
     void Type(int row, int column, const char* text, Qt::Key key) {
@@ -124,7 +128,8 @@ TEST_F(ComponentTableTest, RightClickBrowsesOnlyTheModesNameColumns) {
     EXPECT_EQ(table().GetCellText(1, 4), L"pin.prt");
     // Below the last row nothing is browsed.
     const QRect last = table().visualRect(table().model()->index(4, 2));
-    QTest::mouseClick(table().viewport(), Qt::RightButton, {}, QPoint(last.center().x(), last.bottom() + 8));
+    QTest::mouseClick(table().viewport(), Qt::RightButton, {},
+                      QPoint(last.center().x(), last.bottom() + 8));
     EXPECT_EQ(ui.choosers.size(), 2u);
 }
 

@@ -26,7 +26,8 @@ void FindPixels(const QImage& image, QPoint& transparent, QPoint& opaque) {
     transparent = opaque = QPoint(-1, -1);
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x) {
-            QPoint& slot = (image.pixel(x, y) & 0xFFFFFF) == (kTransparent & 0xFFFFFF) ? transparent : opaque;
+            QPoint& slot =
+                (image.pixel(x, y) & 0xFFFFFF) == (kTransparent & 0xFFFFFF) ? transparent : opaque;
             if (slot.x() < 0) slot = QPoint(x, y);
         }
 }
@@ -81,7 +82,8 @@ TEST(ZebButton, UnreadableBitmapLeavesTheCaptionAlone) {
     const QColor text = QApplication::palette().color(QPalette::ButtonText);
     bool captionDrawn = false;
     for (int y = 0; y < shot.height() && !captionDrawn; ++y)
-        for (int x = 0; x < shot.width() && !captionDrawn; ++x) captionDrawn = QColor(shot.pixel(x, y)) == text;
+        for (int x = 0; x < shot.width() && !captionDrawn; ++x)
+            captionDrawn = QColor(shot.pixel(x, y)) == text;
     EXPECT_TRUE(captionDrawn);
 }
 

@@ -24,15 +24,21 @@ protected:
     void SetUp() override {
         EnsureQtTestApp();
         grid().SetColumns({L"Name", L"Size", L"Note"});
-        grid().SetRows(Rows{{L"a0", L"a1", L"a2"}, {L"b0", L"b1", L"b2"}, {L"c0", L"c1", L"c2"},
-                            {L"d0", L"d1", L"d2"}, {L"e0", L"e1", L"e2"}});
+        grid().SetRows(Rows{{L"a0", L"a1", L"a2"},
+                            {L"b0", L"b1", L"b2"},
+                            {L"c0", L"c1", L"c2"},
+                            {L"d0", L"d1", L"d2"},
+                            {L"e0", L"e1", L"e2"}});
     }
     CZEBListCtrl& grid() { return *dlg.table; }
-    QLineEdit* editor() { return FindZebControlAs<QLineEdit>(&grid(), CZEBListCtrl::kTextEditorId); }
+    QLineEdit* editor() {
+        return FindZebControlAs<QLineEdit>(&grid(), CZEBListCtrl::kTextEditorId);
+    }
     void Select(std::initializer_list<int> rows) {
         for (int row : rows)
-            grid().selectionModel()->setCurrentIndex(grid().model()->index(row, 0),
-                                                     QItemSelectionModel::Select | QItemSelectionModel::Rows);
+            grid().selectionModel()->setCurrentIndex(
+                grid().model()->index(row, 0),
+                QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
     void Key(int key) {
         QWidget* focus = QApplication::focusWidget();
@@ -352,7 +358,9 @@ protected:
         ShowActive(&dlg);
     }
     NumberTable& grid() { return *dlg.table; }
-    QLineEdit* editor() { return FindZebControlAs<QLineEdit>(&grid(), CZEBListCtrl::kTextEditorId); }
+    QLineEdit* editor() {
+        return FindZebControlAs<QLineEdit>(&grid(), CZEBListCtrl::kTextEditorId);
+    }
     void TypeAndPress(int row, const char* text, int key) {
         grid().BeginCellEdit(row, 1, 260);
         editor()->setText(QString::fromUtf8(text));
@@ -411,7 +419,8 @@ TEST_F(NumberTableTest, DeletingEveryRowKeepsTheSpareRows) {
     EXPECT_EQ(grid().GetRows(), (Rows{{}, {}}));
     // Deleting filled rows above the spare ones adds none.
     grid().SetRows(Rows{{L"a", L"1"}, {L"b", L"2"}, {}});
-    grid().selectionModel()->select(grid().model()->index(0, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    grid().selectionModel()->select(grid().model()->index(0, 0),
+                                    QItemSelectionModel::Select | QItemSelectionModel::Rows);
     EXPECT_EQ(grid().DeleteSelectedRows(), 1);
     EXPECT_EQ(grid().GetRows(), (Rows{{L"b", L"2"}, {}}));
 }
@@ -419,9 +428,10 @@ TEST_F(NumberTableTest, DeletingEveryRowKeepsTheSpareRows) {
 TEST_F(NumberTableTest, AScrolledTableThatShrinksRepaintsWithoutRecursion) {
     static std::vector<std::string> warnings;
     warnings.clear();
-    const QtMessageHandler previous = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
-        warnings.push_back(text.toStdString());
-    });
+    const QtMessageHandler previous =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+            warnings.push_back(text.toStdString());
+        });
     grid().AppendEmptyRows(300);
     QApplication::processEvents();
     grid().verticalScrollBar()->setValue(grid().verticalScrollBar()->maximum());
@@ -432,7 +442,8 @@ TEST_F(NumberTableTest, AScrolledTableThatShrinksRepaintsWithoutRecursion) {
     grid().viewport()->repaint();
     QApplication::processEvents();
     qInstallMessageHandler(previous);
-    for (const std::string& warning : warnings) EXPECT_EQ(warning.find("Recursive repaint"), std::string::npos) << warning;
+    for (const std::string& warning : warnings)
+        EXPECT_EQ(warning.find("Recursive repaint"), std::string::npos) << warning;
     EXPECT_EQ(grid().verticalScrollBar()->value(), 0);
 }
 
@@ -441,7 +452,9 @@ namespace {
 class KeyTable : public CZEBListCtrl {
 public:
     using CZEBListCtrl::CZEBListCtrl;
-    CellEditor EditorOf(int, int column) const override { return column == 0 ? CellEditor::Choice : CellEditor::Text; }
+    CellEditor EditorOf(int, int column) const override {
+        return column == 0 ? CellEditor::Choice : CellEditor::Text;
+    }
 
 protected:
     bool IsNumberCell(int, int column) const override { return column == 1; }
@@ -465,7 +478,8 @@ TEST(KeyboardTable, FilledWithKeysAlone) {
     };
     // Key by key, each to whichever widget has the focus then.
     const auto type = [](const char* text) {
-        for (const char* c = text; *c; ++c) QTest::keyClicks(QApplication::focusWidget(), QString(QChar(*c)));
+        for (const char* c = text; *c; ++c)
+            QTest::keyClicks(QApplication::focusWidget(), QString(QChar(*c)));
     };
 
     // F2 opens the drop-down of a name cell; its arrows stay its own, Enter takes the entry.

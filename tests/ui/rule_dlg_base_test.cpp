@@ -198,8 +198,9 @@ TEST(RuleDlgBase, MissingHelpFileIsReportedAndNothingOpens) {
 TEST(HelpUrl, EncodesThePathAndReadsBackToTheSameFile) {
     const QString odd = "/srv/Vantor Help #3/100% fertig/Größe/vantor.html";
     const QString text = QString::fromStdWString(ZebHelpUrl(odd.toStdWString(), L"topic-12"));
-    EXPECT_EQ(text.toStdString(),
-              "file:///srv/Vantor%20Help%20%233/100%25%20fertig/Gr%C3%B6%C3%9Fe/vantor.html#topic-12");
+    EXPECT_EQ(
+        text.toStdString(),
+        "file:///srv/Vantor%20Help%20%233/100%25%20fertig/Gr%C3%B6%C3%9Fe/vantor.html#topic-12");
     const QUrl url(text);
     EXPECT_EQ(url.toLocalFile().toStdString(), odd.toStdString());
     EXPECT_EQ(url.fragment().toStdString(), "topic-12");

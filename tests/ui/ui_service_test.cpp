@@ -30,8 +30,9 @@ TEST(UiService, CoreMessagesGoToTheInstalledServiceAndBack) {
         CZebRecordingUiService ui;
         EXPECT_EQ(GetZebUiService(), &ui);
         ui.AnswerMessage(ZebIdNo);
-        EXPECT_EQ(ZebMessageBox(L"Replace it?", L"Vantor", ZebMsgIcon::Question, ZebMsgButtons::YesNo),
-                  ZebIdNo);
+        EXPECT_EQ(
+            ZebMessageBox(L"Replace it?", L"Vantor", ZebMsgIcon::Question, ZebMsgButtons::YesNo),
+            ZebIdNo);
         // Unscripted: the first button.
         EXPECT_EQ(ZebUiMessage(nullptr, L"Refused", ZebMsgIcon::Warning, ZebMsgButtons::OkCancel),
                   ZebIdOk);
@@ -78,14 +79,16 @@ TEST(UiService, QtImplementationShowsRealMessageBoxesAndChoosers) {
         EXPECT_NE(box->button(QMessageBox::Yes), nullptr);
         box->button(QMessageBox::No)->click();
     });
-    EXPECT_EQ(qt.MessageBox(nullptr, L"Vantor", L"Overwrite?", ZebMsgIcon::Question, ZebMsgButtons::YesNo),
+    EXPECT_EQ(qt.MessageBox(nullptr, L"Vantor", L"Overwrite?", ZebMsgIcon::Question,
+                            ZebMsgButtons::YesNo),
               ZebIdNo);
     AnswerModal<QMessageBox>([](QMessageBox* box) {
         EXPECT_EQ(box->icon(), QMessageBox::Critical);
         box->button(QMessageBox::Cancel)->click();
     });
-    EXPECT_EQ(qt.MessageBox(nullptr, L"Vantor", L"Failed", ZebMsgIcon::Error, ZebMsgButtons::OkCancel),
-              ZebIdCancel);
+    EXPECT_EQ(
+        qt.MessageBox(nullptr, L"Vantor", L"Failed", ZebMsgIcon::Error, ZebMsgButtons::OkCancel),
+        ZebIdCancel);
 
     QTemporaryDir folder;
     const QString first = folder.filePath("bolt.prt"), second = folder.filePath("nut.prt");

@@ -1,4 +1,3 @@
-#include "util/component_names.h"
 #include "util/file_helpers.h"
 
 #include <fcntl.h>
@@ -21,6 +20,7 @@
 #include <vector>
 
 #include "app/assembly_rules_app.h"
+#include "util/component_names.h"
 
 namespace fs = std::filesystem;
 
@@ -76,7 +76,8 @@ struct ChildResult {
 // Runs `body` in a child process as user and group `uid` with TMPDIR unset, as a user who did
 // not choose a temporary folder. The body fills its report and gives the exit status; 100 means
 // the child could not become that user.
-ChildResult RunAsUser(uid_t uid, const std::function<int(std::string&)>& body, mode_t umaskBits = 022) {
+ChildResult RunAsUser(uid_t uid, const std::function<int(std::string&)>& body,
+                      mode_t umaskBits = 022) {
     int fds[2];
     if (::pipe(fds) != 0) return {};
     const pid_t pid = ::fork();
@@ -105,7 +106,8 @@ ChildResult RunAsUser(uid_t uid, const std::function<int(std::string&)>& body, m
     ChildResult result;
     char buffer[4096];
     ssize_t n;
-    while ((n = ::read(fds[0], buffer, sizeof buffer)) > 0) result.out.append(buffer, static_cast<size_t>(n));
+    while ((n = ::read(fds[0], buffer, sizeof buffer)) > 0)
+        result.out.append(buffer, static_cast<size_t>(n));
     ::close(fds[0]);
     int status = 0;
     while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
@@ -125,10 +127,11 @@ struct RemoveOnExit {
 }  // namespace
 
 TEST_F(FileHelpersTest, TemporaryFolderIsTmpdirElseOwnFolderAndLogPathsComeFromTheSheetName) {
-    setenv("TMPDIR", (tmp_.string() + "//").c_str(), 1);  // the user's choice, trailing separators cut
+    setenv("TMPDIR", (tmp_.string() + "//").c_str(),
+           1);  // the user's choice, trailing separators cut
     const std::wstring folder = GetModuleTempFolder();
     EXPECT_EQ(folder, (tmp_ / "VantorTemp").wstring());
-    struct stat st{};
+    struct stat st {};
     ASSERT_EQ(::stat((tmp_ / "VantorTemp").c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 07777, 01777u);
 
@@ -161,11 +164,12 @@ TEST_F(FileHelpersTest, LogPassesTruncateThenAppendAndNeverFollowLinks) {
     const std::wstring folder = GetModuleTempFolder();
     const fs::path log = fs::path(folder) / "BoltsFastnerClearance_log.txt";
     const mode_t oldMask = ::umask(022);
-    ASSERT_TRUE(WriteImportLogPass(log.wstring(), true, L"Missing values:\n", {L"row 3", L"row 5"}));
+    ASSERT_TRUE(
+        WriteImportLogPass(log.wstring(), true, L"Missing values:\n", {L"row 3", L"row 5"}));
     ::umask(oldMask);
     ASSERT_TRUE(WriteImportLogPass(log.wstring(), false, L"Repeated names:\n", {L"M8 \u00e4"}));
     EXPECT_EQ(Read(log), "Missing values:\nrow 3\nrow 5\nRepeated names:\nM8 \xc3\xa4\n");
-    struct stat st{};
+    struct stat st {};
     ASSERT_EQ(::stat(log.c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 0777, 0600u);  // the rows are the user's own business
     ASSERT_TRUE(WriteImportLogPass(log.wstring(), true, L"Again\n", {}));
@@ -197,7 +201,8 @@ TEST_F(FileHelpersTest, LogPassesTruncateThenAppendAndNeverFollowLinks) {
     ::close(reader);
     EXPECT_FALSE(WriteImportLogPass(fifo.wstring(), false, L"no reader", {}));
     fs::create_directory(fs::path(folder) / "DirFastnerClearance_log.txt");
-    EXPECT_FALSE(WriteImportLogPass((fs::path(folder) / "DirFastnerClearance_log.txt").wstring(), true, L"x", {}));
+    EXPECT_FALSE(WriteImportLogPass((fs::path(folder) / "DirFastnerClearance_log.txt").wstring(),
+                                    true, L"x", {}));
 }
 
 TEST_F(FileHelpersTest, LogOfAnotherUserIsNeverWrittenInto) {
@@ -227,16 +232,19 @@ TEST_F(FileHelpersTest, TwoUsersImportingTheSameSheetEachSeeTheirOwnLog) {
             BuildImportLogPath(L"/data/parts.xls", L"FastnerClearance_log.txt", log);
             out = fs::path(log).string();
             if (log.empty()) return 1;
-            if (!WriteImportLogPass(log, true, L"Missing values:\n", {fs::path(own).wstring()})) return 2;
+            if (!WriteImportLogPass(log, true, L"Missing values:\n", {fs::path(own).wstring()}))
+                return 2;
             if (!WriteImportLogPass(log, false, L"Repeated names:\n", {L"M8"})) return 3;
             return ReadRaw(out) == "Missing values:\n" + own + "\nRepeated names:\nM8\n" ? 0 : 4;
         });
-        EXPECT_EQ(child.status, 0) << "user " << users[i] << ", log " << child.out
-                                   << " (1 no log path, 2-3 log not written, 4 other rows read back)";
+        EXPECT_EQ(child.status, 0)
+            << "user " << users[i] << ", log " << child.out
+            << " (1 no log path, 2-3 log not written, 4 other rows read back)";
         paths[i] = child.out;
     }
     EXPECT_NE(paths[0], paths[1]);
-    EXPECT_EQ(paths[0], (OwnFolderOf(kFirstUser) / "VantorTemp/partsFastnerClearance_log.txt").string());
+    EXPECT_EQ(paths[0],
+              (OwnFolderOf(kFirstUser) / "VantorTemp/partsFastnerClearance_log.txt").string());
 }
 
 TEST_F(FileHelpersTest, OwnTemporaryFolderIsRefusedUnlessPrivateRealAndOwned) {
@@ -251,9 +259,10 @@ TEST_F(FileHelpersTest, OwnTemporaryFolderIsRefusedUnlessPrivateRealAndOwned) {
             [](std::string& out) {
                 std::wstring log = L"previous";
                 BuildImportLogPath(L"/data/parts.xls", L"FastnerClearance_log.txt", log);
-                const bool written = WriteImportLogPass(log, true, L"Missing values:\n", {L"row 3"});
-                out = fs::path(GetModuleTempFolder()).string() + "|" + fs::path(log).string() + "|" +
-                      (written ? "written" : "not written");
+                const bool written =
+                    WriteImportLogPass(log, true, L"Missing values:\n", {L"row 3"});
+                out = fs::path(GetModuleTempFolder()).string() + "|" + fs::path(log).string() +
+                      "|" + (written ? "written" : "not written");
                 return 0;
             },
             umaskBits);
@@ -261,11 +270,12 @@ TEST_F(FileHelpersTest, OwnTemporaryFolderIsRefusedUnlessPrivateRealAndOwned) {
     };
     const std::string refused = "||not written";
     const std::string vantorTemp = (own / "VantorTemp").string();
-    const std::string accepted = vantorTemp + "|" + vantorTemp + "/partsFastnerClearance_log.txt|written";
+    const std::string accepted =
+        vantorTemp + "|" + vantorTemp + "/partsFastnerClearance_log.txt|written";
 
     // Absent: made private whatever the umask, "VantorTemp" inside it as everywhere.
     EXPECT_EQ(probe(0777), accepted);
-    struct stat st{};
+    struct stat st {};
     ASSERT_EQ(::lstat(own.c_str(), &st), 0);
     EXPECT_TRUE(S_ISDIR(st.st_mode));
     EXPECT_EQ(st.st_uid, kProbeUser);
@@ -375,7 +385,8 @@ TEST_F(FileHelpersTest, DatabaseModuleFileNames) {
     setenv("VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res", 1);
     EXPECT_EQ(GetDBModuleFileName(0), L"");
     ASSERT_TRUE(StartAssemblyRulesApp());
-    GetAssemblyRulesApp()->m_databaseModules = {L"/opt/vantor/lib/ZEBDatabaseu.so", L"C:\\x\\Other.dll"};
+    GetAssemblyRulesApp()->m_databaseModules = {L"/opt/vantor/lib/ZEBDatabaseu.so",
+                                                L"C:\\x\\Other.dll"};
     EXPECT_EQ(GetDBModuleFileName(0), L"ZEBDatabaseu.so");
     EXPECT_EQ(GetDBModuleFileName(1), L"Other.dll");
     EXPECT_EQ(GetDBModuleFileName(2), L"");

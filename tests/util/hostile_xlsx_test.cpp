@@ -30,9 +30,9 @@ std::map<std::string, std::string> Package(const std::string& sheet,
     const std::string rel =
         R"(<Relationship Type="http://schemas.openxmlformats.org/officeDocument/2006/relationships/)";
     return {
-        {"_rels/.rels",
-         "<Relationships>" + rel + R"(officeDocument" Id="rId1" Target="xl/workbook.xml"/>)" +
-             "</Relationships>"},
+        {"_rels/.rels", "<Relationships>" + rel +
+                            R"(officeDocument" Id="rId1" Target="xl/workbook.xml"/>)" +
+                            "</Relationships>"},
         {"xl/_rels/workbook.xml.rels",
          "<Relationships>" + rel + R"(worksheet" Id="rId1" Target="worksheets/sheet1.xml"/>)" +
              rel + R"(sharedStrings" Id="rId2" Target="sharedStrings.xml"/>)" + rel +
@@ -148,8 +148,9 @@ TEST_F(HostileXlsxTest, SharedStringsRefuseNestingAndTextBeyondTheReadCap) {
     const std::string sheet = R"(<row r="1"><c r="A1" t="s"><v>1</v></c></row>)"
                               R"(<row r="2"><c r="A2" t="s"><v>0</v></c></row>)";
     // Siblings, rich runs and phonetic runs read as before.
-    EXPECT_EQ(Read(Package(sheet, "<si><t>first</t></si><si><r><t>rich </t></r><r><t>second"
-                                  "</t></r><rPh><t>PH</t></rPh></si>")),
+    EXPECT_EQ(Read(Package(sheet,
+                           "<si><t>first</t></si><si><r><t>rich </t></r><r><t>second"
+                           "</t></r><rPh><t>PH</t></rPh></si>")),
               (Table{{L"rich second", L"first"}, {L"", L""}}));
     // A string inside a string, open or empty, at any depth.
     for (const std::string& nested :
@@ -164,10 +165,9 @@ TEST_F(HostileXlsxTest, SharedStringsRefuseNestingAndTextBeyondTheReadCap) {
     EXPECT_EQ(Read(Package(sheet, small + Repeat(wide, 20))), (Table{{L"y", L"x"}, {L"", L""}}));
     EXPECT_EQ(RefusalOf(Package(sheet, small + Repeat(wide, 40))), m_notReadable);
     // Many runs of one string add up as well.
-    EXPECT_EQ(RefusalOf(Package(sheet, "<si>" + Repeat("<r><t>" + std::string(1 << 20, 'z') +
-                                                           "</t></r>",
-                                                       40) +
-                                           "</si>")),
+    EXPECT_EQ(RefusalOf(Package(
+                  sheet, "<si>" + Repeat("<r><t>" + std::string(1 << 20, 'z') + "</t></r>", 40) +
+                             "</si>")),
               m_notReadable);
 }
 

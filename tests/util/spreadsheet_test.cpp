@@ -101,7 +101,6 @@ std::map<std::string, std::string> HandWrittenPackage(const std::string& activeS
 
 class SpreadsheetTest : public ModuleTest {
 protected:
-
     // Reads through ReadSpreadsheet and checks that a failure leaves the table empty.
     Table Read(const fs::path& path, const std::vector<SpreadsheetColumn>& columns,
                bool* ok = nullptr, std::wstring* error = nullptr) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -12,7 +13,6 @@
 #include <memory>
 #include <random>
 #include <thread>
-#include <atomic>
 #include <vector>
 
 #include "framework/text_convert.h"
@@ -114,15 +114,17 @@ TEST_F(TextsTest, SeverityAndUnitTexts) {
     EXPECT_EQ(GetUnitText(-1), L"");
     EXPECT_EQ(GetUnitText(0), LoadLocalizedString(IDS_UNIT_MILLIMETRE));
     EXPECT_EQ(GetUnitText(4), LoadLocalizedString(IDS_UNIT_FOOT));
-    for (int unit : {0, 1, 2, 3, 4, 6, 7, 8, 9, 10}) EXPECT_FALSE(GetUnitText(unit).empty()) << unit;
+    for (int unit : {0, 1, 2, 3, 4, 6, 7, 8, 9, 10})
+        EXPECT_FALSE(GetUnitText(unit).empty()) << unit;
 }
 
 TEST_F(TextsTest, UnitAttributeOfTheParentElement) {
     ZebXMLDocument doc;
     std::wstring error;
-    ASSERT_TRUE(doc.LoadXML(
-        "<S><A Unit=\"2\"><Rule/></A><B Unit=\"12\"><Rule/></B><C><Rule/></C><D Unit=\"mm\"><Rule/></D></S>",
-        error));
+    ASSERT_TRUE(
+        doc.LoadXML("<S><A Unit=\"2\"><Rule/></A><B Unit=\"12\"><Rule/></B><C><Rule/></C><D "
+                    "Unit=\"mm\"><Rule/></D></S>",
+                    error));
     std::unique_ptr<ZebXMLNodeList> rules(doc.GetElementsByTagName(L"Rule"));
     const int expected[] = {2, 12, 0, 0};
     for (long i = 0; i < rules->GetSize(); ++i) {
