@@ -1,15 +1,9 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 
-// The real assembly shared beside the repository (../shared/assemblies of the main clone, found
-// from any worktree by looking upwards); empty when there is none.
+// A real assembly that nobody here wrote: the "AS1" test assembly of the public STEP library
+// (AP214, 18 solids; see tests/data/engine/README.md).
 inline std::string SharedAssembly() {
-    for (std::filesystem::path dir = VANTOR_SOURCE_DIR; dir.has_relative_path();
-         dir = dir.parent_path()) {
-        const std::filesystem::path candidate = dir / "shared" / "assemblies" / "as1-oc-214.stp";
-        if (std::filesystem::exists(candidate)) return candidate.string();
-    }
-    return {};
+    return VANTOR_SOURCE_DIR "/tests/data/engine/as1-oc-214.stp";
 }
