@@ -524,9 +524,19 @@ TEST_F(EditorTest, HelpOpensAtTheChosenRule) {
     for (const char* language : {"en", "de"}) {
         const std::string help =
             FileBytes(fs::path(VANTOR_BUILD_DIR "/share/vantor/res") / language / "vantor.html");
-        for (const ZebRuleHelpTopic& topic : kRuleHelpTopics)
-            EXPECT_NE(help.find("id=\"" + ToUtf8(topic.topic) + "\""), std::string::npos)
-                << language;
+        for (const ZebRuleHelpTopic& topic : kRuleHelpTopics) {
+            const size_t section = help.find("id=\"" + ToUtf8(topic.topic) + "\"");
+            ASSERT_NE(section, std::string::npos) << language;
+            // Each rule's section shows its picture, which is there beside the help file.
+            const std::string tag = "src=\"../images/";
+            const size_t image = help.find(tag, section);
+            ASSERT_LT(image, help.find("</section>", section))
+                << language << " " << ToUtf8(topic.topic);
+            const size_t name = image + tag.size();
+            const std::string file = help.substr(name, help.find('"', name) - name);
+            EXPECT_TRUE(fs::exists(fs::path(VANTOR_BUILD_DIR "/share/vantor/res/images") / file))
+                << file;
+        }
     }
 }
 
