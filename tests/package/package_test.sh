@@ -99,7 +99,8 @@ grep -qP '^0\tmm\t' "$scratch/units" || fail "units lacks millimetres: $(head -3
 zcat "$root/usr/share/man/man1/vantor-rules.1.gz" >"$scratch/man"
 grep -q '^\.SH' "$scratch/man" && grep -q 'convert' "$scratch/man" && grep -q 'units' "$scratch/man" ||
     fail "vantor-rules.1 lacks its sections or commands"
-zcat "$root/usr/share/man/man1/vantor-tools.1.gz" | grep -q 'gallery' || fail "vantor-tools.1 lacks gallery"
+zcat "$root/usr/share/man/man1/vantor-tools.1.gz" >"$scratch/man"
+grep -q 'gallery' "$scratch/man" || fail "vantor-tools.1 lacks gallery"
 
 # The desktop: a valid menu entry whose program opens the file it is given in the editor, and a
 # settings document recognized by its root element, with the editor as its application.
@@ -125,8 +126,9 @@ for file in plant.vantor.xml plant-rules; do
 done
 type=$(content_type "$scratch/other.xml")
 [ "$type" = application/xml ] || fail "another XML file is of type '$type'"
-gio_clean mime application/x-vantor-settings+xml | grep -q 'vantor-rules.desktop' ||
-    fail "no application for settings documents: $(gio_clean mime application/x-vantor-settings+xml)"
+# Read whole before matching: grep -q stopping early would fail the pipe under pipefail.
+handlers=$(gio_clean mime application/x-vantor-settings+xml)
+grep -q 'vantor-rules.desktop' <<<"$handlers" || fail "no application for settings documents: $handlers"
 
 if [ $failures -ne 0 ]; then
     echo "$failures check(s) failed" >&2
