@@ -2,6 +2,7 @@
 
 #include <QBoxLayout>
 #include <QDialogButtonBox>
+#include <algorithm>
 #include <utility>
 
 #include "framework/ui/dialog_buttons.h"
@@ -48,6 +49,16 @@ bool CZEBRuleDlgBase::OnInitDialog() {
     return true;
 }
 
+// A dialog whose own picture control shows a bitmap pictures the rule already; the rule's image
+// beside it would show the same thing twice.
+void CZEBRuleDlgBase::ShowRuleImageUnlessPictured() {
+    const QList<PictureControl*> own = m_body->findChildren<PictureControl*>();
+    const bool pictured = std::any_of(own.begin(), own.end(), [](const PictureControl* picture) {
+        return !picture->pixmap().isNull();
+    });
+    m_picture->setVisible(!pictured);
+}
+
 bool CZEBRuleDlgBase::PreTranslateMessage(QObject*, QEvent*) { return false; }
 
 void CZEBRuleDlgBase::OnOK() { done(kIdOk); }
@@ -63,6 +74,7 @@ void CZEBRuleDlgBase::setVisible(bool visible) {
         // built.
         m_preTranslate->SetEnabled(true);
         OnInitDialog();
+        ShowRuleImageUnlessPictured();
         adjustSize();
     }
     QDialog::setVisible(visible);

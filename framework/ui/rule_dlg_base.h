@@ -73,6 +73,8 @@ protected:
     void setVisible(bool visible) override;
 
 private:
+    void ShowRuleImageUnlessPictured();
+
     unsigned m_templateId;
     long m_imageId;
     std::wstring m_helpFilePath;

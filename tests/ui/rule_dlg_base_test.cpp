@@ -87,6 +87,24 @@ TEST(RuleDlgBase, ControlsAreFoundByIdAndLaterChildrenArePreTranslatedOnce) {
     EXPECT_EQ(dlg.inits, 1);
 }
 
+// The rule's image shows beside the controls unless a picture control of the dialog shows a
+// bitmap of its own: the same picture is never shown twice.
+TEST(RuleDlgBase, TheRuleImageGivesWayToTheDialogsOwnPicture) {
+    EnsureQtTestApp();
+    CZebResourceScope scope;
+    RecordingDlg plain;
+    ShowActive(&plain);
+    EXPECT_TRUE(plain.GetPictureControl()->isVisible());
+
+    RecordingDlg pictured;
+    auto* own = new PictureControl(pictured.Body());
+    pictured.Body()->layout()->addWidget(own);
+    ASSERT_TRUE(own->SetBitmapId(13010));
+    ShowActive(&pictured);
+    EXPECT_TRUE(own->isVisible());
+    EXPECT_FALSE(pictured.GetPictureControl()->isVisible());
+}
+
 TEST(RuleDlgBase, OkAndCancel) {
     EnsureQtTestApp();
     CZebRecordingUiService ui;
