@@ -194,23 +194,8 @@ std::unique_ptr<SqlDatabase> OpenPostgresDatabase(const std::string& conninfo, s
     PGconn* conn = Connect(conninfo, error);
     if (!conn) return nullptr;
     auto session = std::make_unique<PgSession>(conn, FromUtf8(WithoutPassword(conninfo)));
-    try {
-        PrepareSession(conn);
-        if (upgrade) {
-            session->Begin(true);
-            try {
-                UpgradeSchema(*session);
-                session->Commit();
-            } catch (const DbError&) {
-                session->Rollback();
-                throw;
-            }
-        }
-    } catch (const DbError& e) {
-        error = e.what();
-        return nullptr;
-    }
-    return std::make_unique<SqlDatabase>(std::move(session));
+    return SqlDatabase::Start(
+        std::move(session), upgrade, [&] { PrepareSession(conn); }, error);
 }
 
 }  // namespace zeb_db

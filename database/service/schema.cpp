@@ -103,6 +103,17 @@ void UpgradeSchema(SqlSession& session) {
         Filled(dialect.writeVersion, {{"version", std::to_string(kSchemaVersion)}}).c_str());
 }
 
+SqlQuery& BindHardware(SqlQuery& query, const ZebHardwareRecord& record) {
+    return query.Bind(1, record.designation)
+        .Bind(2, ZebFoldCase(record.designation))
+        .Bind(3, record.kind)
+        .Bind(4, record.standard)
+        .Bind(5, record.thread)
+        .Bind(6, record.length)
+        .Bind(7, record.material)
+        .Bind(8, ZebFoldCase(record.material));
+}
+
 CatalogueData ReadCatalogue(SqlSession& session) {
     CatalogueData data;
     const auto name = session.Prepare("SELECT value FROM meta WHERE key = 'name'");
@@ -200,14 +211,7 @@ void ReplaceCatalogue(SqlSession& session, const CatalogueData& data) {
     for (const ZebHardwareRecord& h : data.hardware) {
         SqlQuery& insert = h.id != 0 ? *kept : *fresh;
         insert.Reset();
-        insert.Bind(1, h.designation)
-            .Bind(2, ZebFoldCase(h.designation))
-            .Bind(3, h.kind)
-            .Bind(4, h.standard)
-            .Bind(5, h.thread)
-            .Bind(6, h.length)
-            .Bind(7, h.material)
-            .Bind(8, ZebFoldCase(h.material));
+        BindHardware(insert, h);
         if (h.id != 0) insert.Bind(9, h.id);
         insert.Run();
     }

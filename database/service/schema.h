@@ -1,5 +1,6 @@
 #pragma once
 
+#include "database/service/database_collector.h"
 #include "sql_session.h"
 #include "starter_catalogue.h"
 
@@ -19,5 +20,9 @@ void UpgradeSchema(SqlSession& session);
 CatalogueData ReadCatalogue(SqlSession& session);
 // Empties every table and stores `data` in its place, in the caller's write transaction.
 void ReplaceCatalogue(SqlSession& session, const CatalogueData& data);
+
+// Binds ?1 to ?8 to the record's columns in the hardware table's order, designation to
+// material_key; the id is the caller's.
+SqlQuery& BindHardware(SqlQuery& query, const ZebHardwareRecord& record);
 
 }  // namespace zeb_db

@@ -4,6 +4,7 @@
 
 #include "framework/case_fold.h"
 #include "framework/text_convert.h"
+#include "schema.h"
 
 namespace zeb_db {
 namespace {
@@ -14,6 +15,28 @@ void Report(const std::wstring& where, const char* operation, const std::string&
 }
 
 }  // namespace
+
+std::unique_ptr<SqlDatabase> SqlDatabase::Start(std::unique_ptr<SqlSession> session, bool upgrade,
+                                                const std::function<void()>& prepare,
+                                                std::string& error) {
+    try {
+        prepare();
+        if (upgrade) {
+            session->Begin(true);
+            try {
+                UpgradeSchema(*session);
+                session->Commit();
+            } catch (const DbError&) {
+                session->Rollback();
+                throw;
+            }
+        }
+    } catch (const DbError& e) {
+        error = e.what();
+        return nullptr;
+    }
+    return std::make_unique<SqlDatabase>(std::move(session));
+}
 
 int32_t SqlDatabase::Transaction(const char* operation, bool write,
                                  const std::function<int32_t()>& body) {
@@ -301,14 +324,7 @@ ZebDbResult SqlDatabase::AddHardwareRecord(ZebHardwareRecord& record) {
             "INSERT INTO hardware(designation, designation_key, kind, standard, thread, length,"
             " material, material_key) VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)"
             " ON CONFLICT(designation_key) DO NOTHING RETURNING id");
-        insert->Bind(1, record.designation)
-            .Bind(2, ZebFoldCase(record.designation))
-            .Bind(3, record.kind)
-            .Bind(4, record.standard)
-            .Bind(5, record.thread)
-            .Bind(6, record.length)
-            .Bind(7, record.material)
-            .Bind(8, ZebFoldCase(record.material));
+        BindHardware(*insert, record);
         if (!insert->Step()) return ZebDbExists;
         id = insert->Int(0);
         return ZebDbOk;
@@ -325,18 +341,8 @@ ZebDbResult SqlDatabase::UpdateHardwareRecord(const ZebHardwareRecord& record) {
                 "UPDATE hardware SET designation = ?1, designation_key = ?2, kind = ?3,"
                 " standard = ?4, thread = ?5, length = ?6, material = ?7, material_key = ?8"
                 " WHERE id = ?9");
-            return update->Bind(1, record.designation)
-                               .Bind(2, ZebFoldCase(record.designation))
-                               .Bind(3, record.kind)
-                               .Bind(4, record.standard)
-                               .Bind(5, record.thread)
-                               .Bind(6, record.length)
-                               .Bind(7, record.material)
-                               .Bind(8, ZebFoldCase(record.material))
-                               .Bind(9, record.id)
-                               .Run() == 0
-                       ? ZebDbFailed
-                       : ZebDbOk;
+            return BindHardware(*update, record).Bind(9, record.id).Run() == 0 ? ZebDbFailed
+                                                                               : ZebDbOk;
         } catch (const DbError& e) {
             // The new designation belongs to another record.
             if (e.IsUniqueViolation()) return ZebDbExists;

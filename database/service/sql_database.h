@@ -16,6 +16,13 @@ class SqlDatabase final : public IDatabaseCollector {
 public:
     explicit SqlDatabase(std::unique_ptr<SqlSession> session) : session_(std::move(session)) {}
 
+    // The service on a new session: `prepare` (the back end's own checks and settings) runs
+    // first, then with `upgrade` the schema is brought up to date in one write transaction. Null,
+    // with the reason in `error`, when either fails.
+    static std::unique_ptr<SqlDatabase> Start(std::unique_ptr<SqlSession> session, bool upgrade,
+                                              const std::function<void()>& prepare,
+                                              std::string& error);
+
     // Forgets the connection without closing it (see SqlSession::Abandon).
     void Abandon() { session_->Abandon(); }
 

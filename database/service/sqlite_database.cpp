@@ -125,24 +125,15 @@ std::unique_ptr<SqlDatabase> OpenSqliteDatabase(const std::wstring& path, std::s
     }
     sqlite3_busy_timeout(db, kBusyTimeoutMs);
     auto session = std::make_unique<SqliteSession>(db, path);
-    try {
-        CheckIntegrity(db);
-        // The rollback journal, not WAL: WAL needs shared memory, which network folders do
-        // not give reliably.
-        Execute(db, "PRAGMA journal_mode = DELETE; PRAGMA foreign_keys = ON");
-        session->Begin(true);
-        try {
-            UpgradeSchema(*session);
-            session->Commit();
-        } catch (const DbError&) {
-            session->Rollback();
-            throw;
-        }
-    } catch (const DbError& e) {
-        error = e.what();
-        return nullptr;
-    }
-    return std::make_unique<SqlDatabase>(std::move(session));
+    return SqlDatabase::Start(
+        std::move(session), true,
+        [&] {
+            CheckIntegrity(db);
+            // The rollback journal, not WAL: WAL needs shared memory, which network folders do
+            // not give reliably.
+            Execute(db, "PRAGMA journal_mode = DELETE; PRAGMA foreign_keys = ON");
+        },
+        error);
 }
 
 }  // namespace zeb_db
