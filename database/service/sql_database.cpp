@@ -171,18 +171,20 @@ ZebDbResult SqlDatabase::DeleteMaterial(const std::wstring& group, const std::ws
 }
 
 ZebDbResult SqlDatabase::UndoAddedMaterials(const ZebMaterialPairList& added, int32_t) {
-    return UndoMaterialChanges(added, {}, 0);
+    return Undo("UndoAddedMaterials", added, {});
 }
 
 ZebDbResult SqlDatabase::UndoDeletedMaterials(const ZebMaterialPairList& deleted, int32_t) {
-    return UndoMaterialChanges({}, deleted, 0);
+    return Undo("UndoDeletedMaterials", {}, deleted);
 }
 
 ZebDbResult SqlDatabase::UndoMaterialChanges(const ZebMaterialPairList& added,
                                              const ZebMaterialPairList& deleted, int32_t) {
-    const char* operation = deleted.empty() ? "UndoAddedMaterials"
-                            : added.empty() ? "UndoDeletedMaterials"
-                                            : "UndoMaterialChanges";
+    return Undo("UndoMaterialChanges", added, deleted);
+}
+
+ZebDbResult SqlDatabase::Undo(const char* operation, const ZebMaterialPairList& added,
+                              const ZebMaterialPairList& deleted) {
     return Write(operation, [&] {
         for (const auto& [group, material] : added) RemoveMaterial(group, material);
         for (const auto& [group, material] : deleted)

@@ -76,6 +76,9 @@ private:
 
     // Shared by the single changes and their undo. 0 stored, 5 already there.
     ZebDbResult InsertMaterial(const std::wstring& group, const std::wstring& material);
+    // Takes back the pairs added and stores again the pairs deleted, in one transaction.
+    ZebDbResult Undo(const char* operation, const ZebMaterialPairList& added,
+                     const ZebMaterialPairList& deleted);
     // True when the pair was stored; a group left empty goes too.
     bool RemoveMaterial(const std::wstring& group, const std::wstring& material);
     // A column of texts, in the query's order.
