@@ -116,7 +116,8 @@ PGconn* Connect(const std::string& conninfo, std::string& error) {
 
 class PgQuery final : public SqlQuery {
 public:
-    // The statement's ?1, ?2, ... become the server's $1, $2, ...
+    // The statement's ?1, ?2, ... become the server's $1, $2, ...; our statements hold no other
+    // "?".
     PgQuery(PGconn* conn, const char* sql) : conn_(conn), sql_(sql) {
         for (char& c : sql_)
             if (c == '?') c = '$';
