@@ -32,7 +32,7 @@ std::wstring WithoutTrailingSeparators(std::wstring path) {
 // One open database per file. A service handed out stays valid to the end of the process, so a
 // caller that kept it across a change of folder still holds a live object.
 struct OpenDatabase {
-    std::unique_ptr<SqliteDatabase> service;
+    std::unique_ptr<SqlDatabase> service;
     dev_t device = 0;
     ino_t inode = 0;
 };
@@ -40,8 +40,8 @@ struct OpenDatabase {
 struct Cache {
     pid_t owner = ::getpid();
     std::map<std::wstring, OpenDatabase> open;
-    std::vector<std::unique_ptr<SqliteDatabase>> retired;              // replaced files, kept alive
-    std::map<std::string, std::unique_ptr<PostgresDatabase>> servers;  // by connection string
+    std::vector<std::unique_ptr<SqlDatabase>> retired;            // replaced files, kept alive
+    std::map<std::string, std::unique_ptr<SqlDatabase>> servers;  // by connection string
 };
 
 Cache& TheCache() {
@@ -70,7 +70,7 @@ IDatabaseCollector* ServerInstance(Cache& cache, const std::string& url) {
     auto found = cache.servers.find(url);
     if (found != cache.servers.end()) return found->second.get();
     std::string error;
-    std::unique_ptr<PostgresDatabase> service = PostgresDatabase::Open(url, error);
+    std::unique_ptr<SqlDatabase> service = OpenPostgresDatabase(url, error);
     if (!service) {
         std::fprintf(stderr, "vantor: the database %s cannot be used: %s\n",
                      WithoutPassword(url).c_str(), error.c_str());
@@ -133,7 +133,7 @@ IDatabaseCollector* ZEBDataHelper::getInstance() {
         return nullptr;
     }
     std::string error;
-    std::unique_ptr<SqliteDatabase> service = SqliteDatabase::Open(file, error);
+    std::unique_ptr<SqlDatabase> service = OpenSqliteDatabase(file, error);
     if (!service || ::lstat(utf8.c_str(), &st) != 0) {
         std::fprintf(stderr, "vantor: the database %s cannot be used: %s\n", utf8.c_str(),
                      error.c_str());

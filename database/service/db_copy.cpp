@@ -7,12 +7,10 @@
 #include <optional>
 
 #include "framework/text_convert.h"
-#include "pg_schema.h"
 #include "pg_statement.h"
 #include "postgres_database.h"
 #include "schema.h"
 #include "sqlite_database.h"
-#include "sqlite_statement.h"
 
 namespace zeb_db {
 namespace {
@@ -38,31 +36,31 @@ int CopyFileToServer(const std::wstring& file, const std::string& conninfo, std:
         return kUnusable;
     }
     std::string error;
-    std::unique_ptr<SqliteDatabase> source = SqliteDatabase::Open(file, error);
+    std::unique_ptr<SqlDatabase> source = OpenSqliteDatabase(file, error);
     if (!source) {
         message = "the database " + fileText + " cannot be used: " + error;
         return kUnusable;
     }
     CatalogueData data;
     // A write transaction only to read under the file's lock; the body never writes.
-    if (source->WithTransaction("copy (read)", [&](sqlite3* db) {
-            data = ReadCatalogue(db);
+    if (source->WithTransaction("copy (read)", [&](SqlSession& session) {
+            data = ReadCatalogue(session);
             return ZebDbOk;
         }) != ZebDbOk) {
         message = "the database " + fileText + " could not be read";
         return kUnusable;
     }
     const std::string target = WithoutPassword(conninfo);
-    std::unique_ptr<PostgresDatabase> server = PostgresDatabase::Open(conninfo, error, false);
+    std::unique_ptr<SqlDatabase> server = OpenPostgresDatabase(conninfo, error, false);
     if (!server) {
         message = "the database " + target + " cannot be used: " + error;
         return kUnusable;
     }
     // Schema, check and copy in one transaction: a failure leaves the server as it was.
-    const int32_t result = server->WithTransaction("copy", [&](PGconn* conn) {
-        UpgradePgSchema(conn);
-        if (!IsStarterCatalogue(ReadPgCatalogue(conn))) return ZebDbExists;
-        ReplacePgCatalogue(conn, data);
+    const int32_t result = server->WithTransaction("copy", [&](SqlSession& session) {
+        UpgradeSchema(session);
+        if (!IsStarterCatalogue(ReadCatalogue(session))) return ZebDbExists;
+        ReplaceCatalogue(session, data);
         return ZebDbOk;
     });
     if (result == ZebDbExists) {
@@ -80,14 +78,14 @@ int CopyFileToServer(const std::wstring& file, const std::string& conninfo, std:
 int CopyServerToFile(const std::string& conninfo, const std::wstring& file, std::string& message) {
     const std::string source = WithoutPassword(conninfo);
     std::string error;
-    std::unique_ptr<PostgresDatabase> server = PostgresDatabase::Open(conninfo, error);
+    std::unique_ptr<SqlDatabase> server = OpenPostgresDatabase(conninfo, error);
     if (!server) {
         message = "the database " + source + " cannot be used: " + error;
         return kUnusable;
     }
     std::optional<CatalogueData> data;
-    if (server->WithTransaction("copy (read)", [&](PGconn* conn) {
-            data = ReadPgCatalogue(conn);
+    if (server->WithTransaction("copy (read)", [&](SqlSession& session) {
+            data = ReadCatalogue(session);
             return ZebDbOk;
         }) != ZebDbOk) {
         message = "the database " + source + " could not be read";
@@ -95,14 +93,14 @@ int CopyServerToFile(const std::string& conninfo, const std::wstring& file, std:
     }
     const std::string fileText = ToUtf8(file);
     const bool created = !FileExists(file);
-    std::unique_ptr<SqliteDatabase> target = SqliteDatabase::Open(file, error);
+    std::unique_ptr<SqlDatabase> target = OpenSqliteDatabase(file, error);
     if (!target) {
         message = "the database " + fileText + " cannot be used: " + error;
         return kUnusable;
     }
-    const int32_t result = target->WithTransaction("copy", [&](sqlite3* db) {
-        if (!IsStarterCatalogue(ReadCatalogue(db))) return ZebDbExists;
-        ReplaceCatalogue(db, *data);
+    const int32_t result = target->WithTransaction("copy", [&](SqlSession& session) {
+        if (!IsStarterCatalogue(ReadCatalogue(session))) return ZebDbExists;
+        ReplaceCatalogue(session, *data);
         return ZebDbOk;
     });
     target.reset();

@@ -65,9 +65,16 @@ double PgResult::Real(int row, int column) const {
 }
 
 PgResult Exec(PGconn* conn, const char* sql, std::initializer_list<PgParam> params) {
+    std::vector<std::string> texts;
+    texts.reserve(params.size());
+    for (const PgParam& p : params) texts.push_back(p.Text());
+    return Exec(conn, sql, texts);
+}
+
+PgResult Exec(PGconn* conn, const char* sql, const std::vector<std::string>& params) {
     std::vector<const char*> values;
     values.reserve(params.size());
-    for (const PgParam& p : params) values.push_back(p.Text().c_str());
+    for (const std::string& p : params) values.push_back(p.c_str());
     return Checked(conn, PQexecParams(conn, sql, static_cast<int>(values.size()), nullptr,
                                       values.data(), nullptr, nullptr, 0));
 }

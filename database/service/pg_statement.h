@@ -5,20 +5,21 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
-#include <stdexcept>
 #include <string>
+#include <vector>
+
+#include "sql_session.h"
 
 namespace zeb_db {
 
 // A failed server call inside one database operation; the operation rolls back and reports -1.
 // `SqlState` is the server's error code ("23505" for a unique key), empty when the connection
 // itself failed.
-class PgError : public std::runtime_error {
+class PgError : public DbError {
 public:
     PgError(const std::string& message, std::string sqlState)
-        : std::runtime_error(message), sqlState_(std::move(sqlState)) {}
+        : DbError(message, sqlState == "23505"), sqlState_(std::move(sqlState)) {}
     const std::string& SqlState() const { return sqlState_; }
-    bool IsUniqueViolation() const { return sqlState_ == "23505"; }
 
 private:
     std::string sqlState_;
@@ -58,6 +59,8 @@ private:
 
 // Runs one statement with parameters $1, $2, ...; throws PgError with the server's message.
 PgResult Exec(PGconn* conn, const char* sql, std::initializer_list<PgParam> params = {});
+// The same with the parameters' texts.
+PgResult Exec(PGconn* conn, const char* sql, const std::vector<std::string>& params);
 // Runs SQL without parameters or results (several statements allowed).
 void ExecScript(PGconn* conn, const char* sql);
 

@@ -11,8 +11,10 @@ Statement::Statement(sqlite3* db, const char* sql) : db_(db) {
 Statement::~Statement() { sqlite3_finalize(stmt_); }
 
 void Statement::Check(int rc) const {
-    if (rc != SQLITE_OK && rc != SQLITE_ROW && rc != SQLITE_DONE)
-        throw DbError(sqlite3_errmsg(db_));
+    if (rc == SQLITE_OK || rc == SQLITE_ROW || rc == SQLITE_DONE) return;
+    const int code = sqlite3_extended_errcode(db_);
+    throw DbError(sqlite3_errmsg(db_),
+                  code == SQLITE_CONSTRAINT_UNIQUE || code == SQLITE_CONSTRAINT_PRIMARYKEY);
 }
 
 Statement& Statement::Bind(int index, const std::wstring& text) {

@@ -3,16 +3,11 @@
 #include <sqlite3.h>
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 
-namespace zeb_db {
+#include "sql_session.h"
 
-// A failed SQLite call inside one database operation; the operation rolls back and reports -1.
-class DbError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+namespace zeb_db {
 
 // One prepared statement. Wide texts are bound and read as UTF-8.
 class Statement {
