@@ -145,6 +145,27 @@ bool CheckInterference(const Assembly& assembly, const InterferenceOptions& opti
     return true;
 }
 
+namespace {
+// The exact distance of each pair, spread over the processors; a pair the kernel cannot measure
+// is marked failed. False when the check was cancelled.
+bool MeasureDistances(const std::vector<AssemblyPart>& parts, const std::vector<PartPair>& pairs,
+                      const CheckContext& context, std::vector<PairOutcome>& outcomes) {
+    return MeasurePairs<PairOutcome>(
+        pairs, context,
+        [&](const PartPair& pair) {
+            PairOutcome outcome;
+            try {
+                outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
+                outcome.measured = true;
+            } catch (const Standard_Failure&) {
+                outcome.failed = true;
+            }
+            return outcome;
+        },
+        outcomes);
+}
+}  // namespace
+
 bool CheckClearance(const Assembly& assembly, const ClearanceOptions& options,
                     const CheckContext& context, std::vector<ZebFinding>& findings) {
     const std::vector<AssemblyPart>& parts = assembly.parts;
@@ -174,20 +195,7 @@ bool CheckClearance(const Assembly& assembly, const ClearanceOptions& options,
         }
 
     std::vector<PairOutcome> outcomes;
-    const bool complete = MeasurePairs<PairOutcome>(
-        pairs, context,
-        [&](const PartPair& pair) {
-            PairOutcome outcome;
-            try {
-                outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
-                outcome.measured = true;
-            } catch (const Standard_Failure&) {
-                outcome.failed = true;
-            }
-            return outcome;
-        },
-        outcomes);
-    if (!complete) return false;
+    if (!MeasureDistances(parts, pairs, context, outcomes)) return false;
 
     const double scale = context.toReport;
     for (size_t k = 0; k < pairs.size(); ++k) {
@@ -220,20 +228,7 @@ bool CheckContactMaterial(const Assembly& assembly, const ContactOptions& option
     const std::vector<AssemblyPart>& parts = assembly.parts;
     const std::vector<PartPair> pairs = NearPairs(parts, options.nearer.value_or(0.0));
     std::vector<PairOutcome> outcomes;
-    const bool complete = MeasurePairs<PairOutcome>(
-        pairs, context,
-        [&](const PartPair& pair) {
-            PairOutcome outcome;
-            try {
-                outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
-                outcome.measured = true;
-            } catch (const Standard_Failure&) {
-                outcome.failed = true;
-            }
-            return outcome;
-        },
-        outcomes);
-    if (!complete) return false;
+    if (!MeasureDistances(parts, pairs, context, outcomes)) return false;
 
     const auto onSide = [](const std::vector<std::wstring>& side, const std::wstring& material) {
         return std::find(side.begin(), side.end(), material) != side.end();

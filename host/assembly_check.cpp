@@ -8,6 +8,7 @@
 
 #include "framework/text_convert.h"
 #include "framework/unit_convertor.h"
+#include "host/settings_lint.h"
 
 bool EngineLoader::Load(const std::string& folder, std::string& error) {
     const std::string path = folder + "/" + kEngineFile;
@@ -50,37 +51,8 @@ std::string Number(const std::optional<double>& value) {
     return text;
 }
 
-std::string JsonText(const std::wstring& wide) {
-    std::string out = "\"";
-    for (const char c : ToUtf8(wide)) {
-        switch (c) {
-            case '"':
-                out += "\\\"";
-                break;
-            case '\\':
-                out += "\\\\";
-                break;
-            case '\n':
-                out += "\\n";
-                break;
-            case '\r':
-                out += "\\r";
-                break;
-            case '\t':
-                out += "\\t";
-                break;
-            default:
-                if (static_cast<unsigned char>(c) < 0x20) {
-                    char escape[8];
-                    std::snprintf(escape, sizeof escape, "\\u%04x", c);
-                    out += escape;
-                } else {
-                    out += c;
-                }
-        }
-    }
-    return out + "\"";
-}
+// JSON texts are escaped as lint escapes them.
+std::string JsonText(const std::wstring& wide) { return JsonString(ToUtf8(wide)); }
 
 std::string Html(const std::wstring& wide) {
     std::string out;
