@@ -230,7 +230,11 @@ bool CheckFastenerAccessibility(FeatureCache& cache, const AccessibilityOptions&
                                 const std::vector<std::wstring>& fastenerNames,
                                 const CheckContext& context, std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
-    const auto& [parts, features, fasteners] = cache.Scene(fastenerNames);
+    // Named, not bound: the lambdas below use them, which structured bindings do not allow.
+    const FastenerScene scene = cache.Scene(fastenerNames);
+    const std::vector<AssemblyPart>& parts = scene.parts;
+    const std::vector<PartFeatures>& features = scene.features;
+    const AssemblyFasteners& fasteners = scene.fasteners;
     std::vector<double> factors{options.tool};
     if (options.second) factors.push_back(*options.second);
     // Tool spaces join the parts as extra entries of the same box hierarchy.

@@ -7,11 +7,16 @@
 #include <BVH_LinearBuilder.hxx>
 #include <GProp_GProps.hxx>
 #include <Standard_Failure.hxx>
-// The traversal leaves the metric of a node unset when, as here, no metric is used.
+// The traversal leaves the metric of a node unset when, as here, no metric is used; GCC warns of
+// it where the template is used.
+#if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 #include <BVH_Traverse.hxx>
+#if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic pop
+#endif
 
 #include <algorithm>
 #include <chrono>
