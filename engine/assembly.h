@@ -41,7 +41,8 @@ constexpr const char* kStepReaderProgram = "vantor-step-reader";
 // Overrides where the reader program is looked for.
 constexpr const char* kStepReaderEnvironment = "VANTOR_STEP_READER";
 // The reader program's exit status when it refused the file; the reason is on its standard output.
-constexpr int kStepReaderRefused = 1;
+// Not 1, which a sanitizer or the C++ run time also ends a process with.
+constexpr int kStepReaderRefused = 10;
 // Address space of the reader program: the kernel's model of a large assembly takes a few hundred
 // megabytes. AddressSanitizer maps terabytes of shadow memory at start, so a checking build leaves
 // it open (0).

@@ -7,8 +7,8 @@
 #include <BVH_LinearBuilder.hxx>
 #include <GProp_GProps.hxx>
 #include <Standard_Failure.hxx>
-// The traversal leaves the metric of a node unset when, as here, no metric is used; GCC warns of
-// it where the template is used.
+// The traversal's metrics are declared without a value and set by RejectNode (below); GCC cannot
+// see that where the template is used.
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
@@ -43,7 +43,10 @@ public:
         : m_box(box), m_self(self), m_found(found) {
         SetBVHSet(&set);
     }
-    Standard_Boolean RejectNode(const BVH_Vec3d& min, const BVH_Vec3d& max, bool&) const override {
+    // No metric is used, but the traversal copies the one it hands in, so it is given a value.
+    Standard_Boolean RejectNode(const BVH_Vec3d& min, const BVH_Vec3d& max,
+                                bool& metric) const override {
+        metric = false;
         return m_box.IsOut(min, max);
     }
     Standard_Boolean Accept(const int index, const bool&) override {

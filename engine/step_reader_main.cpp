@@ -2,6 +2,9 @@
 // tells the engine how it went: exit 0 when it was read whole, kStepReaderRefused with the reason
 // on standard output when it was refused. Run by the engine under resource limits, never by hand:
 // a file the kernel's reader stops on ends this process, not the engine's.
+#include <Message.hxx>
+#include <Message_Messenger.hxx>
+#include <Message_PrinterOStream.hxx>
 #include <cstdio>
 #include <new>
 
@@ -9,6 +12,8 @@
 
 int main(int argc, char** argv) {
     if (argc != 2) return 2;
+    // Standard output carries the reason of a refusal alone, not the kernel's own remarks.
+    Message::DefaultMessenger()->RemovePrinters(STANDARD_TYPE(Message_PrinterOStream));
     try {
         Assembly assembly;
         std::string error;

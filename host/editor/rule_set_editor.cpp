@@ -341,7 +341,9 @@ CRuleSetEditor::CRuleSetEditor(const ModuleLoader& module, QWidget* parent)
     splitter->restoreState(settings.value(kSplitterKey).toByteArray());
 }
 
-CRuleSetEditor::~CRuleSetEditor() = default;
+// The undo stack goes with the window's children, after this class's part of the window is gone;
+// what it signals on the way must not reach this window.
+CRuleSetEditor::~CRuleSetEditor() { m_undo->disconnect(this); }
 
 void CRuleSetEditor::BuildMenus() {
     QMenu* file = menuBar()->addMenu(tr("&File"));
