@@ -44,12 +44,12 @@ constexpr const char* kStepReaderEnvironment = "VANTOR_STEP_READER";
 // Not 1, which a sanitizer or the C++ run time also ends a process with.
 constexpr int kStepReaderRefused = 10;
 // Address space of the reader program: the kernel's model of a large assembly takes a few hundred
-// megabytes. AddressSanitizer maps terabytes of shadow memory at start, so a checking build leaves
-// it open (0).
-#if defined(__SANITIZE_ADDRESS__)
+// megabytes. The address and thread sanitizers map terabytes of shadow memory at start, so a
+// checking build leaves it open (0).
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define VANTOR_STEP_READER_SANITIZED 1
 #elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
 #define VANTOR_STEP_READER_SANITIZED 1
 #endif
 #endif
