@@ -690,21 +690,7 @@ TEST_F(PartDialogsTest, TabFollowsTheLayout) {
     ShowActive(&d);
     QWidget* first = d.ControlById<QWidget>(MinClearance::kSeverityId);
     ASSERT_NE(first, nullptr);
-    first->setFocus();
-    std::vector<QPoint> visited;
-    for (QWidget* focus = first; visited.size() < 40;) {
-        visited.push_back(focus->mapTo(&d, QPoint(0, focus->height() / 2)));
-        QTest::keyClick(focus, Qt::Key_Tab);
-        focus = QApplication::focusWidget();
-        if (!focus || focus == first) break;
-    }
-    ASSERT_GT(visited.size(), 6u);
-    for (size_t i = 1; i < visited.size(); ++i) {
-        const QPoint before = visited[i - 1], here = visited[i];
-        // Either further down, or on the same row further right.
-        EXPECT_TRUE(here.y() > before.y() + 4 ||
-                    (std::abs(here.y() - before.y()) <= 12 && here.x() > before.x()))
-            << i << ": (" << before.x() << "," << before.y() << ") then (" << here.x() << ","
-            << here.y() << ")";
-    }
+    const std::vector<QWidget*> walked = WalkWithTab(first);
+    ASSERT_GT(walked.size(), 6u);
+    ExpectReadingOrder(&d, walked);
 }
