@@ -1,6 +1,9 @@
 #include "controls/hyper_link.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QStyleOptionFocusRect>
 
 #include "controls/colorref.h"
 #include "framework/ui/control_id.h"
@@ -16,6 +19,8 @@ CHyperLink::CHyperLink(QWidget* parent)
     setFont(underlined);
     setCursor(Qt::PointingHandCursor);
     setMouseTracking(true);
+    // Reached with Tab, not taken by a click: Space opens it from the keyboard.
+    setFocusPolicy(Qt::TabFocus);
     ApplyColour();
 }
 
@@ -75,6 +80,23 @@ void CHyperLink::leaveEvent(QEvent* event) {
 void CHyperLink::mouseReleaseEvent(QMouseEvent* event) {
     QLabel::mouseReleaseEvent(event);
     if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) Click();
+}
+
+void CHyperLink::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Space || event->modifiers() != Qt::NoModifier) {
+        QLabel::keyPressEvent(event);
+        return;
+    }
+    Click();
+}
+
+void CHyperLink::paintEvent(QPaintEvent* event) {
+    QLabel::paintEvent(event);
+    if (!hasFocus()) return;
+    QPainter painter(this);
+    QStyleOptionFocusRect option;
+    option.initFrom(this);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
 }
 
 void CHyperLink::Click() {

@@ -7,7 +7,7 @@
 
 // Static text that acts as a link: blue and underlined, red while the mouse is over it, another
 // colour once visited, with the hand cursor. A click opens its target (or its help file, or tells
-// the parent) and marks it visited.
+// the parent) and marks it visited; so does Space once Tab has reached it.
 class CHyperLink : public QLabel {
     Q_OBJECT
 public:
@@ -42,6 +42,8 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void SetHovering(bool hovering);

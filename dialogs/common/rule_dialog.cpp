@@ -2,7 +2,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QSettings>
 #include <algorithm>
 #include <vector>
 
@@ -33,73 +32,11 @@ void CZEBRuleDialog::UseImportKey() {
     connect(m_importKey, &CZebHotKey::Pressed, this, [this] { ImportSpreadsheet(); });
 }
 
-namespace {
-// Where a dialog keeps the size the user last gave it, by its template.
-QString SizeKey(unsigned templateId) { return QStringLiteral("DialogSize/%1").arg(templateId); }
-QSettings DialogSettings() {
-    return QSettings(QStringLiteral("Vantor"), QStringLiteral("AssemblyRules"));
-}
-}  // namespace
-
 bool CZEBRuleDialog::OnInitDialog() {
     if (m_importKey) m_importKey->Register();
     CZEBRuleDlgBase::OnInitDialog();
     if (m_rule) LoadFromRule(*m_rule);
     return true;
-}
-
-namespace {
-// The dialog's own controls that Tab reaches, in reading order: by rows from the top, each row
-// from the left. A control belongs to the row of the first control above whose middle it starts.
-std::vector<QWidget*> ReadingOrder(QWidget* dialog) {
-    std::vector<QWidget*> controls;
-    for (QWidget* widget : dialog->findChildren<QWidget*>()) {
-        if ((widget->focusPolicy() & Qt::TabFocus) == 0 || widget->focusProxy() ||
-            widget->window() != dialog || !widget->isVisibleTo(dialog) ||
-            qobject_cast<CZEBListCtrl*>(widget->parentWidget()))
-            continue;
-        controls.push_back(widget);
-    }
-    const auto topLeft = [dialog](const QWidget* widget) {
-        return widget->mapTo(dialog, QPoint(0, 0));
-    };
-    std::stable_sort(controls.begin(), controls.end(), [&](const QWidget* a, const QWidget* b) {
-        return topLeft(a).y() < topLeft(b).y();
-    });
-    for (size_t start = 0; start < controls.size();) {
-        const int middle = topLeft(controls[start]).y() + controls[start]->height() / 2;
-        size_t end = start + 1;
-        while (end < controls.size() && topLeft(controls[end]).y() < middle) ++end;
-        std::stable_sort(
-            controls.begin() + static_cast<long>(start), controls.begin() + static_cast<long>(end),
-            [&](const QWidget* a, const QWidget* b) { return topLeft(a).x() < topLeft(b).x(); });
-        start = end;
-    }
-    return controls;
-}
-}  // namespace
-
-void CZEBRuleDialog::FollowLayoutInTabOrder() {
-    const std::vector<QWidget*> controls = ReadingOrder(this);
-    for (size_t i = 1; i < controls.size(); ++i) QWidget::setTabOrder(controls[i - 1], controls[i]);
-}
-
-void CZEBRuleDialog::showEvent(QShowEvent* event) {
-    // The size the user gave the dialog last time, once it has its own, never smaller than its
-    // controls need.
-    if (!m_sizeRestored) {
-        m_sizeRestored = true;
-        const QSize saved = DialogSettings().value(SizeKey(GetTemplateId())).toSize();
-        if (saved.isValid() && GetTemplateId() != 0) resize(saved.expandedTo(minimumSizeHint()));
-        if (layout()) layout()->activate();
-        FollowLayoutInTabOrder();
-    }
-    CZEBRuleDlgBase::showEvent(event);
-}
-
-void CZEBRuleDialog::hideEvent(QHideEvent* event) {
-    if (GetTemplateId() != 0) DialogSettings().setValue(SizeKey(GetTemplateId()), size());
-    CZEBRuleDlgBase::hideEvent(event);
 }
 
 namespace {

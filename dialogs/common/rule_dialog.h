@@ -49,11 +49,6 @@ public:
     void OnOK() override;
 
 protected:
-    // The dialog opens with the size it had when it was last closed, and Tab follows its layout.
-    void showEvent(QShowEvent* event) override;
-    // Tab goes through the controls by rows from the top, each row from the left.
-    void FollowLayoutInTabOrder();
-    void hideEvent(QHideEvent* event) override;
     virtual void LoadFromRule(CZebRule& rule) = 0;
     // The dialog's table: what OK commits (CommitEdits) and, given `kind`, what ExportTable
     // writes: `count` columns from `first` on.
@@ -80,7 +75,6 @@ private:
     CZebRule* m_rule;
     std::wstring m_unitText;
     CZebHotKey* m_importKey = nullptr;
-    bool m_sizeRestored = false;
     QPointer<CZEBListCtrl> m_table;
     std::optional<TableSheetKind> m_tableKind;
     int m_firstExported = 0;

@@ -9,6 +9,7 @@
 #include "app/assembly_rules_app.h"
 #include "controls/hyper_link.h"
 #include "framework/ui/dialog_buttons.h"
+#include "framework/ui/dialog_shape.h"
 #include "framework/ui/ui_service.h"
 
 namespace {
@@ -27,6 +28,8 @@ CZEBFastenerErrorDlg::CZEBFastenerErrorDlg(const std::wstring& logPath, int isWa
     // The link opens the log through the UI service.
     EnsureZebUiService();
     setWindowTitle(QStringLiteral("Vantor"));
+    // Its height follows the message it shows, so no size is kept; Tab still follows the layout.
+    new CZebDialogShape(this, 0);
 
     SetZebControlId(m_message, kMessageId);
     SetZebControlId(m_link, kLinkId);

@@ -18,6 +18,7 @@
 #include "dialogs/database/fastener_name_database_list_ctrl.h"
 #include "framework/case_fold.h"
 #include "framework/ui/dialog_buttons.h"
+#include "framework/ui/dialog_shape.h"
 #include "framework/ui/hot_key.h"
 #include "framework/ui/pre_translate_filter.h"
 #include "framework/ui/ui_service.h"
@@ -56,6 +57,7 @@ ZEBEditFastenerNameDatabaseDlg::ZEBEditFastenerNameDatabaseDlg(QWidget* parent)
           this, [this](QObject*, QEvent* event) { return PreTranslateMessage(event); })) {
     EnsureZebUiService();
     setWindowTitle(QStringLiteral("Vantor"));
+    new CZebDialogShape(this, kTemplateId);
     // Bitmaps come from the current resource library.
     CZebResourceScope scope;
 

@@ -19,6 +19,7 @@ class ZEBEditFastenerNameDatabaseDlg : public QDialog {
     Q_OBJECT
 public:
     enum : int {
+        kTemplateId = 9080,
         kIdOk = 1,
         kIdCancel = 2,
         kIdHelp = 9,

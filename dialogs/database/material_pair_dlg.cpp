@@ -6,6 +6,7 @@
 
 #include "app/assembly_rules_app.h"
 #include "framework/ui/dialog_buttons.h"
+#include "framework/ui/dialog_shape.h"
 #include "framework/ui/ui_service.h"
 
 CEditMaterialPairDlg::CEditMaterialPairDlg(QWidget* parent, CZebRule* rule, MaterialChoice& target,
@@ -17,6 +18,7 @@ CEditMaterialPairDlg::CEditMaterialPairDlg(QWidget* parent, CZebRule* rule, Mate
       m_target(target),
       m_preChecked(std::move(preChecked)) {
     setWindowTitle(QString::fromStdWString(LoadLocalizedString(IDS_MATERIAL_PAIR_TITLE)));
+    new CZebDialogShape(this, kTemplateId);
     m_tree->Widget()->setMinimumSize(300, 360);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_tree->Widget(), 1);

@@ -14,7 +14,7 @@ class CZebRule;
 class CEditMaterialPairDlg : public QDialog {
     Q_OBJECT
 public:
-    enum : int { kIdOk = 1, kIdCancel = 2, kTreeId = 7039 };
+    enum : int { kTemplateId = 7034, kIdOk = 1, kIdCancel = 2, kTreeId = 7039 };
 
     // `target` receives the checked groups and materials on OK; `preChecked` names the groups and
     // materials checked at opening. `rule` is only handed through for the caller.

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "framework/ui/dialog_buttons.h"
+#include "framework/ui/dialog_shape.h"
 #include "framework/ui/picture_control.h"
 #include "framework/ui/pre_translate_filter.h"
 #include "framework/ui/ui_service.h"
@@ -22,6 +23,7 @@ CZEBRuleDlgBase::CZEBRuleDlgBase(unsigned templateId, long imageId,
           return PreTranslateMessage(target, event);
       })) {
     EnsureZebUiService();
+    new CZebDialogShape(this, templateId);
     auto* top = new QHBoxLayout;
     top->addWidget(m_picture, 0, Qt::AlignTop);
     top->addWidget(m_body, 1);

@@ -14,7 +14,8 @@ class QPushButton;
 // Base of every rule dialog: the dialog image in the picture control, OK (result 1), Cancel
 // (result 2) and Help (the help file at the dialog's own section), control lookup by id, and
 // message pre-translation that sees every event of the dialog and of each of its child widgets
-// (also those added later) before they do.
+// (also those added later) before they do. It opens with the size it was last closed with, and
+// Tab follows its layout.
 class VANTOR_FWUI_API CZEBRuleDlgBase : public QDialog {
     Q_OBJECT
 public:

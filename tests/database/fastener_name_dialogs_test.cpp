@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <functional>
 #include <list>
+#include <set>
 
 #include "app/assembly_rules_app.h"
 #include "controls/hyper_link.h"
@@ -168,6 +169,32 @@ TEST_F(FastenerNameDialogTest, OpensWithStoredNamesAndClosesWithOneOrTwo) {
 
     QTimer::singleShot(0, &d.dlg, [&] { d.dlg.close(); });
     EXPECT_EQ(d.dlg.DoModal(), 2);
+}
+
+// The dialog opens with the size it was closed with, the name column taking the room; Tab walks
+// the bitmap buttons, the table and the dialog's buttons as they stand.
+TEST_F(FastenerNameDialogTest, KeepsItsSizeAndTabFollowsTheLayout) {
+    QSize chosen;
+    {
+        NameDialog d;
+        const int column = d.table().columnWidth(0);
+        chosen = d.dlg.size() + QSize(211, 53);
+        d.dlg.resize(chosen);
+        QApplication::processEvents();
+        EXPECT_GT(d.table().columnWidth(0), column + 150);
+        d.dlg.reject();
+    }
+    NameDialog again;
+    EXPECT_EQ(again.dlg.size(), chosen);
+    again.select({0});
+    const std::vector<QWidget*> walked = WalkWithTab(again.button(Dlg::kAddId));
+    const std::vector<int> ids = ControlIdsOf(walked);
+    ASSERT_EQ(ids.size(), 7u);
+    EXPECT_EQ(std::vector<int>(ids.begin(), ids.begin() + 4),
+              (std::vector<int>{Dlg::kAddId, Dlg::kDeleteId, Dlg::kRenameId, Dlg::kTableId}));
+    EXPECT_EQ((std::set<int>(ids.begin() + 4, ids.end())),
+              (std::set<int>{Dlg::kIdOk, Dlg::kIdCancel, Dlg::kIdHelp}));
+    ExpectReadingOrder(&again.dlg, walked);
 }
 
 // Typed names are stored as typed; Escape in a fresh row removes it; a name stored in another
@@ -446,4 +473,23 @@ TEST(FastenerErrorDialog, ButtonsFollowTheOutcomeAndTheLinkOpensTheLog) {
         }
     }
     EXPECT_EQ(ui.opened.size(), 2u);
+
+    // Tab goes from the link to the buttons as they stand; Space on the link opens the log, Enter
+    // still answers OK.
+    CZEBFastenerErrorDlg warning(log, 1, 0);
+    ShowActive(&warning);
+    QWidget* link = FindZebControl(&warning, CZEBFastenerErrorDlg::kLinkId);
+    const std::vector<QWidget*> walked = WalkWithTab(link);
+    const std::vector<int> ids = ControlIdsOf(walked);
+    EXPECT_EQ(ids.size(), 3u);
+    EXPECT_EQ(std::set<int>(ids.begin(), ids.end()),
+              (std::set<int>{CZEBFastenerErrorDlg::kLinkId, CZEBFastenerErrorDlg::kIdOk,
+                             CZEBFastenerErrorDlg::kIdCancel}));
+    ExpectReadingOrder(&warning, walked);
+    link->setFocus();
+    QTest::keyClick(link, Qt::Key_Space);
+    EXPECT_EQ(ui.opened.size(), 3u);
+    QTimer::singleShot(0, &warning,
+                       [&] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); });
+    EXPECT_EQ(warning.DoModal(), 1);
 }

@@ -12,6 +12,7 @@
 #include <fstream>
 #include <functional>
 #include <list>
+#include <set>
 
 #include "app/assembly_rules_app.h"
 #include "dialogs/database/material_db_dlg.h"
@@ -551,6 +552,49 @@ TEST_F(MaterialDialogTest, PairEditorPreChecksNamesAndFillsTheTargetOnOkOnly) {
               (MaterialChoice{{L"Brass", {L"CuZn37", L"CuZn39Pb3"}}, {L"Plastics", {L"PEEK"}}}));
     EXPECT_EQ(HostMaterialsList(), before);
     EXPECT_TRUE(ui.messages.empty());
+}
+
+// Both editors open with the size they were closed with; Tab walks the material editor's rows
+// from the left, then the tree and the buttons.
+TEST_F(MaterialDialogTest, EditorsKeepTheirSizeAndTabFollowsTheLayout) {
+    QSize chosen;
+    {
+        DbDialog d(&rule);
+        chosen = d.dlg.size() + QSize(150, 70);
+        d.dlg.resize(chosen);
+        d.dlg.reject();
+    }
+    DbDialog again(&rule);
+    EXPECT_EQ(again.dlg.size(), chosen);
+    again.type("Steel", "S235");
+    const std::vector<QWidget*> walked = WalkWithTab(again.field(DbDlg::kGroupFieldId));
+    const std::vector<int> ids = ControlIdsOf(walked);
+    ASSERT_EQ(ids.size(), 8u);
+    EXPECT_EQ(std::vector<int>(ids.begin(), ids.begin() + 5),
+              (std::vector<int>{DbDlg::kGroupFieldId, DbDlg::kAddId, DbDlg::kMaterialFieldId,
+                                DbDlg::kDeleteId, DbDlg::kTreeId}));
+    EXPECT_EQ(std::set<int>(ids.begin() + 5, ids.end()),
+              (std::set<int>{DbDlg::kIdOk, DbDlg::kIdCancel, DbDlg::kIdHelp}));
+    ExpectReadingOrder(&again.dlg, walked);
+    again.dlg.reject();
+
+    MaterialChoice target;
+    QSize pairSize;
+    {
+        CEditMaterialPairDlg pair(nullptr, &rule, target, {});
+        ShowActive(&pair);
+        pairSize = pair.size() + QSize(90, 40);
+        pair.resize(pairSize);
+        pair.reject();
+    }
+    CEditMaterialPairDlg pair(nullptr, &rule, target, {});
+    ShowActive(&pair);
+    EXPECT_EQ(pair.size(), pairSize);
+    const std::vector<int> pairIds =
+        ControlIdsOf(WalkWithTab(pair.GetDlgItem(CEditMaterialPairDlg::kTreeId)));
+    ASSERT_EQ(pairIds.size(), 3u);
+    EXPECT_EQ(pairIds[0], CEditMaterialPairDlg::kTreeId);
+    pair.reject();
 }
 
 TEST(MaterialListText, SplitsUpToTheFirstEmptyNameAndTrimsBlanksAndTabs) {

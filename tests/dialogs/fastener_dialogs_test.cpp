@@ -15,6 +15,7 @@
 #include <fstream>
 #include <list>
 #include <map>
+#include <set>
 #include <sstream>
 
 #include "app/assembly_rules_app.h"
@@ -486,6 +487,72 @@ TEST_F(FastenerDialogTest, ClearanceImportRefusesUnreadableValuesAndConvertsUnit
                                                  {GetUnitText(0), GetUnitText(3)}));
     EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Information);
     EXPECT_EQ(grid->GetRows()[0], (CZebGridModel::Row{L"M10", L"1.0", L"2.0", L"0.05", L""}));
+}
+
+// An import over stored rows (the sheet shorter, longer or as long, replacing rows of the table)
+// stores the merged rows and no value the user did not give: a Max left empty stays empty, also
+// through a unit conversion of the rule afterwards, and a row without a name is only the one
+// that pads an odd row count, empty in every cell before and after the conversion.
+TEST_F(FastenerDialogTest, ImportOverStoredRowsStoresNoValueNobodyGave) {
+    struct Case {
+        std::vector<std::string> stored, sheet;
+    };
+    const Case cases[] = {{{"M5", "M6", "M8"}, {"M6"}},
+                          {{"M6"}, {"M5", "M6", "M8"}},
+                          {{"M5", "M6"}, {"M6", "M5"}},
+                          {{"M6"}, {"M6"}},
+                          {{"M6", "M8"}, {"M6", "M10", "M12"}}};
+    const UnitSetting mm{}, inch{.LengthUnit = 3};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.stored.size() * 10 + c.sheet.size());
+        CZEBAssemblyFastenerClearanceRule rule;
+        Rows stored;
+        for (const std::string& name : c.stored)
+            stored.push_back(ZebRow{L"ISO 4017 " + FromUtf8(name), L"25.4", L""});
+        Store(rule, 2052, ZebOp_GreaterEqual, stored);
+        Store(rule, 9450, ZebOp_GreaterEqual, stored);
+        std::vector<std::vector<SheetCell>> sheet{{"F", "A", "B"}};
+        for (const std::string& name : c.sheet) sheet.push_back({"iso 4017 " + name, 50.8, 76.2});
+        const fs::path path = dir / "over.xlsx";
+        fs::remove(path);
+        WriteSheet(path, sheet);
+        {
+            CZEBAssemblyFastenerClearanceDlg dialog(&rule, L"mm");
+            ShowActive(&dialog);
+            Import(&dialog, path, {CZEBFastenerErrorDlg::kIdOk});
+            dialog.OnOK();
+            ASSERT_FALSE(dialog.isVisible());
+        }
+        std::set<std::wstring> names;
+        for (const std::string& name : c.stored) names.insert(L"ISO 4017 " + FromUtf8(name));
+        for (const std::string& name : c.sheet) names.insert(L"ISO 4017 " + FromUtf8(name));
+        const size_t padding = names.size() % 2 == 1 && names.size() % 3 != 0 ? 1 : 0;
+        for (const bool converted : {false, true}) {
+            if (converted) rule.ConvertUnits(&mm, &inch);
+            for (const long id : {2052L, 9450L}) {
+                const Rows rows = Stored(rule, id);
+                ASSERT_EQ(rows.size(), names.size() + padding) << id;
+                auto name = names.begin();
+                for (size_t i = 0; i < names.size(); ++i, ++name) {
+                    EXPECT_EQ(rows[i].Cell(0), *name);
+                    EXPECT_FALSE(rows[i].Cell(1).empty());
+                    EXPECT_EQ(rows[i].Cell(2), L"") << converted;
+                }
+                if (padding) {
+                    EXPECT_EQ(rows.back(), (ZebRow{L"", L"", L""})) << converted;
+                }
+            }
+        }
+        // Values the sheet brought replace the stored ones; the others keep theirs.
+        const Rows inches = Stored(rule, 9450);
+        for (size_t i = 0; i < names.size(); ++i) {
+            const bool fromSheet =
+                std::any_of(c.sheet.begin(), c.sheet.end(), [&](const std::string& name) {
+                    return L"ISO 4017 " + FromUtf8(name) == inches[i].Cell(0);
+                });
+            EXPECT_EQ(inches[i].Cell(1), fromSheet ? L"3.0" : L"1.0") << i;
+        }
+    }
 }
 
 // The second list reads an "N" column that every named row must fill; its texts go into the

@@ -24,6 +24,7 @@
 #include "dialogs/parts/pref_comp_dlg.h"
 #include "dialogs/parts/zeb_asm_interf_ignore_comp_list_ctrl.h"
 #include "framework/resource_library.h"
+#include "framework/text_convert.h"
 #include "framework/ui/recording_ui_service.h"
 #include "rules/interference_detection_rule.h"
 #include "rules/min_clearance_rule.h"
@@ -577,6 +578,36 @@ TEST_F(PartDialogsTest, MinClearanceImportsPartsAndClearances) {
               (std::vector<ZebRow>{{L"Gehäuse", L"Läufer", L"2.5"}, {L"duct", L"guard", L"3.0"}}));
 }
 
+// An import over more, as many or fewer stored pairs stores the sheet's pairs alone: no row the
+// import emptied, and no clearance that was not given, also through a unit conversion afterwards.
+TEST_F(PartDialogsTest, MinClearanceImportOverStoredPairsStoresNoEmptyRow) {
+    const std::vector<ZebRow> old{{L"a", L"b", L"1"}, {L"c", L"d", L"2"}, {L"e", L"f", L"3"}};
+    const UnitSetting mm{}, inch{.LengthUnit = 3};
+    for (const size_t sheetRows : {1u, 3u, 4u}) {
+        SCOPED_TRACE(sheetRows);
+        CZEBAssemblyMinClearanceBetPartsRule rule;
+        AddPairs(rule, 2048, old);
+        std::vector<std::vector<SheetCell>> cells;
+        std::vector<ZebRow> expected;
+        for (size_t i = 0; i < sheetRows; ++i) {
+            const std::string n = std::to_string(i);
+            cells.push_back({"p" + n, "q" + n, 25.4 * static_cast<double>(i + 1)});
+            expected.push_back(
+                ZebRow{FromUtf8("p" + n), FromUtf8("q" + n), std::to_wstring(i + 1) + L".0"});
+        }
+        const fs::path sheet = temp.Path() / ("over" + std::to_string(sheetRows) + ".xlsx");
+        WriteSheet(sheet, cells);
+        {
+            MinClearance d(&rule, L"mm");
+            Import(&d, sheet);
+            d.OnOK();
+            ASSERT_FALSE(d.isVisible());
+        }
+        rule.ConvertUnits(&mm, &inch);
+        EXPECT_EQ(StoredRows(rule, 2048), expected);
+    }
+}
+
 // The table opens with one row per record above the spare rows, names kept exactly (separators
 // the codec does not use included); rows emptied between records are dropped on OK, and the text
 // reads back to the same table. Cancel writes nothing.
@@ -690,21 +721,7 @@ TEST_F(PartDialogsTest, TabFollowsTheLayout) {
     ShowActive(&d);
     QWidget* first = d.ControlById<QWidget>(MinClearance::kSeverityId);
     ASSERT_NE(first, nullptr);
-    first->setFocus();
-    std::vector<QPoint> visited;
-    for (QWidget* focus = first; visited.size() < 40;) {
-        visited.push_back(focus->mapTo(&d, QPoint(0, focus->height() / 2)));
-        QTest::keyClick(focus, Qt::Key_Tab);
-        focus = QApplication::focusWidget();
-        if (!focus || focus == first) break;
-    }
-    ASSERT_GT(visited.size(), 6u);
-    for (size_t i = 1; i < visited.size(); ++i) {
-        const QPoint before = visited[i - 1], here = visited[i];
-        // Either further down, or on the same row further right.
-        EXPECT_TRUE(here.y() > before.y() + 4 ||
-                    (std::abs(here.y() - before.y()) <= 12 && here.x() > before.x()))
-            << i << ": (" << before.x() << "," << before.y() << ") then (" << here.x() << ","
-            << here.y() << ")";
-    }
+    const std::vector<QWidget*> walked = WalkWithTab(first);
+    ASSERT_GT(walked.size(), 6u);
+    ExpectReadingOrder(&d, walked);
 }

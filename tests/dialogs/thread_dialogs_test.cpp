@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <set>
 
 #include "app/assembly_rules_app.h"
 #include "app/settings_document.h"
@@ -168,4 +169,32 @@ TEST_F(ThreadDialogsTest, ThreadSizeEditorEditsTheSecondTable) {
     }
     empty.OnOK();
     EXPECT_TRUE(Stored(rule, 9148).empty());
+}
+
+// The editor opens with the size it was closed with, its last column taking the room; Tab walks
+// the table and then the buttons.
+TEST_F(ThreadDialogsTest, ThreadSizeEditorKeepsItsSizeAndTabFollowsTheLayout) {
+    CZEBAssemblyRecommThreadConnectionRule rule;
+    QSize chosen;
+    {
+        CZEBEditThreadSizeDlg editor(nullptr, &rule);
+        ShowActive(&editor);
+        const int last = editor.GetTable()->columnWidth(2);
+        chosen = editor.size() + QSize(240, 30);
+        editor.resize(chosen);
+        QApplication::processEvents();
+        EXPECT_GT(editor.GetTable()->columnWidth(2), last + 200);
+        editor.reject();
+    }
+    CZEBEditThreadSizeDlg again(nullptr, &rule);
+    ShowActive(&again);
+    EXPECT_EQ(again.size(), chosen);
+    const std::vector<QWidget*> walked = WalkWithTab(again.GetTable());
+    const std::vector<int> ids = ControlIdsOf(walked);
+    ASSERT_EQ(ids.size(), 4u);
+    EXPECT_EQ(ids[0], CZEBEditThreadSizeDlg::kTableId);
+    EXPECT_EQ(std::set<int>(ids.begin() + 1, ids.end()),
+              (std::set<int>{CZEBRuleDlgBase::kIdOk, CZEBRuleDlgBase::kIdCancel,
+                             CZEBRuleDlgBase::kIdHelp}));
+    ExpectReadingOrder(&again, walked);
 }

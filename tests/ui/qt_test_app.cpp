@@ -7,6 +7,7 @@
 #include <QTest>
 #include <cstdlib>
 
+#include "framework/ui/control_id.h"
 #include "tests/support/module_environment.h"
 
 void EnsureQtTestApp() {
@@ -33,6 +34,36 @@ void ShowActive(QWidget* window) {
 void Type(QLineEdit* field, const char* text) {
     field->clear();
     QTest::keyClicks(field, text);
+}
+
+std::vector<QWidget*> WalkWithTab(QWidget* first) {
+    std::vector<QWidget*> walked;
+    first->setFocus();
+    for (QWidget* focus = first; focus && walked.size() < 60;) {
+        walked.push_back(focus);
+        QTest::keyClick(focus, Qt::Key_Tab);
+        focus = QApplication::focusWidget();
+        if (focus == first) break;
+    }
+    return walked;
+}
+
+std::vector<int> ControlIdsOf(const std::vector<QWidget*>& controls) {
+    std::vector<int> ids;
+    for (QWidget* control : controls) ids.push_back(GetZebControlId(control));
+    return ids;
+}
+
+void ExpectReadingOrder(QWidget* dialog, const std::vector<QWidget*>& controls) {
+    for (size_t i = 1; i < controls.size(); ++i) {
+        const QPoint before =
+            controls[i - 1]->mapTo(dialog, QPoint(0, controls[i - 1]->height() / 2));
+        const QPoint here = controls[i]->mapTo(dialog, QPoint(0, controls[i]->height() / 2));
+        EXPECT_TRUE(here.y() > before.y() + 4 ||
+                    (std::abs(here.y() - before.y()) <= 12 && here.x() > before.x()))
+            << i << ": (" << before.x() << "," << before.y() << ") then (" << here.x() << ","
+            << here.y() << ")";
+    }
 }
 
 namespace {
