@@ -113,7 +113,8 @@ TEST_F(CheckCommandTest, BadAssembliesGetAMessageAndStatus2) {
 }
 
 // The recommended thread pairs of a settings file, with the shared assembly's bolts and nuts named
-// in the database: its six M10 connections pass M10 / M10 and are reported against M8 / M8.
+// in the database: its six connections, M10 bolts in M10 nuts by their shanks and bores, pass
+// M10 / M10 and are reported against M8 / M8.
 TEST_F(CheckCommandTest, RecommendedThreadTypes) {
     for (const char* name : {"bolt", "nut"})
         ASSERT_EQ(Run(std::string("db fasteners add ") + name).status, 0);

@@ -1,5 +1,5 @@
 // Thread designations read from names and bores, and the recommended thread pairs checked on
-// bolted joints built with known sizes and on the shared assembly.
+// bolted joints built with known sizes (the shared assembly's: check_command_test.cpp).
 #include "engine/thread_designation.h"
 #include "tests/engine/engine_fixture.h"
 #include "tests/engine/joint_shapes.h"
@@ -143,25 +143,4 @@ TEST_F(EngineTest, RecommendedThreadsFromNames) {
     const ZebCheckReport report = Check(path);
     EXPECT_EQ(Pairs(report), Names{"bolt_m8x1-nut-M8"});
     EXPECT_TRUE(Mentions(report, L"M8x1 bolt_m8x1 (top/bolt_m8x1) in M8x1.25 nut-M8 (top/nut-M8)"));
-}
-
-// The shared assembly's six bolts, M10 by their shanks, each in its own M10 nut.
-TEST_F(EngineTest, SharedAssemblyThreads) {
-    const std::string shared = SharedAssembly();
-    NameFasteners({L"bolt", L"nut"});
-    CZebRule* rule = Rule(kPairs);
-    SetRows(rule, kPairs, {{L"m10x1.5", L"M10"}});
-    EXPECT_TRUE(Check(shared).findings.empty());
-
-    SetRows(rule, kPairs, {{L"M8", L"M8"}});
-    const ZebCheckReport report = Check(shared);
-    ASSERT_EQ(report.findings.size(), 6u);
-    for (const ZebFinding& f : report.findings) {
-        ASSERT_EQ(f.parts.size(), 2u);
-        const std::wstring joint = f.parts[0].substr(0, f.parts[0].rfind(L'/'));
-        EXPECT_EQ(f.parts[0], joint + L"/bolt");
-        EXPECT_EQ(f.parts[1], joint + L"/nut");
-        EXPECT_EQ(f.message, L"M10x1.5 bolt (" + f.parts[0] + L") in M10x1.5 nut (" + f.parts[1] +
-                                 L"): not a recommended pair of threads; recommended M8 / M8");
-    }
 }
