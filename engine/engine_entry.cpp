@@ -1,4 +1,4 @@
-// ZEBAssemblyEngine.so: reads a STEP assembly and evaluates the part-relation rules of a settings
+// ZEBAssemblyEngine.so: reads a STEP assembly and evaluates the assembly rules of a settings
 // document, which it gets from the module through the module's own entry points.
 #include <algorithm>
 #include <memory>
@@ -193,10 +193,7 @@ bool CollectRules(const ZebCheckRequest& request, std::vector<PendingRule>& rule
             return false;
         }
     if (rules.empty()) {
-        error =
-            "the settings hold none of the rules the engine checks (all but recommended thread "
-            "types in "
-            "connection)";
+        error = "the settings hold none of the rules the engine checks";
         if (switchedOff > 0) error += " switched on";
         return false;
     }

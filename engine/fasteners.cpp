@@ -1,12 +1,12 @@
 #include "engine/fasteners.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cwchar>
 #include <gp_Lin.hxx>
 
 #include "engine/pair_search.h"
+#include "engine/thread_designation.h"
 
 namespace {
 constexpr double kFitLength = 1e-4;
@@ -37,11 +37,8 @@ double ShankInside(const FastenerShape& f, const Hole& h) {
 }  // namespace
 
 double MetricSize(double shankDiameter) {
-    static constexpr std::array sizes{1.6,  2.0,  2.5,  3.0,  4.0,  5.0,  6.0,  8.0,
-                                      10.0, 12.0, 14.0, 16.0, 18.0, 20.0, 22.0, 24.0,
-                                      27.0, 30.0, 33.0, 36.0, 42.0, 48.0, 56.0, 64.0};
-    for (double size : sizes)
-        if (std::fabs(size - shankDiameter) <= 0.1) return size;
+    for (const MetricThread& thread : MetricThreads())
+        if (std::fabs(thread.size - shankDiameter) <= 0.1) return thread.size;
     return 0.0;
 }
 

@@ -2,6 +2,7 @@
 
 #include "database/service/data_helper.h"
 #include "engine/rule_values.h"
+#include "framework/case_fold.h"
 #include "util/rule_params.h"
 
 namespace {
@@ -12,6 +13,7 @@ using Engagement_ = FastenerEngagementParams;
 using Alignment_ = FastenerAlignmentParams;
 using Access_ = FastenerAccessibilityParams;
 using Kinds_ = BoltScrewParams;
+using Threads_ = RecommThreadParams;
 
 // A value parameter as a limit: its operator and first value.
 Bound BoundOf(CZebRule& rule, long id, double toKernel) {
@@ -50,12 +52,47 @@ std::vector<std::wstring> DatabaseFastenerNames() {
     if (!db || db->GetFastenerNames(names) != ZebDbOk) return {};
     return {names.begin(), names.end()};
 }
+
+// A row of the thread size table: a size ("M8", or "8") and its pitch ("1.25", or "coarse" for
+// the size's coarse pitch). Nothing when the row is neither.
+ThreadDesignation SizeRow(const ZebRow& row) {
+    if (row.size() < 2) return {};
+    ThreadDesignation thread = ReadThread(row.Cell(0));
+    if (!thread) thread = ReadThread(L"M" + row.Cell(0));
+    const std::wstring& pitch = row.Cell(1);
+    if (ZebEqualsNoCase(pitch, L"coarse")) {
+        for (const MetricThread& metric : MetricThreads())
+            if (thread.Fits({metric.size, 0.0})) thread.pitch = metric.coarsePitch;
+    } else if (ParseLength(pitch) > 0) {
+        thread.pitch = ParseLength(pitch);
+    }
+    return thread && thread.pitch > 0 ? thread : ThreadDesignation{};
+}
+
+ThreadPairOptions ReadThreadPairs(CZebRule& rule) {
+    ThreadPairOptions options;
+    for (const ZebRow& row : Rows(rule, Threads_::kThreadPairs.id))
+        if (row.size() >= 2 && !row.Cell(0).empty() && !row.Cell(1).empty())
+            options.pairs.emplace_back(row.Cell(0), row.Cell(1));
+    // The rule's own sizes first when switched on, then the thread size database's.
+    const ZebTypedParam<ZebRow>* sizes = Param<ZebRow>(rule, Threads_::kThreadSizes.id);
+    if (sizes && sizes->criteriaStatus)
+        for (const ZebRow& row : sizes->values)
+            if (const ThreadDesignation thread = SizeRow(row)) options.pitches.push_back(thread);
+    std::list<std::wstring> threads;
+    IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
+    if (db && db->GetThreadSizes(threads) == ZebDbOk)
+        for (const std::wstring& text : threads)
+            if (const ThreadDesignation thread = ReadThread(text); thread.pitch > 0)
+                options.pitches.push_back(thread);
+    return options;
+}
 }  // namespace
 
 bool IsFeatureRule(CZebRule& rule) {
     for (long id : {Hole_::kOffset.id, Slot_::kOffset.id, Clearance_::kConditionA.id,
                     Engagement_::kLengths.id, Alignment_::kOffset.id, Access_::kToolClearance.id,
-                    Kinds_::kLengthStep.id})
+                    Kinds_::kLengthStep.id, Threads_::kThreadPairs.id})
         if (rule.FindParameterInArray(id)) return true;
     return false;
 }
@@ -109,6 +146,9 @@ bool CheckFeatureRule(CZebRule& rule, double toKernel, FeatureCache& cache,
         return CheckFastenerAccessibility(cache, options, DatabaseFastenerNames(), context,
                                           findings);
     }
+    if (rule.FindParameterInArray(Threads_::kThreadPairs.id))
+        return CheckRecommendedThreads(cache, ReadThreadPairs(rule), DatabaseFastenerNames(),
+                                       context, findings);
     if (rule.FindParameterInArray(Kinds_::kLengthStep.id)) {
         RationalizationOptions options;
         options.sameHead = Enabled(rule, Kinds_::kSameHead.id);

@@ -8,6 +8,7 @@
 #include "engine/fasteners.h"
 #include "engine/features.h"
 #include "engine/rule_checks.h"
+#include "engine/thread_designation.h"
 
 // A limit with its operator: "<", "<=", ">=", "=" against `value`, or a range from `value` to
 // `upper`.
@@ -60,6 +61,13 @@ struct RationalizationOptions {
     bool together = true;                           // bolts and screws compared with each other
 };
 
+struct ThreadPairOptions {
+    // The recommended pairs as typed; a cell that is no metric designation fits no thread.
+    std::vector<std::pair<std::wstring, std::wstring>> pairs;
+    // Pitches that complete a bare size; the first of a size wins.
+    std::vector<ThreadDesignation> pitches;
+};
+
 // What a fastener rule looks at: the parts, their features and the fasteners of its names.
 struct FastenerScene {
     const std::vector<AssemblyPart>& parts;
@@ -104,6 +112,9 @@ bool CheckFastenerAlignment(FeatureCache& cache, const FastenerAlignmentOptions&
 bool CheckFastenerAccessibility(FeatureCache& cache, const AccessibilityOptions& options,
                                 const std::vector<std::wstring>& fastenerNames,
                                 const CheckContext& context, std::vector<ZebFinding>& findings);
+bool CheckRecommendedThreads(FeatureCache& cache, const ThreadPairOptions& options,
+                             const std::vector<std::wstring>& fastenerNames,
+                             const CheckContext& context, std::vector<ZebFinding>& findings);
 bool CheckRationalization(FeatureCache& cache, const RationalizationOptions& options,
                           const std::vector<std::wstring>& fastenerNames,
                           const CheckContext& context, std::vector<ZebFinding>& findings);

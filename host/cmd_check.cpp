@@ -114,10 +114,9 @@ int RunCheck(const std::vector<std::string>& given) {
 VANTOR_HOST_COMMAND(
     check, "check",
     "SETTINGS ASSEMBLY [--rule NAME]... [--format text|json|html] [-o REPORT] [--module-dir DIR]",
-    "Checks the STEP assembly ASSEMBLY against the interference, minimum clearance, contact\n"
-    "material and preferred components rules of SETTINGS (only the rules named by --rule,\n"
-    "identity or display name, when given), in the settings' length unit. Writes one finding\n"
-    "per line (text), a JSON document or one HTML page to REPORT or standard output; progress\n"
-    "goes to standard error. Exit status 0 without findings, 1 with findings, 2 when an input\n"
-    "cannot be read or the check was interrupted.",
+    "Checks the STEP assembly ASSEMBLY against the rules of SETTINGS that are switched on\n"
+    "(only the rules named by --rule, identity or display name, when given), in the settings'\n"
+    "length unit. Writes one finding per line (text), a JSON document or one HTML page to\n"
+    "REPORT or standard output; progress goes to standard error. Exit status 0 without\n"
+    "findings, 1 with findings, 2 when an input cannot be read or the check was interrupted.",
     &RunCheck);

@@ -111,3 +111,34 @@ TEST_F(CheckCommandTest, BadAssembliesGetAMessageAndStatus2) {
         EXPECT_NE(run.err.find(c.says), std::string::npos) << c.path << ": " << run.err;
     }
 }
+
+// The recommended thread pairs of a settings file, with the shared assembly's bolts and nuts named
+// in the database: its six connections, M10 bolts in M10 nuts by their shanks and bores, pass
+// M10 / M10 and are reported against M8 / M8.
+TEST_F(CheckCommandTest, RecommendedThreadTypes) {
+    for (const char* name : {"bolt", "nut"})
+        ASSERT_EQ(Run(std::string("db fasteners add ") + name).status, 0);
+    const std::string text = FileBytes(settings);
+    const std::string pairs = "<Parameter Name=\"\" Type=\"7072\" Status=\"1\">";
+    const size_t at = text.find(pairs);
+    ASSERT_NE(at, std::string::npos);
+    const auto withPair = [&](const char* first, const char* second) {
+        std::string changed = text;
+        changed.insert(at + pairs.size(), std::string("<Value Attribute1=\"") + first +
+                                              "\" Attribute2=\"" + second + "\"/>");
+        return File("threads.xml", changed);
+    };
+    const std::string rule = " --rule 'Recommended Thread Types in Connection'";
+    HostRun run = Run("check " + withPair("M10", "m10") + " " + SharedAssembly() + rule);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.err.find("18 parts, 0 findings"), std::string::npos) << run.err;
+
+    run = Run("check " + withPair("M8", "M8") + " " + SharedAssembly() + rule);
+    EXPECT_EQ(run.status, 1) << run.err;
+    EXPECT_NE(run.err.find("18 parts, 6 findings"), std::string::npos) << run.err;
+    EXPECT_NE(run.out.find("M10x1.5 bolt (as1/l-bracket-assembly[1]/nut-bolt-assembly[1]/bolt) in "
+                           "M10x1.5 nut (as1/l-bracket-assembly[1]/nut-bolt-assembly[1]/nut): not "
+                           "a recommended pair of threads; recommended M8 / M8"),
+              std::string::npos)
+        << run.out;
+}

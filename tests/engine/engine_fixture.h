@@ -130,3 +130,14 @@ inline std::vector<std::string> Pairs(const ZebCheckReport& report) {
     return pairs;
 }
 using Names = std::vector<std::string>;
+
+inline SolidToWrite Solid(const wchar_t* name, const TopoDS_Shape& shape) {
+    return {name, shape, L"", L""};
+}
+
+// True when a finding's message holds `text`.
+inline bool Mentions(const ZebCheckReport& report, const std::wstring& text) {
+    for (const ZebFinding& f : report.findings)
+        if (f.message.find(text) != std::wstring::npos) return true;
+    return false;
+}

@@ -8,10 +8,6 @@
 using namespace joint_shapes;
 
 namespace {
-SolidToWrite Solid(const wchar_t* name, const TopoDS_Shape& shape) {
-    return {name, shape, L"", L""};
-}
-
 // The findings as "parts value" lines, sorted, values rounded to three decimals.
 std::vector<std::string> Lines(const ZebCheckReport& report) {
     std::vector<std::string> lines;
@@ -29,12 +25,6 @@ std::vector<std::string> Lines(const ZebCheckReport& report) {
     }
     std::sort(lines.begin(), lines.end());
     return lines;
-}
-
-bool Mentions(const ZebCheckReport& report, const std::wstring& text) {
-    for (const ZebFinding& f : report.findings)
-        if (f.message.find(text) != std::wstring::npos) return true;
-    return false;
 }
 }  // namespace
 

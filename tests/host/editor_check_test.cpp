@@ -27,6 +27,7 @@
 #include "host/editor/check_assembly.h"
 #include "host/editor/rule_set_editor.h"
 #include "tests/database/db_test_support.h"
+#include "tests/engine/joint_shapes.h"
 #include "tests/engine/shared_assembly.h"
 #include "tests/support/scoped_env.h"
 
@@ -207,4 +208,37 @@ TEST_F(EditorCheckTest, CancelStopsTheCheck) {
     EXPECT_TRUE(cancelled);
     EXPECT_TRUE(ui.messages.empty());
     EXPECT_TRUE(editor.AssemblyCheck()->Dock()->isHidden());
+}
+
+// The recommended thread pairs in the editor: an M8 bolt in an M10 nut against M8 / M8 is one
+// finding, filed under its rule.
+TEST_F(EditorCheckTest, RecommendedThreadTypes) {
+    const std::string joint = (folder.Folder() / "joint.stp").string();
+    std::string error;
+    ASSERT_TRUE(WriteStepAssembly(
+        joint, L"top",
+        {{L"bolt", joint_shapes::Bolt(gp_Pnt(0, 0, 20), -gp::DZ(), 8, 25), L"", L""},
+         {L"nut", joint_shapes::Nut(gp_Pnt(0, 0, 0), -gp::DZ(), 10, 6), L"", L""}},
+        "MM", error))
+        << error;
+    IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
+    ASSERT_NE(db, nullptr);
+    for (const wchar_t* name : {L"bolt", L"nut"}) ASSERT_EQ(db->AddFastenerName(name), ZebDbOk);
+    CRuleSetEditor editor(module);
+    const int threads = RuleWith(editor, 7072);
+    ASSERT_GE(threads, 0);
+    std::string settings = editor.Document().Snapshot();
+    const std::string pairs = "<Parameter Name=\"\" Type=\"7072\" Status=\"1\">";
+    const size_t at = settings.find(pairs);
+    ASSERT_NE(at, std::string::npos);
+    settings.insert(at + pairs.size(), "<Value Attribute1=\"M8\" Attribute2=\"M8\"/>");
+    ASSERT_EQ(editor.AssemblyCheck()->Check(settings, joint), ZebCheckDone);
+    const QString name = editor.Table()->item(threads, 0)->text();
+    EXPECT_EQ(Shown(*editor.AssemblyCheck()->Findings()),
+              std::vector<std::string>{name.toStdString() + "|Major|top/bolt  |  top/nut||"});
+    const std::vector<ZebFinding>& findings = editor.AssemblyCheck()->Report().findings;
+    ASSERT_EQ(findings.size(), 1u);
+    EXPECT_EQ(findings[0].message,
+              L"M8x1.25 bolt (top/bolt) in M10x1.5 nut (top/nut): not a recommended pair of "
+              L"threads; recommended M8 / M8");
 }
