@@ -272,6 +272,8 @@ TEST_F(EditorTest, UnitsConvertEveryRuleAndBack) {
     editor.ChangeUnit(0);
     ASSERT_EQ(ui.messages.size(), 1u);
     EXPECT_NE(ui.messages[0].text.find(L"Wobble Check"), std::wstring::npos);
+    EXPECT_NE(ui.messages[0].text.find(L"from inch (in) to millimetre (mm)"), std::wstring::npos)
+        << ToUtf8(ui.messages[0].text);
     EXPECT_EQ(editor.Document().Unit(), 3);
     EXPECT_FALSE(editor.Document().IsModified());
 }
