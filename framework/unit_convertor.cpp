@@ -6,12 +6,17 @@ namespace {
 // Sizes in nanometres are whole numbers, so every ratio between two units is an exact fraction
 // and 1 in = 25.4 mm holds exactly.
 const ZebLengthUnit kUnits[] = {
-    {0, "millimetre", 1e6},   {1, "centimetre", 1e7},
-    {2, "metre", 1e9},        {3, "inch", 25400000.0},
-    {4, "foot", 304800000.0}, {5, "nanometre", 1.0},
-    {6, "micrometre", 1e3},   {7, "decimetre", 1e8},
-    {8, "yard", 914400000.0}, {9, "thousandth of an inch", 25400.0},
-    {10, "kilometre", 1e12},
+    {0, "millimetre", "mm", 1e6},
+    {1, "centimetre", "cm", 1e7},
+    {2, "metre", "m", 1e9},
+    {3, "inch", "in", 25400000.0},
+    {4, "foot", "ft", 304800000.0},
+    {5, "nanometre", "nm", 1.0},
+    {6, "micrometre", "\u00b5m", 1e3},
+    {7, "decimetre", "dm", 1e8},
+    {8, "yard", "yd", 914400000.0},
+    {9, "thousandth of an inch", "mil", 25400.0},
+    {10, "kilometre", "km", 1e12},
 };
 
 constexpr long kLength = 1;

@@ -7,8 +7,9 @@
 // One length unit code of the framework.
 struct ZebLengthUnit {
     long code;
-    const char* name;   // English name, for listings
-    double nanometres;  // size of one unit; every entry is a whole number of nanometres
+    const char* name;    // English name, for listings
+    const char* symbol;  // UTF-8, the same in every language
+    double nanometres;   // size of one unit; every entry is a whole number of nanometres
 };
 
 // value * (from / to)^power for one pair of unit codes, with the ratio worked out once: the

@@ -25,9 +25,10 @@ std::string Text(const ZebRow& row) {
 }
 
 template <class T>
-std::string ValuesText(const ZebTypedParam<T>* p) {
+std::string ValuesText(const ZebTypedParam<T>* p, size_t from) {
     std::string text;
-    for (const T& v : p->values) text += (text.empty() ? "" : " ") + Text(v);
+    for (size_t i = from; i < static_cast<size_t>(p->values.GetSize()); ++i)
+        text += (text.empty() ? "" : " ") + Text(p->values[static_cast<int32_t>(i)]);
     return text;
 }
 }  // namespace
@@ -44,24 +45,24 @@ std::string ParamOperatorText(const CZebParamStorage& param) {
     return text ? ToUtf8(text) : std::to_string(op);
 }
 
-std::string ParamValuesText(const CZebParamStorage& p) {
+std::string ParamValuesText(const CZebParamStorage& p, size_t from) {
     switch (p.GetType()) {
         case ZebType_Int:
-            return ValuesText(p.As<int32_t>());
+            return ValuesText(p.As<int32_t>(), from);
         case ZebType_Long:
-            return ValuesText(p.As<long>());
+            return ValuesText(p.As<long>(), from);
         case ZebType_Bool:
-            return ValuesText(p.As<bool>());
+            return ValuesText(p.As<bool>(), from);
         case ZebType_Double:
-            return ValuesText(p.As<double>());
+            return ValuesText(p.As<double>(), from);
         case ZebType_String:
-            return ValuesText(p.As<std::wstring>());
+            return ValuesText(p.As<std::wstring>(), from);
         case ZebType_Opaque:
-            return ValuesText(p.As<ZebOpaque>());
+            return ValuesText(p.As<ZebOpaque>(), from);
         case ZebType_Unsigned:
-            return ValuesText(p.As<uint32_t>());
+            return ValuesText(p.As<uint32_t>(), from);
         case ZebType_Row:
-            return ValuesText(p.As<ZebRow>());
+            return ValuesText(p.As<ZebRow>(), from);
         default:
             return {};
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -9,5 +10,5 @@ class CZebParamStorage;
 const char* ParamTypeName(int32_t type);
 // The parameter's operator as its symbol ("<=", "RANGE"), else its code.
 std::string ParamOperatorText(const CZebParamStorage& param);
-// The parameter's values, separated by spaces; a table row as "[a | b | c]".
-std::string ParamValuesText(const CZebParamStorage& param);
+// The parameter's values from the `from`th on, separated by spaces; a table row as "[a | b | c]".
+std::string ParamValuesText(const CZebParamStorage& param, size_t from = 0);

@@ -180,10 +180,18 @@ int RewriteSettings(const CommandArgs& args, std::optional<int> toUnit) {
     return RewriteAndWrite(loader, input, toUnit, args.output) ? 0 : 1;
 }
 
+namespace {
+// A unit as people name it: "inch (in)"; the code only for a code no unit has.
+std::string UnitWords(int code) {
+    const ZebLengthUnit* unit = CZEBUnitConvertor::FindUnit(code);
+    return unit ? std::string(unit->name) + " (" + unit->symbol + ")"
+                : "unit code " + std::to_string(code);
+}
+}  // namespace
+
 std::string UnconvertibleRule(const std::string& name, int from, int to) {
     return "no rule of the module reads the rule '" + name +
-           "', so its values cannot be converted from unit " + std::to_string(from) + " to unit " +
-           std::to_string(to);
+           "', so its values cannot be converted from " + UnitWords(from) + " to " + UnitWords(to);
 }
 
 std::vector<std::unique_ptr<ZebXMLNode>> SettingsRuleElements(ZebXMLDocument& doc) {

@@ -7,10 +7,12 @@
 #include <span>
 
 #include "framework/zeb_types.h"
+#include "resources/string_ids.h"
 
 // The parameters of every rule, each written once: what a rule's InitParameters creates and in
-// which order, the ids its dialog, the table export and the tests find them by, and the cells of
-// its tables. Plain data with no state, so every layer that needs a fact reads it here.
+// which order, the ids its dialog, the table export and the tests find them by, the cells of its
+// tables, and the strings the rule's dialog names them with. Plain data with no state, so every
+// layer that needs a fact reads it here.
 
 // What a cell of a table holds; lengths follow a change of unit.
 enum class ParamCell { Text, Length };
@@ -41,6 +43,32 @@ struct ParamDefaults {
     constexpr std::span<const double> View() const { return {values.data(), count}; }
 };
 
+// A column heading: the string the rule's dialog heads the column with, or the fixed text the
+// dialog holds itself where it loads none.
+struct ParamHeading {
+    ZebStringId id{};
+    const wchar_t* fixed = nullptr;
+};
+
+// The headings of a table's columns, one per cell of its rows.
+struct ParamHeadings {
+    size_t count = 0;
+    std::array<ParamHeading, ParamColumns::kMax> headings{};
+
+    constexpr ParamHeadings() = default;
+    constexpr ParamHeadings(std::initializer_list<ParamHeading> list) : count(list.size()) {
+        std::copy_n(list.begin(), std::min(list.size(), ParamColumns::kMax), headings.begin());
+    }
+    constexpr std::span<const ParamHeading> View() const { return {headings.data(), count}; }
+};
+
+// What a parameter's values measure, so that their texts name the unit.
+enum class ParamUnit { None, Length, Volume };
+
+// What switches a parameter on and off where its dialog shows it: nothing, its first value
+// (0 is off), its enabled status or its criteria status.
+enum class ParamSwitch { None, FirstValue, Enabled, Criteria };
+
 struct ParamSpec {
     long id;
     Type_e type;
@@ -52,6 +80,12 @@ struct ParamSpec {
     ParamDefaults defaults = {};
     // Rows of a table parameter, or of the table a text parameter encodes.
     ParamColumns columns = {};
+    // The string the rule's dialog names the value with; none for values it does not show.
+    ZebStringId label{};
+    ParamUnit unit = ParamUnit::None;
+    ParamSwitch switchedBy = ParamSwitch::None;
+    // The headings of `columns`.
+    ParamHeadings headings = {};
 };
 
 namespace rule_params_detail {
@@ -65,6 +99,7 @@ constexpr bool WellFormed(const std::array<ParamSpec, N>& specs) {
             if (specs[j].id == p.id) return false;
         if ((p.kind == ZebParam_Table) != (p.type == ZebType_Row)) return false;
         if (p.type == ZebType_Row && p.columns.count == 0) return false;
+        if (p.headings.count != p.columns.count) return false;
         if (p.columns.count > ParamColumns::kMax || p.defaults.count > ParamDefaults::kMax)
             return false;
         if (p.type == ZebType_Row && p.defaults.count != 0) return false;
@@ -78,43 +113,58 @@ constexpr bool WellFormed(const std::array<ParamSpec, N>& specs) {
 struct FastenerClearanceParams {
     using enum ParamCell;
     // Rows of (name, Min, Max) for condition A and for condition B.
-    static constexpr ParamSpec kConditionA{.id = 2052,
-                                           .type = ZebType_Row,
-                                           .op = ZebOp_GreaterEqual,
-                                           .kind = ZebParam_Table,
-                                           .columns = {Text, Length, Length}};
+    static constexpr ParamSpec kConditionA{
+        .id = 2052,
+        .type = ZebType_Row,
+        .op = ZebOp_GreaterEqual,
+        .kind = ZebParam_Table,
+        .columns = {Text, Length, Length},
+        .label = IDS_CLEARANCE_A_HEADING,
+        .headings = {{IDS_FASTENER_NAME_HEADING}, {.fixed = L"Min"}, {.fixed = L"Max"}}};
     static constexpr ParamSpec kConditionB{.id = 9450,
                                            .type = ZebType_Row,
                                            .op = ZebOp_GreaterEqual,
                                            .kind = ZebParam_Table,
-                                           .columns = kConditionA.columns};
+                                           .columns = kConditionA.columns,
+                                           .label = IDS_CLEARANCE_B_HEADING,
+                                           .headings = kConditionA.headings};
     static constexpr std::array kAll{kConditionA, kConditionB};
 };
 
 struct FastenerEngagementParams {
     using enum ParamCell;
     // Rows of (name, engagement length).
-    static constexpr ParamSpec kLengths{.id = 2053,
-                                        .type = ZebType_Row,
-                                        .op = ZebOp_Equal,
-                                        .kind = ZebParam_Table,
-                                        .columns = {Text, Length}};
+    static constexpr ParamSpec kLengths{
+        .id = 2053,
+        .type = ZebType_Row,
+        .op = ZebOp_Equal,
+        .kind = ZebParam_Table,
+        .columns = {Text, Length},
+        .label = IDS_ENGAGEMENT_LENGTH_HEADING,
+        .headings = {{IDS_FASTENER_NAME_HEADING}, {IDS_ENGAGEMENT_LENGTH_HEADING}}};
     static constexpr std::array kAll{kLengths};
 };
 
 struct RecommThreadParams {
     using enum ParamCell;
     // Rows of two thread types that may be connected, and of two thread sizes.
-    static constexpr ParamSpec kThreadPairs{.id = 7072,
-                                            .type = ZebType_Row,
-                                            .op = ZebOp_Equal,
-                                            .kind = ZebParam_Table,
-                                            .columns = {Text, Text}};
-    static constexpr ParamSpec kThreadSizes{.id = 9148,
-                                            .type = ZebType_Row,
-                                            .op = ZebOp_Equal,
-                                            .kind = ZebParam_Table,
-                                            .columns = kThreadPairs.columns};
+    static constexpr ParamSpec kThreadPairs{
+        .id = 7072,
+        .type = ZebType_Row,
+        .op = ZebOp_Equal,
+        .kind = ZebParam_Table,
+        .columns = {Text, Text},
+        .label = IDS_RULE_RECOMM_THREAD_TYPES,
+        .headings = {{IDS_THREAD_TYPE_1_HEADING}, {IDS_THREAD_TYPE_2_HEADING}}};
+    static constexpr ParamSpec kThreadSizes{
+        .id = 9148,
+        .type = ZebType_Row,
+        .op = ZebOp_Equal,
+        .kind = ZebParam_Table,
+        .columns = kThreadPairs.columns,
+        .label = IDS_THREAD_SIZES_CHECK,
+        .switchedBy = ParamSwitch::Criteria,
+        .headings = {{IDS_THREAD_SIZE_HEADING}, {IDS_THREAD_PITCH_HEADING}}};
     static constexpr std::array kAll{kThreadPairs, kThreadSizes};
 };
 
@@ -123,13 +173,17 @@ struct FastenerAlignmentParams {
                                        .type = ZebType_Double,
                                        .op = ZebOp_Equal,
                                        .kind = ZebParam_Value,
-                                       .defaults = {0.0}};
+                                       .defaults = {0.0},
+                                       .label = IDS_ALIGNMENT_LIMIT_LABEL,
+                                       .unit = ParamUnit::Length};
     // Only its enabled status is used.
     static constexpr ParamSpec kSwitch{.id = 8076,
                                        .type = ZebType_Bool,
                                        .op = ZebOp_Equal,
                                        .kind = ZebParam_Value,
-                                       .enabled = false};
+                                       .enabled = false,
+                                       .label = IDS_ALIGNMENT_PARALLEL_CHECK,
+                                       .switchedBy = ParamSwitch::Enabled};
     static constexpr std::array kAll{kOffset, kSwitch};
 };
 
@@ -138,41 +192,65 @@ struct FastenerAccessibilityParams {
                                               .type = ZebType_Double,
                                               .op = ZebOp_GreaterEqual,
                                               .kind = ZebParam_Value,
-                                              .defaults = {1.2}};
+                                              .defaults = {1.2},
+                                              .label = IDS_TOOL_CLEARANCE_LABEL,
+                                              .unit = ParamUnit::Length};
     static constexpr ParamSpec kSecondClearance{.id = 6092,
                                                 .type = ZebType_Double,
                                                 .op = ZebOp_GreaterEqual,
                                                 .kind = ZebParam_Value,
-                                                .defaults = {2.5}};
+                                                .defaults = {2.5},
+                                                .label = IDS_SECOND_TOOL_CLEARANCE_CHECK,
+                                                .unit = ParamUnit::Length};
     // Switches the second clearance on (1.0).
     static constexpr ParamSpec kSecondSwitch{.id = 6093,
                                              .type = ZebType_Double,
                                              .op = ZebOp_Equal,
                                              .kind = ZebParam_Value,
-                                             .defaults = {0.0}};
+                                             .defaults = {0.0},
+                                             .label = IDS_SECOND_TOOL_CLEARANCE_CHECK,
+                                             .switchedBy = ParamSwitch::FirstValue};
     static constexpr std::array kAll{kToolClearance, kSecondClearance, kSecondSwitch};
 };
 
 struct BoltScrewParams {
     // The two switches and the choice hold no value; their enabled status is the setting.
-    static constexpr ParamSpec kSameHead{
-        .id = 9024, .type = ZebType_Bool, .op = ZebOp_Equal, .kind = ZebParam_Value};
-    static constexpr ParamSpec kSameMaterial{
-        .id = 9025, .type = ZebType_Bool, .op = ZebOp_Equal, .kind = ZebParam_Value};
+    static constexpr ParamSpec kSameHead{.id = 9024,
+                                         .type = ZebType_Bool,
+                                         .op = ZebOp_Equal,
+                                         .kind = ZebParam_Value,
+                                         .label = IDS_SAME_HEAD_TYPE,
+                                         .switchedBy = ParamSwitch::Enabled};
+    static constexpr ParamSpec kSameMaterial{.id = 9025,
+                                             .type = ZebType_Bool,
+                                             .op = ZebOp_Equal,
+                                             .kind = ZebParam_Value,
+                                             .label = IDS_SAME_MATERIAL,
+                                             .switchedBy = ParamSwitch::Enabled};
     static constexpr ParamSpec kLengthStep{.id = 9026,
                                            .type = ZebType_Double,
                                            .op = ZebOp_GreaterEqual,
                                            .kind = ZebParam_Value,
                                            .criteria = true,
-                                           .defaults = {4.0}};
+                                           .defaults = {4.0},
+                                           .label = IDS_LENGTH_STEP_CHECK,
+                                           .unit = ParamUnit::Length,
+                                           .switchedBy = ParamSwitch::Criteria};
     static constexpr ParamSpec kDiameterStep{.id = 9027,
                                              .type = ZebType_Double,
                                              .op = ZebOp_GreaterEqual,
                                              .kind = ZebParam_Value,
                                              .criteria = true,
-                                             .defaults = {2.0}};
-    static constexpr ParamSpec kTogether{
-        .id = 9603, .type = ZebType_Bool, .op = ZebOp_Equal, .kind = ZebParam_Value};
+                                             .defaults = {2.0},
+                                             .label = IDS_DIAMETER_STEP_CHECK,
+                                             .unit = ParamUnit::Length,
+                                             .switchedBy = ParamSwitch::Criteria};
+    static constexpr ParamSpec kTogether{.id = 9603,
+                                         .type = ZebType_Bool,
+                                         .op = ZebOp_Equal,
+                                         .kind = ZebParam_Value,
+                                         .label = IDS_BOLTS_SCREWS_TOGETHER,
+                                         .switchedBy = ParamSwitch::Enabled};
     static constexpr std::array kAll{kSameHead, kSameMaterial, kLengthStep, kDiameterStep,
                                      kTogether};
 };
@@ -183,18 +261,30 @@ struct HoleAlignmentParams {
                                        .op = ZebOp_LessEqual,
                                        .kind = ZebParam_Value,
                                        .criteria = true,
-                                       .defaults = {0.5}};
+                                       .defaults = {0.5},
+                                       .label = IDS_HOLE_OFFSET_LABEL,
+                                       .unit = ParamUnit::Length};
     // Through holes and blind holes: checked when their criteria status is on.
-    static constexpr ParamSpec kThroughHoles{
-        .id = 7092, .type = ZebType_Double, .op = ZebOp_LessEqual, .kind = ZebParam_Value};
-    static constexpr ParamSpec kBlindHoles{
-        .id = 7094, .type = ZebType_Double, .op = ZebOp_LessEqual, .kind = ZebParam_Value};
+    static constexpr ParamSpec kThroughHoles{.id = 7092,
+                                             .type = ZebType_Double,
+                                             .op = ZebOp_LessEqual,
+                                             .kind = ZebParam_Value,
+                                             .label = IDS_HOLE_CHECK_THROUGH,
+                                             .switchedBy = ParamSwitch::Enabled};
+    static constexpr ParamSpec kBlindHoles{.id = 7094,
+                                           .type = ZebType_Double,
+                                           .op = ZebOp_LessEqual,
+                                           .kind = ZebParam_Value,
+                                           .label = IDS_HOLE_CHECK_BLIND,
+                                           .switchedBy = ParamSwitch::Enabled};
     // The allowed difference of diameters.
     static constexpr ParamSpec kTolerance{.id = 9084,
                                           .type = ZebType_Double,
                                           .op = ZebOp_LessEqual,
                                           .kind = ZebParam_Value,
-                                          .defaults = {0.1}};
+                                          .defaults = {0.1},
+                                          .label = IDS_HOLE_SECOND_TOLERANCE_LABEL,
+                                          .unit = ParamUnit::Length};
     static constexpr std::array kAll{kOffset, kThroughHoles, kBlindHoles, kTolerance};
 };
 
@@ -203,23 +293,32 @@ struct SlotAlignmentParams {
                                        .type = ZebType_Double,
                                        .op = ZebOp_LessEqual,
                                        .kind = ZebParam_Value,
-                                       .defaults = {0.5}};
+                                       .defaults = {0.5},
+                                       .label = IDS_SLOT_OFFSET_LABEL,
+                                       .unit = ParamUnit::Length};
     // The offset between slot ends, switched by its criteria status.
     static constexpr ParamSpec kSecondOffset{.id = 9503,
                                              .type = ZebType_Double,
                                              .op = ZebOp_LessEqual,
                                              .kind = ZebParam_Value,
-                                             .defaults = {0.5}};
+                                             .defaults = {0.5},
+                                             .label = IDS_SLOT_SECOND_OFFSET_CHECK,
+                                             .unit = ParamUnit::Length,
+                                             .switchedBy = ParamSwitch::Enabled};
     static constexpr ParamSpec kDirection{.id = 9606,
                                           .type = ZebType_Bool,
                                           .op = ZebOp_Equal,
                                           .kind = ZebParam_Plain,
-                                          .defaults = {0.0}};
+                                          .defaults = {0.0},
+                                          .label = IDS_SLOT_CHECK_DIRECTION,
+                                          .switchedBy = ParamSwitch::FirstValue};
     static constexpr ParamSpec kWidth{.id = 9608,
                                       .type = ZebType_Bool,
                                       .op = ZebOp_Equal,
                                       .kind = ZebParam_Plain,
-                                      .defaults = {0.0}};
+                                      .defaults = {0.0},
+                                      .label = IDS_SLOT_CHECK_WIDTH,
+                                      .switchedBy = ParamSwitch::FirstValue};
     static constexpr std::array kAll{kOffset, kSecondOffset, kDirection, kWidth};
 };
 
@@ -229,33 +328,47 @@ struct InterferenceParams {
                                          .type = ZebType_Bool,
                                          .op = ZebOp_Equal,
                                          .kind = ZebParam_Switch,
-                                         .defaults = {1.0}};
+                                         .defaults = {1.0},
+                                         .label = IDS_CHECK_ALL_COMPONENTS,
+                                         .switchedBy = ParamSwitch::FirstValue};
     static constexpr ParamSpec kFirstOption{.id = 6069,
                                             .type = ZebType_Bool,
                                             .op = ZebOp_Equal,
                                             .kind = ZebParam_Switch,
-                                            .defaults = {1.0}};
+                                            .defaults = {1.0},
+                                            .label = IDS_INTERFERENCE_SAME_SUBASSEMBLY,
+                                            .switchedBy = ParamSwitch::FirstValue};
     // The listed components are groups rather than pairs.
     static constexpr ParamSpec kGroups{.id = 8073,
                                        .type = ZebType_Bool,
                                        .op = ZebOp_Equal,
                                        .kind = ZebParam_Switch,
-                                       .defaults = {0.0}};
+                                       .defaults = {0.0},
+                                       .label = IDS_COMPONENT_GROUPS,
+                                       .switchedBy = ParamSwitch::FirstValue};
     static constexpr ParamSpec kSecondOption{.id = 6070,
                                              .type = ZebType_Bool,
                                              .op = ZebOp_Equal,
                                              .kind = ZebParam_Switch,
-                                             .defaults = {0.0}};
+                                             .defaults = {0.0},
+                                             .label = IDS_INTERFERENCE_TOUCHING,
+                                             .switchedBy = ParamSwitch::FirstValue};
     static constexpr ParamSpec kVolumeLimit{.id = 8978,
                                             .type = ZebType_Double,
                                             .op = ZebOp_LessEqual,
                                             .kind = ZebParam_Value,
-                                            .enabled = false};
-    static constexpr ParamSpec kComponents{.id = 6068,
-                                           .type = ZebType_Row,
-                                           .op = ZebOp_Equal,
-                                           .kind = ZebParam_Table,
-                                           .columns = {Text, Text}};
+                                            .enabled = false,
+                                            .label = IDS_INTERFERENCE_VOLUME_CHECK,
+                                            .unit = ParamUnit::Volume,
+                                            .switchedBy = ParamSwitch::Enabled};
+    static constexpr ParamSpec kComponents{
+        .id = 6068,
+        .type = ZebType_Row,
+        .op = ZebOp_Equal,
+        .kind = ZebParam_Table,
+        .columns = {Text, Text},
+        .label = IDS_TAB_COMPONENTS_TO_CHECK,
+        .headings = {{IDS_COMPONENT_1_HEADING}, {IDS_COMPONENT_2_HEADING}}};
     static constexpr std::array kAll{kCheckAll,     kFirstOption, kGroups,
                                      kSecondOption, kVolumeLimit, kComponents};
 };
@@ -267,29 +380,42 @@ struct MinClearanceParams {
                                         .type = ZebType_Double,
                                         .op = ZebOp_GreaterEqual,
                                         .kind = ZebParam_Value,
-                                        .defaults = {1.0, 0.1}};
+                                        .defaults = {1.0, 0.1},
+                                        .label = IDS_GENERAL_CLEARANCE_CHECK,
+                                        .unit = ParamUnit::Length,
+                                        .switchedBy = ParamSwitch::FirstValue};
     static constexpr ParamSpec kPairsSwitch{.id = 2049,
                                             .type = ZebType_Double,
                                             .op = ZebOp_Equal,
                                             .kind = ZebParam_Value,
-                                            .defaults = {0.0}};
+                                            .defaults = {0.0},
+                                            .label = IDS_PART_PAIRS_CHECK,
+                                            .switchedBy = ParamSwitch::FirstValue};
     // Rows of (part, part, clearance).
-    static constexpr ParamSpec kPairs{.id = 2048,
-                                      .type = ZebType_Row,
-                                      .op = ZebOp_Equal,
-                                      .kind = ZebParam_Table,
-                                      .columns = {Text, Text, Length}};
+    static constexpr ParamSpec kPairs{
+        .id = 2048,
+        .type = ZebType_Row,
+        .op = ZebOp_Equal,
+        .kind = ZebParam_Table,
+        .columns = {Text, Text, Length},
+        .label = IDS_PART_PAIRS_CHECK,
+        .headings = {
+            {IDS_COMPONENT_1_HEADING}, {IDS_COMPONENT_2_HEADING}, {IDS_CLEARANCE_HEADING}}};
     // The dialog's option pair: 1.0 the first option (same subassembly), 0.0 the second.
     static constexpr ParamSpec kSameSubassembly{.id = 2063,
                                                 .type = ZebType_Double,
                                                 .op = ZebOp_GreaterEqual,
                                                 .kind = ZebParam_Value,
-                                                .defaults = {1.0}};
+                                                .defaults = {1.0},
+                                                .label = IDS_CLEARANCE_SAME_SUBASSEMBLY,
+                                                .switchedBy = ParamSwitch::FirstValue};
     static constexpr ParamSpec kTouching{.id = 6072,
                                          .type = ZebType_Bool,
                                          .op = ZebOp_Equal,
                                          .kind = ZebParam_Switch,
-                                         .defaults = {0.0}};
+                                         .defaults = {0.0},
+                                         .label = IDS_REPORT_TOUCHING_PARTS,
+                                         .switchedBy = ParamSwitch::FirstValue};
     // Stored but not shown.
     static constexpr ParamSpec kHiddenSwitchA{.id = 6073,
                                               .type = ZebType_Bool,
@@ -308,17 +434,23 @@ struct MinClearanceParams {
 struct ContactMaterialParams {
     using enum ParamCell;
     // Rows of two materials that must not touch.
-    static constexpr ParamSpec kPairs{.id = 7065,
-                                      .type = ZebType_Row,
-                                      .op = ZebOp_Equal,
-                                      .kind = ZebParam_Table,
-                                      .columns = {Text, Text}};
+    static constexpr ParamSpec kPairs{
+        .id = 7065,
+        .type = ZebType_Row,
+        .op = ZebOp_Equal,
+        .kind = ZebParam_Table,
+        .columns = {Text, Text},
+        .label = IDS_RULE_CONTACT_MATERIAL,
+        .headings = {{IDS_MATERIALS_SIDE_1_HEADING}, {IDS_MATERIALS_SIDE_2_HEADING}}};
     // The contact distance, switched by its criteria status.
     static constexpr ParamSpec kDistance{.id = 7051,
                                          .type = ZebType_Double,
                                          .op = ZebOp_Less,
                                          .kind = ZebParam_Value,
-                                         .defaults = {0.1}};
+                                         .defaults = {0.1},
+                                         .label = IDS_CONTACT_DISTANCE_CHECK,
+                                         .unit = ParamUnit::Length,
+                                         .switchedBy = ParamSwitch::Enabled};
     static constexpr std::array kAll{kPairs, kDistance};
 };
 
@@ -330,7 +462,12 @@ struct PrefCompParams {
                                       .op = ZebOp_GreaterEqual,
                                       .kind = ZebParam_Value,
                                       .defaults = {0.0},
-                                      .columns = {Text, Text, Text, Text}};
+                                      .columns = {Text, Text, Text, Text},
+                                      .label = IDS_RULE_PREFERRED_COMPONENTS,
+                                      .headings = {{IDS_DESCRIPTION_HEADING},
+                                                   {IDS_PREFERRED_COMPONENT_HEADING},
+                                                   {IDS_ALTERNATIVE_COMPONENT_HEADING},
+                                                   {IDS_COMPONENT_TO_REPLACE_HEADING}}};
     static constexpr std::array kAll{kTable};
 };
 
@@ -346,3 +483,30 @@ static_assert(rule_params_detail::WellFormed(InterferenceParams::kAll));
 static_assert(rule_params_detail::WellFormed(MinClearanceParams::kAll));
 static_assert(rule_params_detail::WellFormed(ContactMaterialParams::kAll));
 static_assert(rule_params_detail::WellFormed(PrefCompParams::kAll));
+
+// Each rule's parameters by the string of its name, whose English text is the rule's stored name.
+struct RuleParamList {
+    ZebStringId name;
+    std::span<const ParamSpec> params;
+};
+inline constexpr std::array<RuleParamList, 12> kRuleParamLists{{
+    {IDS_RULE_FASTENER_CLEARANCE, FastenerClearanceParams::kAll},
+    {IDS_RULE_FASTENER_ENGAGEMENT_LENGTH, FastenerEngagementParams::kAll},
+    {IDS_RULE_RECOMM_THREAD_TYPES, RecommThreadParams::kAll},
+    {IDS_RULE_FASTENER_ALIGNMENT, FastenerAlignmentParams::kAll},
+    {IDS_RULE_FASTENER_ACCESSIBILITY, FastenerAccessibilityParams::kAll},
+    {IDS_RULE_BOLT_SCREW_RATIONALIZATION, BoltScrewParams::kAll},
+    {IDS_RULE_HOLE_ALIGNMENT, HoleAlignmentParams::kAll},
+    {IDS_RULE_SLOT_ALIGNMENT, SlotAlignmentParams::kAll},
+    {IDS_RULE_INTERFERENCE_DETECTION, InterferenceParams::kAll},
+    {IDS_RULE_MIN_CLEARANCE, MinClearanceParams::kAll},
+    {IDS_RULE_CONTACT_MATERIAL, ContactMaterialParams::kAll},
+    {IDS_RULE_PREFERRED_COMPONENTS, PrefCompParams::kAll},
+}};
+
+// The parameter `id` of `params`; null when it has none.
+constexpr const ParamSpec* FindParamSpec(std::span<const ParamSpec> params, long id) {
+    for (const ParamSpec& p : params)
+        if (p.id == id) return &p;
+    return nullptr;
+}

@@ -114,6 +114,11 @@ void CZEBRuleDialog::ShowRefusal(const ZebRefusal& refusal) {
     if (refusal.control) refusal.control->setFocus();
 }
 
+ZebRefusal RowRefusal(CZEBListCtrl& table, size_t row, ZebStringId text) {
+    table.selectRow(static_cast<int>(row));
+    return ZebRefusal{ZebFormatText(LoadLocalizedString(text), {std::to_wstring(row + 1)}), &table};
+}
+
 QString LocalizedText(ZebStringId id) { return QString::fromStdWString(LoadLocalizedString(id)); }
 
 QBoxLayout* SeverityRow(QWidget* parent, CWrapperComboCtrl* list) {

@@ -24,6 +24,10 @@ struct ZebRefusal {
     ZebMsgIcon icon = ZebMsgIcon::Information;
 };
 
+// Refuses row `row` (from 0) of `table`: chosen in the table and named in the message `text`,
+// whose one placeholder takes the row's number as the user counts it.
+ZebRefusal RowRefusal(CZEBListCtrl& table, size_t row, ZebStringId text);
+
 // Base of the rule dialogs, so that each reads as its step list. LoadFromRule fills the controls
 // when the dialog opens (after the base has shown the dialog image; not at all without a rule).
 // On OK, CommitEdits closes what the user left open in the tables, Validate checks the entries in

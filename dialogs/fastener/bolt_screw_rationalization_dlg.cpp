@@ -140,10 +140,10 @@ std::optional<ZebRefusal> CDFASMBoltScrewRationalizationDlg::Validate(CZebRule& 
         if (!rule.FindParameterInArray(id)) return ZebRefusal{};
     if (m_length.on->isChecked() && ReadNumberField(*m_length.value) < kSmallest)
         return ZebRefusal{LoadLocalizedString(IDS_LENGTH_STEP_REQUIRED), m_length.value,
-                          ZebMsgIcon::Plain};
+                          ZebMsgIcon::Information};
     if (m_diameter.on->isChecked() && ReadNumberField(*m_diameter.value) < kSmallest)
         return ZebRefusal{LoadLocalizedString(IDS_DIAMETER_STEP_REQUIRED), m_diameter.value,
-                          ZebMsgIcon::Plain};
+                          ZebMsgIcon::Information};
     return std::nullopt;
 }
 

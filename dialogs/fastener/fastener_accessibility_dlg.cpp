@@ -100,10 +100,10 @@ void CZEBAssemblyFastenerAccessibilityDlg::LoadFromRule(CZebRule& rule) {
 std::optional<ZebRefusal> CZEBAssemblyFastenerAccessibilityDlg::Validate(CZebRule&) {
     if (ReadNumberField(*m_first) < kSmallestClearance)
         return ZebRefusal{LoadLocalizedString(IDS_TOOL_CLEARANCE_REQUIRED), m_first,
-                          ZebMsgIcon::Plain};
+                          ZebMsgIcon::Information};
     if (m_secondSwitch->isChecked() && ReadNumberField(*m_second) < kSmallestClearance)
         return ZebRefusal{LoadLocalizedString(IDS_SECOND_TOOL_CLEARANCE_REQUIRED), m_second,
-                          ZebMsgIcon::Plain};
+                          ZebMsgIcon::Information};
     return std::nullopt;
 }
 

@@ -30,12 +30,15 @@ std::wstring OperatorText(int code) {
                                : std::wstring(ZebOperatorText(ZebOp_GreaterEqual));
 }
 
-// A condition's Min and Max as OK checks them: ">=" needs a Min of at least 0; a range needs
-// both, at least 0, and a Min below the Max.
-bool ConditionHolds(int op, const std::wstring& min, const std::wstring& max) {
-    if (min.empty() || ToDouble(min) < 0) return false;
-    if (op == ZebOp_GreaterEqual) return true;
-    return !max.empty() && ToDouble(max) >= 0 && ToDouble(min) <= ToDouble(max) - kTolerance;
+// What is wrong with a condition's Min and Max as OK checks them; none when they hold. ">=" needs
+// a Min of at least 0; a range needs both, at least 0, and a Min below the Max.
+std::optional<ZebStringId> ConditionFault(int op, const std::wstring& min,
+                                          const std::wstring& max) {
+    const bool range = op != ZebOp_GreaterEqual;
+    if (min.empty() || (range && max.empty())) return IDS_ROW_INCOMPLETE_AT;
+    if (ToDouble(min) < 0 || (range && ToDouble(max) < 0)) return IDS_ROW_NEGATIVE_AT;
+    if (range && ToDouble(min) > ToDouble(max) - kTolerance) return IDS_ROW_LIMITS_REVERSED_AT;
+    return std::nullopt;
 }
 
 constexpr auto ClearanceCell = &CZebGridModel::CellOf;
@@ -190,11 +193,11 @@ std::optional<ZebRefusal> CZEBAssemblyFastenerClearanceDlg::Validate(CZebRule& r
     for (size_t i = 0; i < rows.size(); ++i) {
         const CZebGridModel::Row& row = rows[i];
         if (ClearanceCell(row, 0).empty()) continue;
-        if (ConditionHolds(m_operators[0], ClearanceCell(row, 1), ClearanceCell(row, 2)) &&
-            ConditionHolds(m_operators[1], ClearanceCell(row, 3), ClearanceCell(row, 4)))
-            continue;
-        m_grid->selectRow(static_cast<int>(i));
-        return ZebRefusal{LoadLocalizedString(IDS_ROW_INCOMPLETE), m_grid};
+        std::optional<ZebStringId> fault =
+            ConditionFault(m_operators[0], ClearanceCell(row, 1), ClearanceCell(row, 2));
+        if (!fault)
+            fault = ConditionFault(m_operators[1], ClearanceCell(row, 3), ClearanceCell(row, 4));
+        if (fault) return RowRefusal(*m_grid, i, *fault);
     }
     return std::nullopt;
 }

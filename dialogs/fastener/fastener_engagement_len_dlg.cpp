@@ -95,8 +95,7 @@ std::optional<ZebRefusal> CZEBAssemblyFastenerEngagementLenDlg::Validate(CZebRul
     for (size_t i = 0; i < rows.size(); ++i) {
         const std::wstring& length = Cell(rows[i], 1);
         if (Cell(rows[i], 0).empty() || (!length.empty() && ToDouble(length) >= 0)) continue;
-        m_grid->selectRow(static_cast<int>(i));
-        return ZebRefusal{LoadLocalizedString(IDS_ROW_INCOMPLETE), m_grid};
+        return RowRefusal(*m_grid, i, length.empty() ? IDS_ROW_INCOMPLETE_AT : IDS_ROW_NEGATIVE_AT);
     }
     return std::nullopt;
 }

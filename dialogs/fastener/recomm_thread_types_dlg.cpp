@@ -74,10 +74,8 @@ std::optional<ZebRefusal> CZEBAssemblyRecommThreadTypesInConnectionDlg::Validate
     // Every row is checked before anything is stored, so a refused OK changes nothing.
     std::vector<ZebRow> pairs;
     int halfRow = -1;
-    if (!m_grid->ReadPairs(pairs, halfRow)) {
-        m_grid->selectRow(halfRow);
-        return ZebRefusal{LoadLocalizedString(IDS_ROW_INCOMPLETE), m_grid};
-    }
+    if (!m_grid->ReadPairs(pairs, halfRow))
+        return RowRefusal(*m_grid, static_cast<size_t>(halfRow), IDS_ROW_INCOMPLETE_AT);
     return std::nullopt;
 }
 

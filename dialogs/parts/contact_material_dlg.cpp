@@ -116,10 +116,11 @@ void CZEBAssemblyCheckContactMaterialDlg::CommitEdits() {
 }
 
 std::optional<ZebRefusal> CZEBAssemblyCheckContactMaterialDlg::Validate(CZebRule& /*rule*/) {
-    for (const CZebGridModel::Row& row : m_table->GetRows())
-        if (CZebGridModel::CellOf(row, kSide1).empty() !=
-            CZebGridModel::CellOf(row, kSide2).empty())
-            return ZebRefusal{LoadLocalizedString(IDS_ROW_INCOMPLETE), m_table};
+    const std::vector<CZebGridModel::Row>& rows = m_table->GetRows();
+    for (size_t i = 0; i < rows.size(); ++i)
+        if (CZebGridModel::CellOf(rows[i], kSide1).empty() !=
+            CZebGridModel::CellOf(rows[i], kSide2).empty())
+            return RowRefusal(*m_table, i, IDS_ROW_INCOMPLETE_AT);
     return std::nullopt;
 }
 

@@ -100,7 +100,7 @@ std::optional<ZebRefusal> ZEBASMInterfDetMainDlg::Validate(CZebRule& /*rule*/) {
     if (!m_checkPage || !m_ignorePage) return ZebRefusal{};
     if (m_volumeSwitch->isChecked() && std::fabs(ReadNumberField(*m_volume)) < kSmallest)
         return ZebRefusal{LoadLocalizedString(IDS_VOLUME_LIMIT_REQUIRED), m_volume,
-                          ZebMsgIcon::Plain};
+                          ZebMsgIcon::Information};
     if (std::optional<ZebRefusal> refusal = m_checkPage->Validate()) {
         m_tabs->SelectPage(kCheckPage);
         return refusal;

@@ -145,12 +145,13 @@ void CZEBAssemblyMinClearanceBetPartsDlg::TakeBackTooLarge() {
 std::optional<ZebRefusal> CZEBAssemblyMinClearanceBetPartsDlg::Validate(CZebRule& rule) {
     if (!rule.FindParameterInArray(kGeneralClearance)) return ZebRefusal{};
     if (!TableLoaded()) return std::nullopt;
-    for (const CZebGridModel::Row& row : m_table->GetRows()) {
-        const std::wstring& first = CZebGridModel::CellOf(row, kFirstPart);
-        const std::wstring& second = CZebGridModel::CellOf(row, kSecondPart);
+    const std::vector<CZebGridModel::Row>& rows = m_table->GetRows();
+    for (size_t i = 0; i < rows.size(); ++i) {
+        const std::wstring& first = CZebGridModel::CellOf(rows[i], kFirstPart);
+        const std::wstring& second = CZebGridModel::CellOf(rows[i], kSecondPart);
         if (first.empty() && second.empty()) continue;
-        if (first.empty() || second.empty() || CZebGridModel::CellOf(row, kClearance).empty())
-            return ZebRefusal{LoadLocalizedString(IDS_ROW_INCOMPLETE), m_table};
+        if (first.empty() || second.empty() || CZebGridModel::CellOf(rows[i], kClearance).empty())
+            return RowRefusal(*m_table, i, IDS_ROW_INCOMPLETE_AT);
     }
     return std::nullopt;
 }

@@ -24,11 +24,14 @@
 #include <QUndoStack>
 #include <QVBoxLayout>
 #include <map>
+#include <optional>
+#include <span>
 
 #include "app/help_topics.h"
 #include "database/service/data_helper.h"
 #include "framework/case_fold.h"
 #include "framework/location_helper.h"
+#include "framework/param_storage.h"
 #include "framework/resource_library.h"
 #include "framework/text_convert.h"
 #include "framework/ui/ui_service.h"
@@ -41,6 +44,9 @@
 #include "host/settings_file.h"
 #include "resources/resource_file.h"
 #include "resources/string_ids.h"
+#include "util/number_text.h"
+#include "util/rule_params.h"
+#include "util/string_table.h"
 
 namespace {
 constexpr int kMostRecent = 8;
@@ -135,8 +141,6 @@ std::string ChooseSettingsFile(QWidget* parent, bool forSaving) {
     return ToUtf8(paths.front());
 }
 
-QString Escaped(const std::string& text) { return Q(text).toHtmlEscaped(); }
-
 QString OffText() { return CRuleSetEditor::tr("(off)"); }
 
 // What the rule's switch means, or why it has none, for the list's tooltip and the details pane.
@@ -159,8 +163,130 @@ QString RowStateText(const CZebRule* rule) {
                       "No rule of this module reads this rule; it is kept as it stands.");
 }
 
-// The rule's values as the details pane shows them: one line per parameter, a table's rows below
-// its line. A rule switched off is shown in `offColor`.
+// The module's string `id` in the user's language, without the colon that ends a dialog's label.
+QString LabelText(ZebStringId id) {
+    const CZebResourceLibrary* resources = ModuleResources(false);
+    QString text = resources ? Q(resources->LoadString(id)) : QString();
+    while (text.endsWith(':') || text.endsWith(' ')) text.chop(1);
+    return text;
+}
+
+// The parameters the module lists for `rule`, found by its stored name; none for another rule.
+std::span<const ParamSpec> ParamSpecsOf(const CZebRule& rule) {
+    if (const CZebResourceLibrary* english = ModuleResources(true))
+        for (const RuleParamList& list : kRuleParamLists)
+            if (ZebEqualsNoCase(english->LoadString(list.name), rule.Name)) return list.params;
+    return {};
+}
+
+// The name the rule's dialog gives a parameter; its id where the dialog names it nowhere.
+QString ParamName(const ParamSpec* spec, long id) {
+    const QString label = spec && spec->label ? LabelText(spec->label) : QString();
+    return label.isEmpty() ? CRuleSetEditor::tr("Parameter %1").arg(id) : label;
+}
+
+// The symbol of what a value measures in the rule's length unit; empty for plain numbers.
+QString UnitSymbol(ParamUnit unit, long code) {
+    const ZebLengthUnit* found = CZEBUnitConvertor::FindUnit(code);
+    if (unit == ParamUnit::None) return {};
+    const QString symbol = found ? QString::fromUtf8(found->symbol) : UnitText(code);
+    return unit == ParamUnit::Volume ? symbol + QString::fromUtf8("³") : symbol;
+}
+
+// Whether the switch of `p` is on; none when nothing switches it or its first value is missing.
+std::optional<bool> SwitchedOn(const CZebParamStorage& p, ParamSwitch by) {
+    const ZebTypedParamBase& base = *p.GetParam();
+    if (by == ParamSwitch::Enabled) return base.status;
+    if (by == ParamSwitch::Criteria) return base.criteriaStatus;
+    if (by != ParamSwitch::FirstValue) return std::nullopt;
+    if (const ZebTypedParam<bool>* flags = p.As<bool>(); flags && flags->values.GetSize() > 0)
+        return flags->values[0];
+    if (const ZebTypedParam<double>* numbers = p.As<double>();
+        numbers && numbers->values.GetSize() > 0)
+        return numbers->values[0] != 0.0;
+    return std::nullopt;
+}
+
+// The values from the `from`th on, numbers written as the rules' dialogs write them.
+QString ShownValues(const CZebParamStorage& p, size_t from) {
+    const ZebTypedParam<double>* numbers = p.As<double>();
+    if (!numbers) return Q(ParamValuesText(p, from));
+    QStringList texts;
+    for (auto i = static_cast<int32_t>(from); i < numbers->values.GetSize(); ++i)
+        texts << Q(FormatNumber(numbers->values[i]));
+    return texts.join(' ');
+}
+
+// The rows of a table parameter, or of the table a text parameter encodes.
+std::vector<QStringList> TableRows(const CZebParamStorage& p) {
+    std::vector<QStringList> rows;
+    if (const ZebTypedParam<ZebRow>* table = p.As<ZebRow>()) {
+        for (const ZebRow& row : table->values) {
+            QStringList cells;
+            for (std::wstring_view cell : row)
+                cells << QString::fromWCharArray(cell.data(), static_cast<qsizetype>(cell.size()));
+            rows.push_back(cells);
+        }
+    } else if (const ZebTypedParam<std::wstring>* text = p.As<std::wstring>()) {
+        std::vector<StringTableRow> decoded;
+        for (const std::wstring& value : text->values) CZEBStringTableParser::Parse(value, decoded);
+        for (const StringTableRow& row : decoded)
+            rows.push_back({Q(row.Col1), Q(row.Col2), Q(row.Col3), Q(row.Col4)});
+    }
+    return rows;
+}
+
+// A table's rows under the headings its dialog gives them; a length column names its unit.
+QString TableHtml(const ParamSpec& spec, const std::vector<QStringList>& rows, long unit) {
+    QString html = "<table cellspacing=\"0\" cellpadding=\"3\" border=\"1\"><tr>";
+    for (size_t i = 0; i < spec.headings.count; ++i) {
+        const ParamHeading& heading = spec.headings.headings[i];
+        QString text = heading.id ? LabelText(heading.id) : QString::fromWCharArray(heading.fixed);
+        if (spec.columns.cells[i] == ParamCell::Length)
+            text += " (" + UnitSymbol(ParamUnit::Length, unit) + ")";
+        html += "<th>" + text.toHtmlEscaped() + "</th>";
+    }
+    html += "</tr>";
+    for (const QStringList& row : rows) {
+        html += "<tr>";
+        for (const QString& cell : row) html += "<td>" + cell.toHtmlEscaped() + "</td>";
+        html += "</tr>";
+    }
+    return html + "</table>";
+}
+
+// One parameter as "name: setting": its switch, its operator and values with their unit, or the
+// number of its table's rows followed by the rows.
+QString ParamHtml(const CZebParamStorage& p, const ParamSpec* spec, long unit) {
+    const ParamSwitch by = spec ? spec->switchedBy : ParamSwitch::None;
+    QStringList setting;
+    if (const std::optional<bool> on = SwitchedOn(p, by))
+        setting << (*on ? CRuleSetEditor::tr("on") : CRuleSetEditor::tr("off"));
+    const int32_t op = p.GetParam()->op;
+    const bool table = spec && spec->columns.count > 0;
+    QString tableHtml;
+    if (table) {
+        const std::vector<QStringList> rows = TableRows(p);
+        if (p.GetType() == ZebType_Row && op != ZebOp_Equal)
+            setting << (op == ZebOp_Range ? LabelText(IDS_OPERATOR_BETWEEN)
+                                          : Q(ParamOperatorText(p)));
+        setting << CRuleSetEditor::tr("%n row(s)", nullptr, static_cast<int>(rows.size()));
+        if (!rows.empty()) tableHtml = TableHtml(*spec, rows, unit);
+    } else {
+        const QString values = ShownValues(p, by == ParamSwitch::FirstValue ? 1 : 0);
+        if (!values.isEmpty()) {
+            const QString symbol = UnitSymbol(spec ? spec->unit : ParamUnit::None, unit);
+            setting << Q(ParamOperatorText(p)) + " " + values +
+                           (symbol.isEmpty() ? QString() : " " + symbol);
+        }
+    }
+    const QString line =
+        CRuleSetEditor::tr("%1: %2").arg(ParamName(spec, p.GetParam()->id), setting.join(", "));
+    return "<p>" + line.toHtmlEscaped() + "</p>" + tableHtml;
+}
+
+// The rule's values as the details pane shows them: one line per parameter named as its dialog
+// names it, a table's rows below its line. A rule switched off is shown in `offColor`.
 QString DetailsHtml(const CZebRule& rule, const QString& unit, const QColor& offColor) {
     const bool off = !RuleInUse(rule);
     QString html =
@@ -169,30 +295,11 @@ QString DetailsHtml(const CZebRule& rule, const QString& unit, const QColor& off
         CRuleSetEditor::tr("Severity: %1").arg(SeverityText(rule.Severity)).toHtmlEscaped() +
         "<br>" + SwitchText(rule).toHtmlEscaped() + "<br>" +
         CRuleSetEditor::tr("Lengths in %1").arg(unit).toHtmlEscaped() + "</p><p>" +
-        Q(rule.Summary).toHtmlEscaped() +
-        "</p><table cellspacing=\"0\" cellpadding=\"3\" border=\"1\">" + "<tr><th>" +
-        CRuleSetEditor::tr("Parameter") + "</th><th>" + CRuleSetEditor::tr("Operator") +
-        "</th><th>" + CRuleSetEditor::tr("Values") + "</th></tr>";
-    for (const CZebParamStorage* p : rule.ParamArray) {
-        html += "<tr><td>" + QString::number(p->GetParam()->id) + "</td><td>" +
-                Escaped(ParamOperatorText(*p)) + "</td><td>";
-        if (const ZebTypedParam<ZebRow>* rows = p->As<ZebRow>()) {
-            html +=
-                CRuleSetEditor::tr("%n row(s)", nullptr, static_cast<int>(rows->values.GetSize()));
-            for (const ZebRow& row : rows->values) {
-                QStringList cells;
-                for (std::wstring_view cell : row)
-                    cells << QString::fromWCharArray(cell.data(),
-                                                     static_cast<qsizetype>(cell.size()))
-                                 .toHtmlEscaped();
-                html += "<br>" + cells.join(" | ");
-            }
-        } else {
-            html += Escaped(ParamValuesText(*p));
-        }
-        html += "</td></tr>";
-    }
-    html += "</table>";
+        Q(rule.Summary).toHtmlEscaped() + "</p>";
+    const std::span<const ParamSpec> specs = ParamSpecsOf(rule);
+    for (const CZebParamStorage* p : rule.ParamArray)
+        html +=
+            ParamHtml(*p, FindParamSpec(specs, p->GetParam()->id), rule.CurrentUnits.LengthUnit);
     return off ? "<div style=\"color:" + offColor.name() + "\">" + html + "</div>" : html;
 }
 

@@ -85,7 +85,9 @@ TEST_F(ContactMaterialDialogTest, PairsOpenFirstAndHalfPairsAreRefused) {
     d.OnOK();
     EXPECT_TRUE(d.isVisible());
     ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_EQ(ui.messages[0].text, LoadLocalizedString(IDS_ROW_INCOMPLETE));
+    EXPECT_EQ(ui.messages[0].text,
+              ZebFormatText(LoadLocalizedString(IDS_ROW_INCOMPLETE_AT), {L"2"}));
+    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Information);
     EXPECT_EQ(ExportedText(rule), before);
 
     table->SetCellText(1, 2, L"PEEK;");

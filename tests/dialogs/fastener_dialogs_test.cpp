@@ -308,13 +308,24 @@ TEST_F(FastenerDialogTest, ClearanceOkChecksTheConditionsThenStores) {
     ShowActive(&dialog);
     auto* grid = dialog.GetGrid();
 
-    for (const auto& [min, max] : {std::pair{L"2", L"2"}, {L"1.9999995", L"2"}, {L"", L"2"}}) {
+    // The message names the row and what is wrong with it.
+    struct Refused {
+        const wchar_t* min;
+        const wchar_t* max;
+        ZebStringId message;
+    };
+    for (const auto& [min, max, message] : {Refused{L"2", L"2", IDS_ROW_LIMITS_REVERSED_AT},
+                                            Refused{L"1.9999995", L"2", IDS_ROW_LIMITS_REVERSED_AT},
+                                            Refused{L"", L"2", IDS_ROW_INCOMPLETE_AT}}) {
         grid->SetCellText(0, 1, min);
         grid->SetCellText(0, 2, max);
+        grid->clearSelection();
         ui.messages.clear();
         dialog.OnOK();
         ASSERT_EQ(ui.messages.size(), 1u) << QString::fromStdWString(min).toStdString();
-        EXPECT_EQ(ui.messages[0].text, LoadLocalizedString(IDS_ROW_INCOMPLETE));
+        EXPECT_EQ(ui.messages[0].text, ZebFormatText(LoadLocalizedString(message), {L"1"}));
+        EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Information);
+        EXPECT_TRUE(grid->selectionModel()->isRowSelected(0, {}));
         EXPECT_TRUE(dialog.isVisible());
         EXPECT_EQ(Stored(rule, 2052), before);
     }
@@ -625,7 +636,7 @@ TEST_F(FastenerDialogTest, EngagementOkChecksLengthsAndAddsTheImportedNames) {
     auto* grid = dialog.GetGrid();
     dialog.OnOK();
     ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_EQ(ui.messages[0].text, LoadLocalizedString(IDS_ROW_INCOMPLETE));
+    EXPECT_EQ(ui.messages[0].text, ZebFormatText(LoadLocalizedString(IDS_ROW_NEGATIVE_AT), {L"1"}));
     EXPECT_EQ(Stored(rule, 2053), (Rows{{L"ISO 4017 M8", L"-1"}}));
     grid->SetCellText(0, 1, L"0");
     TypeInto(*grid, 1, 1, "2.5.1");  // no name: the row is dropped

@@ -158,7 +158,7 @@ TEST_F(FastenerSettingDialogsTest, AccessibilityClearancesAndTheirSwitch) {
     dialog.OnOK();
     ASSERT_EQ(ui.messages.size(), 1u);
     EXPECT_EQ(ui.messages[0].text, LoadLocalizedString(IDS_TOOL_CLEARANCE_REQUIRED));
-    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Plain);
+    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Information);
     EXPECT_TRUE(dialog.isVisible());
 
     Type(first, "0.000001");
@@ -235,7 +235,7 @@ TEST_F(FastenerSettingDialogsTest, BoltScrewCriteriaSwitchesAndSteps) {
     dialog.OnOK();
     ASSERT_EQ(ui.messages.size(), 1u);
     EXPECT_EQ(ui.messages[0].text, LoadLocalizedString(IDS_LENGTH_STEP_REQUIRED));
-    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Plain);
+    EXPECT_EQ(ui.messages[0].icon, ZebMsgIcon::Information);
 
     Type(length, "0.000001");
     lengthOp->setCurrentIndex(1);

@@ -538,7 +538,7 @@ TEST_F(PartDialogsTest, MinClearanceRefusesIncompletePairs) {
     table->CancelCellEdit();
     d.OnOK();
     ASSERT_EQ(ui.messages.size(), 2u);
-    EXPECT_EQ(ui.messages[1].text, Text(IDS_ROW_INCOMPLETE));
+    EXPECT_EQ(ui.messages[1].text, ZebFormatText(Text(IDS_ROW_INCOMPLETE_AT), {L"1"}));
     EXPECT_EQ(ui.messages[1].icon, ZebMsgIcon::Information);
     ui.messages.erase(ui.messages.begin());
     table->SetCellText(0, 3, L"2.5");

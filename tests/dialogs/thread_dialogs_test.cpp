@@ -94,7 +94,9 @@ TEST_F(ThreadDialogsTest, ThreadTypesTableAndSwitch) {
     grid->SetCellText(5, 1, L"M8");
     dialog.OnOK();
     ASSERT_EQ(ui.messages.size(), 1u);
-    EXPECT_EQ(ui.messages[0].text, LoadLocalizedString(IDS_ROW_INCOMPLETE));
+    EXPECT_EQ(ui.messages[0].text,
+              ZebFormatText(LoadLocalizedString(IDS_ROW_INCOMPLETE_AT), {L"6"}));
+    EXPECT_TRUE(grid->selectionModel()->isRowSelected(5, {}));
     EXPECT_EQ(Stored(rule, 7072).size(), 4u);  // nothing stored
     EXPECT_TRUE(dialog.isVisible());
 

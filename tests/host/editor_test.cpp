@@ -272,6 +272,8 @@ TEST_F(EditorTest, UnitsConvertEveryRuleAndBack) {
     editor.ChangeUnit(0);
     ASSERT_EQ(ui.messages.size(), 1u);
     EXPECT_NE(ui.messages[0].text.find(L"Wobble Check"), std::wstring::npos);
+    EXPECT_NE(ui.messages[0].text.find(L"from inch (in) to millimetre (mm)"), std::wstring::npos)
+        << ToUtf8(ui.messages[0].text);
     EXPECT_EQ(editor.Document().Unit(), 3);
     EXPECT_FALSE(editor.Document().IsModified());
 }
@@ -429,7 +431,8 @@ TEST_F(EditorTest, TheDetailPaneAndTheFilter) {
     EXPECT_TRUE(details.contains("Minimum Clearance Between Parts")) << details.toStdString();
     EXPECT_TRUE(details.contains("Lengths in Millimetres (mm)")) << details.toStdString();
     EXPECT_TRUE(details.contains("Severity: Critical")) << details.toStdString();
-    EXPECT_TRUE(details.contains("1 0.1")) << details.toStdString();  // the general clearance
+    EXPECT_TRUE(details.contains("Minimum clearance between all parts: on, >= 0.1 mm"))
+        << details.toStdString();
     EXPECT_TRUE(editor.Details()->isReadOnly());
 
     editor.Table()->setCurrentCell(RowNamed(editor, "Wobble Check"), 0);
@@ -447,6 +450,75 @@ TEST_F(EditorTest, TheDetailPaneAndTheFilter) {
     editor.Filter()->clear();
     for (int row = 0; row < editor.Table()->rowCount(); ++row)
         EXPECT_FALSE(editor.Table()->isRowHidden(row));
+}
+
+// The pane names each value as the rule's dialog does, with its unit, and heads a table's columns
+// as the dialog does, in the user's language; a value no dialog shows is named by its id.
+TEST_F(EditorTest, TheDetailPaneNamesValuesAsTheDialogsDo) {
+    std::string text = original;
+    text.erase(text.find("    " + kUnknownRule + "\n"), kUnknownRule.size() + 5);
+    const auto replace = [&](const std::string& from, const std::string& to) {
+        const size_t at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << from;
+        text.replace(at, from.size(), to);
+    };
+    // A range keeps rows in pairs or threes, as its dialog stores them.
+    const std::string head = "Status=\"1\">\n        <Operator>7</Operator>";
+    replace("Type=\"2052\" " + head,
+            "Type=\"2052\" Status=\"1\">\n        <Operator>1</Operator>\n"
+            "        <Value Attribute1=\"M6\" Attribute2=\"1.5\" Attribute3=\"2.5\" />\n"
+            "        <Value Attribute1=\"M8\" Attribute2=\"2\" Attribute3=\"3\" />");
+    replace("Type=\"9450\" " + head,
+            "Type=\"9450\" " + head +
+                "\n        <Value Attribute1=\"M6\" Attribute2=\"0.75\" Attribute3=\"\" />"
+                "\n        <Value Attribute1=\"M8\" Attribute2=\"1\" Attribute3=\"\" />");
+    replace(
+        "Type=\"7002\" " + head + "\n        <ParameterType>1</ParameterType>\n        <Value />",
+        "Type=\"7002\" " + head +
+            "\n        <ParameterType>1</ParameterType>\n        <Value>"
+            "Washer&lt;CZEB_MACRO_TAB&gt;W-100&lt;CZEB_MACRO_TAB&gt;W-110&lt;CZEB_MACRO_TAB&gt;"
+            "W-090&lt;CZEB_MACRO_ENDLINE&gt;</Value>");
+    std::ofstream(file, std::ios::binary) << text;
+
+    const auto detailsOf = [](CRuleSetEditor& editor, const QString& rule) {
+        const int row = RowNamed(editor, rule);
+        EXPECT_GE(row, 0) << rule.toStdString();
+        editor.Table()->setCurrentCell(row, 0);
+        return editor.Details()->toPlainText();
+    };
+    const auto expectAll = [](const QString& details, const QStringList& parts) {
+        for (const QString& part : parts)
+            EXPECT_TRUE(details.contains(part)) << part.toStdString() << "\nnot in:\n"
+                                                << details.toStdString();
+    };
+    {
+        CRuleSetEditor editor(module);
+        ASSERT_TRUE(editor.OpenFile(file.string()));
+        expectAll(detailsOf(editor, "Fastener Clearance"),
+                  {"Clearance A: Between, 2 row", "Clearance B: >=, 2 row", "Fastener name",
+                   "Min (mm)", "Max (mm)", "M6", "2.5", "0.75"});
+        expectAll(detailsOf(editor, "Preferred Components"),
+                  {"Preferred Components: 1 row", "Description", "Component to replace", "W-090"});
+        expectAll(detailsOf(editor, "Minimum Clearance Between Parts"),
+                  {"Report parts that touch: off", "Parameter 6073: = true"});
+        expectAll(detailsOf(editor, "Interference Detection"),
+                  {"Ignore interferences with a volume: off", "Check all components: on"});
+        expectAll(detailsOf(editor, "Bolt and Screw Rationalization"),
+                  {"The same length, or lengths that differ by: on, >= 4.0 mm"});
+    }
+    ScopedEnv german{"LANG", "de_DE.UTF-8"};
+    GermanTexts texts;
+    CRuleSetEditor editor(module);
+    ASSERT_TRUE(editor.OpenFile(file.string()));
+    expectAll(detailsOf(editor, "Fastener Clearance"),
+              {"Freiraum A: Zwischen, 2 Zeilen", "Name des Verbindungselements", "Min (mm)"});
+    expectAll(detailsOf(editor, "Minimum Clearance Between Parts"),
+              {"Mindestabstand zwischen allen Teilen: ein, >= 0.1 mm", "Parameter 8095: = false"});
+    expectAll(detailsOf(editor, "Fastener Accessibility"), {"Werkzeugfreiraum: >= 1.2 mm"});
+    editor.ChangeUnit(3);
+    expectAll(detailsOf(editor, "Hole Alignment"),
+              {"Achsversatz zwischen fluchtenden Bohrungen: <= 0.019685 in"});
+    expectAll(detailsOf(editor, "Fastener Clearance"), {"Min (in)", "0.029528", "0.059055"});
 }
 
 // Rules taken from another rule set are chosen in a list and converted into the open set's unit;

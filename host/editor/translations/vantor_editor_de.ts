@@ -19,19 +19,24 @@
         <translation>Längen in %1</translation>
     </message>
     <message>
-        <location filename="../rule_set_editor.cpp" line="134"/>
-        <source>Parameter</source>
-        <translation>Parameter</translation>
+        <location filename="../rule_set_editor.cpp" line="183"/>
+        <source>Parameter %1</source>
+        <translation>Parameter %1</translation>
     </message>
     <message>
-        <location filename="../rule_set_editor.cpp" line="134"/>
-        <source>Operator</source>
-        <translation>Operator</translation>
+        <location filename="../rule_set_editor.cpp" line="251"/>
+        <source>on</source>
+        <translation>ein</translation>
     </message>
     <message>
-        <location filename="../rule_set_editor.cpp" line="135"/>
-        <source>Values</source>
-        <translation>Werte</translation>
+        <location filename="../rule_set_editor.cpp" line="251"/>
+        <source>off</source>
+        <translation>aus</translation>
+    </message>
+    <message>
+        <location filename="../rule_set_editor.cpp" line="272"/>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
     </message>
     <message numerus="yes">
         <location filename="../rule_set_editor.cpp" line="139"/>
