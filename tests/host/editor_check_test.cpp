@@ -29,6 +29,7 @@
 #include "tests/database/db_test_support.h"
 #include "tests/engine/joint_shapes.h"
 #include "tests/engine/shared_assembly.h"
+#include "tests/host/editor_fixture.h"
 #include "tests/support/scoped_env.h"
 
 namespace {
@@ -43,15 +44,12 @@ std::string FileText(const std::filesystem::path& path) {
     return text.str();
 }
 
-class EditorCheckTest : public ::testing::Test {
+class EditorCheckTest : public EditorFixture {
 protected:
     void SetUp() override {
-        static int argc = 1;
-        static char name[] = "editor_check_test";
-        static char* argv[] = {name, nullptr};
-        if (!QApplication::instance()) new QApplication(argc, argv);
+        EditorFixture::SetUp();
+        if (HasFatalFailure()) return;
         std::string error;
-        ASSERT_TRUE(module.Load(VANTOR_BUILD_DIR "/lib/vantor", error)) << error;
         // a and b overlap by 2 x 10 x 10; c sits 0.05 above both, nearer than the default 0.1.
         assembly = (folder.Folder() / "boxes.stp").string();
         ASSERT_TRUE(WriteStepAssembly(assembly, L"top",
@@ -62,12 +60,6 @@ protected:
             << error;
     }
 
-    static QAction* MenuAction(CRuleSetEditor& editor, const QString& text) {
-        for (QMenu* menu : editor.menuBar()->findChildren<QMenu*>())
-            for (QAction* action : menu->actions())
-                if (action->text().remove('&') == text) return action;
-        return nullptr;
-    }
     // The row of the document's rule that has parameter `id`.
     static int RuleWith(CRuleSetEditor& editor, long id) {
         for (size_t row = 0; row < editor.Document().RuleCount(); ++row)
@@ -89,13 +81,6 @@ protected:
         return rows;
     }
 
-    ScopedEnv platform{"QT_QPA_PLATFORM", "offscreen"};
-    ScopedEnv resources{"VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res"};
-    ScopedEnv language{"LANG", "en_US.UTF-8"};
-    ScopedDatabaseFolder folder;
-    ScopedEnv config{"XDG_CONFIG_HOME", (folder.Folder() / "config").c_str()};
-    CZebRecordingUiService ui;
-    ModuleLoader module;
     std::string assembly;
 };
 }  // namespace

@@ -33,6 +33,7 @@
 #include "host/settings_diff.h"
 #include "host/settings_file.h"
 #include "tests/database/db_test_support.h"
+#include "tests/host/editor_fixture.h"
 #include "tests/support/answer_dialog.h"
 #include "tests/support/scoped_env.h"
 #include "tests/support/settings_text.h"
@@ -60,15 +61,11 @@ struct GermanTexts {
     }
 };
 
-class EditorTest : public ::testing::Test {
+class EditorTest : public EditorFixture {
 protected:
     void SetUp() override {
-        static int argc = 1;
-        static char name[] = "editor_test";
-        static char* argv[] = {name, nullptr};
-        if (!QApplication::instance()) new QApplication(argc, argv);
-        std::string error;
-        ASSERT_TRUE(module.Load(VANTOR_BUILD_DIR "/lib/vantor", error)) << error;
+        EditorFixture::SetUp();
+        if (HasFatalFailure()) return;
         // A document as `new` writes it, with a rule of another module before the end.
         file = folder.Folder() / "settings.xml";
         const std::string made =
@@ -80,14 +77,6 @@ protected:
         original = FileBytes(file);
     }
 
-    // The action of the editor's menus (at any depth) whose text, without its '&', is `text`.
-    static QAction* MenuAction(CRuleSetEditor& editor, const QString& text) {
-        for (QMenu* menu : editor.menuBar()->findChildren<QMenu*>())
-            for (QAction* action : menu->actions())
-                if (action->text().remove('&') == text) return action;
-        return nullptr;
-    }
-
     // The table row whose first column reads `text`; -1 when none does.
     static int RowNamed(CRuleSetEditor& editor, const QString& text) {
         for (int row = 0; row < editor.Table()->rowCount(); ++row)
@@ -95,14 +84,6 @@ protected:
         return -1;
     }
 
-    ScopedEnv platform{"QT_QPA_PLATFORM", "offscreen"};
-    ScopedEnv resources{"VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res"};
-    ScopedEnv language{"LANG", "en_US.UTF-8"};
-    ScopedDatabaseFolder folder;
-    // Recent files and the window's size go to a settings file of the test's own.
-    ScopedEnv config{"XDG_CONFIG_HOME", (folder.Folder() / "config").c_str()};
-    CZebRecordingUiService ui;
-    ModuleLoader module;
     fs::path file;
     std::string original;
 };
