@@ -131,10 +131,12 @@ int Ask(QWidget* parent, const QString& text, ZebMsgIcon icon, ZebMsgButtons but
 std::string ChooseSettingsFile(QWidget* parent, bool forSaving) {
     IZebUiService* ui = GetZebUiService();
     ZebOpenFileRequest request;
-    request.filter =
-        QCoreApplication::translate("CRuleSetEditor", "Settings documents|*.xml|All files|*")
-            .toStdWString();
-    request.defaultExtension = L"xml";
+    request.filter = QCoreApplication::translate(
+                         "CRuleSetEditor", "Settings documents|*.vantor.xml;*.xml|All files|*")
+                         .toStdWString();
+    // A name without an extension gets ".vantor.xml", by which every file manager knows a settings
+    // document and opens it here; "*.xml" alone is plain XML to most of them.
+    request.defaultExtension = L"vantor.xml";
     request.forSaving = forSaving;
     std::vector<std::wstring> paths;
     if (!ui || !ui->OpenFiles(parent, request, paths) || paths.empty()) return {};

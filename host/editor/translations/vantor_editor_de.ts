@@ -5,8 +5,8 @@
     <name>CRuleSetEditor</name>
     <message>
         <location filename="../rule_set_editor.cpp" line="116"/>
-        <source>Settings documents|*.xml|All files|*</source>
-        <translation>Einstellungsdokumente|*.xml|Alle Dateien|*</translation>
+        <source>Settings documents|*.vantor.xml;*.xml|All files|*</source>
+        <translation>Einstellungsdokumente|*.vantor.xml;*.xml|Alle Dateien|*</translation>
     </message>
     <message>
         <location filename="../rule_set_editor.cpp" line="131"/>
