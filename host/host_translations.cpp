@@ -12,8 +12,9 @@ const char* const kInstalledName = "vantor_editor";
 
 void InstallEditorTranslations(QCoreApplication& application) {
     const QString language = QString::fromStdWString(CLanguageUtil::GetVantorLang());
-    // Installed once per application, whichever path comes first.
-    if (language == "en" || application.findChild<QTranslator*>(kInstalledName)) return;
+    // Installed once per application, whichever path comes first. English has one too, for the
+    // plurals of texts that count.
+    if (application.findChild<QTranslator*>(kInstalledName)) return;
     auto* own = new QTranslator(&application);
     own->setObjectName(kInstalledName);
     if (own->load("vantor_editor_" + language,

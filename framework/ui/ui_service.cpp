@@ -62,17 +62,26 @@ std::wstring ZebHelpUrl(const std::wstring& helpFile, const std::wstring& topic)
 }
 
 bool ZebOpenHelp(QWidget* parent, const std::wstring& helpFile, const std::wstring& topic) {
+    // The application's translations carry these texts in the user's language.
     if (helpFile.empty() || !QFileInfo(ToQ(helpFile)).isFile()) {
-        const std::wstring named = helpFile.empty() ? std::wstring() : helpFile + L" ";
-        ZebUiMessage(parent, L"The help file " + named + L"is missing.", ZebMsgIcon::Warning);
+        const QString text =
+            helpFile.empty()
+                ? QCoreApplication::translate("ZebOpenHelp", "The help file is missing.")
+                : QCoreApplication::translate("ZebOpenHelp", "The help file %1 is missing.")
+                      .arg(ToQ(helpFile));
+        ZebUiMessage(parent, text.toStdWString(), ZebMsgIcon::Warning);
         return false;
     }
     IZebUiService* service = GetZebUiService();
     if (!service) return false;
     if (service->ShellOpen(ZebHelpUrl(helpFile, topic))) return true;
-    ZebUiMessage(parent,
-                 L"The help file " + helpFile + L" could not be opened. Open it in a web browser.",
-                 ZebMsgIcon::Warning);
+    ZebUiMessage(
+        parent,
+        QCoreApplication::translate(
+            "ZebOpenHelp", "The help file %1 could not be opened. Open it in a web browser.")
+            .arg(ToQ(helpFile))
+            .toStdWString(),
+        ZebMsgIcon::Warning);
     return false;
 }
 

@@ -1,5 +1,6 @@
 #include "host/editor/rule_set_document.h"
 
+#include <QCoreApplication>
 #include <cwchar>
 #include <filesystem>
 
@@ -7,9 +8,14 @@
 #include "framework/settings_format.h"
 #include "framework/text_convert.h"
 #include "framework/zeb_rule.h"
+#include "host/editor/qt_text.h"
+#include "host/editor/unit_names.h"
 #include "host/settings_file.h"
 
 namespace {
+// The document's messages, in the user's language.
+QString Tr(const char* text) { return QCoreApplication::translate("CRuleSetDocument", text); }
+
 // The element's own "Unit"; 0 when it has none.
 int UnitAttribute(const ZebXMLNode& element) {
     std::wstring unit;
@@ -79,8 +85,9 @@ CRuleSetDocument::OpenResult CRuleSetDocument::Open(const std::string& path, std
     std::unique_ptr<ZebXMLNode> root(doc->GetDocumentElement());
     const bool foreign = !root || root->GetName() != kSettingsRoot;
     if (foreign && !readOnlyIfForeign) {
-        message = path + ": not a settings document (its root element is <" +
-                  (root ? ToUtf8(root->GetName()) : "") + ">, not <" + ToUtf8(kSettingsRoot) + ">)";
+        message = Tr("%1: not a settings document (its root element is <%2>, not <%3>)")
+                      .arg(Q(path), root ? Q(root->GetName()) : QString(), Q(kSettingsRoot))
+                      .toStdString();
         return OpenResult::NotSettings;
     }
     root.reset();
@@ -96,7 +103,9 @@ bool CRuleSetDocument::WriteBackChangedRules(std::string& message) {
         std::unique_ptr<ZebXMLNode> exported((*stored.rule)->ExportToXML());
         std::unique_ptr<ZebXMLNode> parent(stored.element->GetParentNode());
         if (!exported || !parent || !parent->ReplaceChild(exported.get(), stored.element.get())) {
-            message = "the rule '" + ToUtf8((*stored.rule)->Name) + "' could not be written";
+            message = Tr("The rule \"%1\" could not be written.")
+                          .arg(Q((*stored.rule)->Name))
+                          .toStdString();
             return false;
         }
         stored.element = std::move(exported);
@@ -107,9 +116,10 @@ bool CRuleSetDocument::WriteBackChangedRules(std::string& message) {
 
 bool CRuleSetDocument::Save(const std::string& path, std::string& message) {
     if (m_readOnly && SameFile(path, m_path)) {
-        message = m_path +
-                  " is not a settings document and is not written over; save the rules under "
-                  "another name";
+        message = Tr("%1 is not a settings document and is not written over; save the rules "
+                     "under another name.")
+                      .arg(Q(m_path))
+                      .toStdString();
         return false;
     }
     if (!WriteBackChangedRules(message) || !SaveSettingsFile(*m_doc, path, message)) return false;
@@ -306,7 +316,7 @@ bool CRuleSetDocument::ImportRules(const std::string& path, const std::vector<st
         const int row = FindRule((*rule)->Name);
         if (row < 0) {
             if (!AppendRule(std::move(rule), *parent)) {
-                message = "a rule of " + path + " could not be written";
+                message = Tr("A rule of %1 could not be written.").arg(Q(path)).toStdString();
                 return false;
             }
             continue;
@@ -345,8 +355,10 @@ bool CRuleSetDocument::ConvertUnits(int unit, std::string& message) {
         if (stored.rule || from == unit) continue;
         std::wstring name;
         stored.element->GetAttributeValue(L"Name", name);
-        message = "The unit cannot be changed: " + UnconvertibleRule(ToUtf8(name), from, unit) +
-                  ". Nothing was changed.";
+        message = Tr("The unit cannot be changed: no rule of the module reads the rule \"%1\", "
+                     "so its values cannot be converted from %2 to %3. Nothing was changed.")
+                      .arg(Q(name), UnitText(from), UnitText(unit))
+                      .toStdString();
         return false;
     }
     const UnitSetting to{unit, 0};

@@ -27,6 +27,7 @@
 #include "framework/text_convert.h"
 #include "framework/ui/recording_ui_service.h"
 #include "framework/ui/rule_dlg_base.h"
+#include "framework/ui/ui_service.h"
 #include "framework/zeb_rule.h"
 #include "host/editor/rule_set_editor.h"
 #include "host/param_text.h"
@@ -49,11 +50,11 @@ const std::string kUnknownRule =
     "      </Parameter>\n"
     "    </Rule>";
 
-// The host's German texts for one test, taken away again however it ends, so that no test sees
-// another's language.
-struct GermanTexts {
-    GermanTexts() { InstallEditorTranslations(*QCoreApplication::instance()); }
-    ~GermanTexts() {
+// The host's texts in the language LANG names, for one test, taken away again however it ends, so
+// that no test sees another's language.
+struct EditorTexts {
+    EditorTexts() { InstallEditorTranslations(*QCoreApplication::instance()); }
+    ~EditorTexts() {
         for (QTranslator* translator : QCoreApplication::instance()->findChildren<QTranslator*>()) {
             QCoreApplication::removeTranslator(translator);
             delete translator;
@@ -253,7 +254,7 @@ TEST_F(EditorTest, UnitsConvertEveryRuleAndBack) {
     editor.ChangeUnit(0);
     ASSERT_EQ(ui.messages.size(), 1u);
     EXPECT_NE(ui.messages[0].text.find(L"Wobble Check"), std::wstring::npos);
-    EXPECT_NE(ui.messages[0].text.find(L"from inch (in) to millimetre (mm)"), std::wstring::npos)
+    EXPECT_NE(ui.messages[0].text.find(L"from Inches (in) to Millimetres (mm)"), std::wstring::npos)
         << ToUtf8(ui.messages[0].text);
     EXPECT_EQ(editor.Document().Unit(), 3);
     EXPECT_FALSE(editor.Document().IsModified());
@@ -262,7 +263,7 @@ TEST_F(EditorTest, UnitsConvertEveryRuleAndBack) {
 // Rules missing from the document can be added back; German users get the window in German.
 TEST_F(EditorTest, RulesAreAddedBackAndTheWindowSpeaksTheUsersLanguage) {
     ScopedEnv german{"LANG", "de_DE.UTF-8"};
-    GermanTexts texts;
+    EditorTexts texts;
     ASSERT_NE(QCoreApplication::instance()->findChild<QTranslator*>(), nullptr);
     {
         CRuleSetEditor editor(module);
@@ -290,6 +291,20 @@ TEST_F(EditorTest, RulesAreAddedBackAndTheWindowSpeaksTheUsersLanguage) {
         ASSERT_TRUE(editor.Document().AddRule(missing[0].first));
         EXPECT_TRUE(editor.Document().MissingRules().empty());
         EXPECT_EQ(editor.Document().RuleCount(), 12u);
+
+        // The editor's own messages too.
+        const fs::path foreign = folder.Folder() / "project.xml";
+        std::ofstream(foreign, std::ios::binary) << "<Project/>\n";
+        ui.AnswerMessage(ZebIdNo);
+        EXPECT_FALSE(editor.OpenFile(foreign.string()));
+        ASSERT_EQ(ui.messages.size(), 2u);
+        EXPECT_NE(ui.messages[1].text.find(L"kein Einstellungsdokument (sein Wurzelelement ist "
+                                           L"<Project>, nicht <VantorSettings>)"),
+                  std::wstring::npos)
+            << ToUtf8(ui.messages[1].text);
+        EXPECT_FALSE(ZebOpenHelp(&editor, L"/nowhere/vantor.html", L""));
+        ASSERT_EQ(ui.messages.size(), 3u);
+        EXPECT_EQ(ui.messages[2].text, L"Die Hilfedatei /nowhere/vantor.html fehlt.");
     }
 }
 
@@ -473,13 +488,15 @@ TEST_F(EditorTest, TheDetailPaneNamesValuesAsTheDialogsDo) {
                                                 << details.toStdString();
     };
     {
+        EditorTexts english;
         CRuleSetEditor editor(module);
         ASSERT_TRUE(editor.OpenFile(file.string()));
         expectAll(detailsOf(editor, "Fastener Clearance"),
-                  {"Clearance A: Between, 2 row", "Clearance B: >=, 2 row", "Fastener name",
+                  {"Clearance A: Between, 2 rows\n", "Clearance B: >=, 2 rows\n", "Fastener name",
                    "Min (mm)", "Max (mm)", "M6", "2.5", "0.75"});
-        expectAll(detailsOf(editor, "Preferred Components"),
-                  {"Preferred Components: 1 row", "Description", "Component to replace", "W-090"});
+        expectAll(
+            detailsOf(editor, "Preferred Components"),
+            {"Preferred Components: 1 row\n", "Description", "Component to replace", "W-090"});
         expectAll(detailsOf(editor, "Minimum Clearance Between Parts"),
                   {"Report parts that touch: off", "Parameter 6073: = true"});
         expectAll(detailsOf(editor, "Interference Detection"),
@@ -488,7 +505,7 @@ TEST_F(EditorTest, TheDetailPaneNamesValuesAsTheDialogsDo) {
                   {"The same length, or lengths that differ by: on, >= 4.0 mm"});
     }
     ScopedEnv german{"LANG", "de_DE.UTF-8"};
-    GermanTexts texts;
+    EditorTexts texts;
     CRuleSetEditor editor(module);
     ASSERT_TRUE(editor.OpenFile(file.string()));
     expectAll(detailsOf(editor, "Fastener Clearance"),

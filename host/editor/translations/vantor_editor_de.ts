@@ -522,4 +522,42 @@
         <translation>Der Bericht kann nicht nach %1 geschrieben werden: %2</translation>
     </message>
 </context>
+<context>
+    <name>CRuleSetDocument</name>
+    <message>
+        <source>%1: not a settings document (its root element is &lt;%2&gt;, not &lt;%3&gt;)</source>
+        <translation>%1: kein Einstellungsdokument (sein Wurzelelement ist &lt;%2&gt;, nicht &lt;%3&gt;)</translation>
+    </message>
+    <message>
+        <source>The rule &quot;%1&quot; could not be written.</source>
+        <translation>Die Regel „%1“ konnte nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>%1 is not a settings document and is not written over; save the rules under another name.</source>
+        <translation>%1 ist kein Einstellungsdokument und wird nicht überschrieben; speichern Sie die Regeln unter einem anderen Namen.</translation>
+    </message>
+    <message>
+        <source>A rule of %1 could not be written.</source>
+        <translation>Eine Regel aus %1 konnte nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>The unit cannot be changed: no rule of the module reads the rule &quot;%1&quot;, so its values cannot be converted from %2 to %3. Nothing was changed.</source>
+        <translation>Die Einheit kann nicht geändert werden: Keine Regel des Moduls liest die Regel „%1“, daher können ihre Werte nicht von %2 in %3 umgerechnet werden. Es wurde nichts geändert.</translation>
+    </message>
+</context>
+<context>
+    <name>ZebOpenHelp</name>
+    <message>
+        <source>The help file is missing.</source>
+        <translation>Die Hilfedatei fehlt.</translation>
+    </message>
+    <message>
+        <source>The help file %1 is missing.</source>
+        <translation>Die Hilfedatei %1 fehlt.</translation>
+    </message>
+    <message>
+        <source>The help file %1 could not be opened. Open it in a web browser.</source>
+        <translation>Die Hilfedatei %1 konnte nicht geöffnet werden. Öffnen Sie sie in einem Webbrowser.</translation>
+    </message>
+</context>
 </TS>
