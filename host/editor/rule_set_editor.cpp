@@ -666,6 +666,10 @@ void CRuleSetEditor::ShowProblem(const std::string& text) {
     Ask(this, Q(text), ZebMsgIcon::Error, ZebMsgButtons::Ok);
 }
 
+void CRuleSetEditor::ShowProblem(const QString& what, const std::string& why) {
+    ShowProblem((what + "\n\n" + Q(why)).toStdString());
+}
+
 bool CRuleSetEditor::Confirm(const QString& question) {
     return Ask(this, question, ZebMsgIcon::Question, ZebMsgButtons::YesNo) == ZebIdYes;
 }
@@ -692,7 +696,7 @@ bool CRuleSetEditor::OpenFile(const std::string& path) {
             ZebMsgIcon::Warning, ZebMsgButtons::YesNo) == ZebIdYes)
         result = m_document.Open(path, message, true);
     else if (result == CRuleSetDocument::OpenResult::Unreadable)
-        ShowProblem(message);
+        ShowProblem(tr("%1 could not be opened.").arg(Q(path)), message);
     if (result != CRuleSetDocument::OpenResult::Opened) return false;
     RememberRecent(path);
     Started();
@@ -718,7 +722,7 @@ bool CRuleSetEditor::SaveDocument() {
     if (saved)
         m_undo->setClean();
     else
-        ShowProblem(message);
+        ShowProblem(tr("The rules were not saved."), message);
     Refresh();
     return saved;
 }
@@ -732,7 +736,7 @@ bool CRuleSetEditor::SaveDocumentAs() {
         m_undo->setClean();
         RememberRecent(path);
     } else {
-        ShowProblem(message);
+        ShowProblem(tr("The rules were not saved."), message);
     }
     Refresh();
     return saved;
@@ -806,7 +810,8 @@ void CRuleSetEditor::ImportRulesFromFile() {
     std::vector<std::pair<std::wstring, std::wstring>> rules;
     int unit = 0;
     std::string message;
-    if (!m_document.RulesInFile(path, rules, unit, message)) return ShowProblem(message);
+    if (!m_document.RulesInFile(path, rules, unit, message))
+        return ShowProblem(tr("No rules were imported."), message);
     if (rules.empty())
         return ShowProblem(tr("%1 holds no rule of this module.").arg(Q(path)).toStdString());
     QString heading = tr("Rules in %1. Those the rule set has already are replaced.").arg(Q(path));
@@ -816,7 +821,7 @@ void CRuleSetEditor::ImportRulesFromFile() {
     const std::vector<std::wstring> chosen = ChooseRules(this, heading, rules);
     if (chosen.empty()) return;
     Change(tr("Import Rules"), [&] { m_document.ImportRules(path, chosen, message); });
-    if (!message.empty()) ShowProblem(message);
+    if (!message.empty()) ShowProblem(tr("No rules were imported."), message);
 }
 
 void CRuleSetEditor::CompareWithFile() {
@@ -832,7 +837,8 @@ void CRuleSetEditor::CompareWithFile() {
     if (!folder.isValid() || !snapshot.LoadXML(m_document.Snapshot(), error) ||
         !SaveSettingsFile(snapshot, current, message) ||
         !DiffSettings(m_module, current, other, lines, message)) {
-        ShowProblem(message.empty() ? ToUtf8(error) : message);
+        ShowProblem(tr("The rule set could not be compared with %1.").arg(Q(other)),
+                    message.empty() ? ToUtf8(error) : message);
         return;
     }
     QString text;

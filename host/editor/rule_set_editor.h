@@ -81,6 +81,8 @@ private:
     // False when the user cancelled, or chose to save and saving failed.
     bool MaySetDocumentAside();
     void ShowProblem(const std::string& text);
+    // What failed, in the user's language, then why, as the file layer tells it.
+    void ShowProblem(const QString& what, const std::string& why);
     bool Confirm(const QString& question);
     void OpenFastenerDatabase();
     // Runs `change` on the document; when the document differs afterwards, the change goes on the

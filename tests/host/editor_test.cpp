@@ -305,6 +305,14 @@ TEST_F(EditorTest, RulesAreAddedBackAndTheWindowSpeaksTheUsersLanguage) {
         EXPECT_FALSE(ZebOpenHelp(&editor, L"/nowhere/vantor.html", L""));
         ASSERT_EQ(ui.messages.size(), 3u);
         EXPECT_EQ(ui.messages[2].text, L"Die Hilfedatei /nowhere/vantor.html fehlt.");
+        const fs::path damaged = folder.Folder() / "damaged.xml";
+        std::ofstream(damaged, std::ios::binary) << "<VantorSettings>\n  <AssemblyRules>\n";
+        EXPECT_FALSE(editor.OpenFile(damaged.string()));
+        ASSERT_EQ(ui.messages.size(), 4u);
+        EXPECT_EQ(ui.messages[3].text.rfind(
+                      FromUtf8(damaged.string()) + L" konnte nicht geöffnet werden.\n\n", 0),
+                  0u)
+            << ToUtf8(ui.messages[3].text);
     }
 }
 

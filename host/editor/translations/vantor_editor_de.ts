@@ -4,6 +4,22 @@
 <context>
     <name>CRuleSetEditor</name>
     <message>
+        <source>%1 could not be opened.</source>
+        <translation>%1 konnte nicht geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>The rules were not saved.</source>
+        <translation>Die Regeln wurden nicht gespeichert.</translation>
+    </message>
+    <message>
+        <source>No rules were imported.</source>
+        <translation>Es wurden keine Regeln importiert.</translation>
+    </message>
+    <message>
+        <source>The rule set could not be compared with %1.</source>
+        <translation>Der Regelsatz konnte nicht mit %1 verglichen werden.</translation>
+    </message>
+    <message>
         <location filename="../rule_set_editor.cpp" line="116"/>
         <source>Settings documents|*.vantor.xml;*.xml|All files|*</source>
         <translation>Einstellungsdokumente|*.vantor.xml;*.xml|Alle Dateien|*</translation>
