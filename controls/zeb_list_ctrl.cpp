@@ -582,17 +582,33 @@ int CZEBListCtrl::PasteText(int row, int column, const std::wstring& text) {
                 EditorOf(r, c) == CellEditor::Locked)
                 continue;
             std::wstring cell = TrimBlanks(lines[i][k]);
-            if (IsNumberCell(r, c) && !cell.empty()) {
+            const auto refuse = [&](const std::wstring& why) {
+                const std::wstring heading = m_model->headerData(c, Qt::Horizontal, Qt::DisplayRole)
+                                                 .toString()
+                                                 .toStdWString();
+                refused += ZebFormatText(LoadLocalizedString(IDS_CELL_VALUE_REFUSED),
+                                         {std::to_wstring(r + 1), heading, cell, why}) +
+                           L"\n";
+            };
+            if (EditorOf(r, c) == CellEditor::Choice && !cell.empty()) {
+                // Pasted as the drop-down would take it: a name it offers, in its spelling, once.
+                // The rest of the row belongs to that name and goes with it.
+                const auto offered = std::find_if(
+                    m_choices.begin(), m_choices.end(),
+                    [&](const std::wstring& name) { return ZebEqualsNoCase(name, cell); });
+                if (offered == m_choices.end()) {
+                    refuse(LoadLocalizedString(IDS_CHOICE_NOT_OFFERED));
+                    break;
+                }
+                if (!ZebEqualsNoCase(*offered, GetCellText(r, c)) && FindInFirstColumn(*offered)) {
+                    refuse(LoadLocalizedString(IDS_CHOICE_ALREADY_LISTED));
+                    break;
+                }
+                cell = *offered;
+            } else if (IsNumberCell(r, c) && !cell.empty()) {
                 const NumberEntry entry = ReadNumberEntry(cell);
                 if (!entry.Ok()) {
-                    const std::wstring heading =
-                        m_model->headerData(c, Qt::Horizontal, Qt::DisplayRole)
-                            .toString()
-                            .toStdWString();
-                    refused += ZebFormatText(LoadLocalizedString(IDS_CELL_VALUE_REFUSED),
-                                             {std::to_wstring(r + 1), heading, cell,
-                                              NumberFaultText(entry.fault)}) +
-                               L"\n";
+                    refuse(NumberFaultText(entry.fault));
                     continue;
                 }
                 cell = entry.text;

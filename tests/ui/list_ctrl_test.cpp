@@ -12,6 +12,7 @@
 #include "controls/cell_text_edit.h"
 #include "controls/custom_combo_box.h"
 #include "controls/zeb_list_ctrl.h"
+#include "framework/text_convert.h"
 #include "framework/ui/recording_ui_service.h"
 #include "tests/ui/grid_dialog.h"
 #include "tests/ui/qt_test_app.h"
@@ -528,13 +529,24 @@ TEST(KeyboardTable, FilledWithKeysAlone) {
     grid.selectRow(0);
     key(Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "Nut\t0.5\tcoarse\n");
+    // A name is pasted as the drop-down takes it: one the list offers, in its spelling, and only
+    // once in the table; a refused name keeps its row out, a refused size only itself.
     grid.setCurrentIndex(grid.model()->index(2, 0));
     key(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(grid.GetRows()[2], (CZebGridModel::Row{L"Nut", L"0.5", L"coarse"}));
-    QGuiApplication::clipboard()->setText("Pin\tabc\tx\n");
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_NE(ui.messages[0].text.find(L"\"Nut\" cannot be taken. It is already in the table"),
+              std::wstring::npos)
+        << ToUtf8(ui.messages[0].text);
+    EXPECT_EQ(grid.GetRows()[2], CZebGridModel::Row{});
+    QGuiApplication::clipboard()->setText("pin\tabc\tx\nWasher\t1\ty\n");
     key(Qt::Key_V, Qt::ControlModifier);
-    ASSERT_EQ(ui.messages.size(), 1u);  // the size is refused, the rest taken
-    EXPECT_EQ(grid.GetRows()[2], (CZebGridModel::Row{L"Pin", L"0.5", L"x"}));
+    ASSERT_EQ(ui.messages.size(), 2u);  // both refusals in one message
+    EXPECT_NE(ui.messages[1].text.find(L"Row 3, column \"Size\": \"abc\""), std::wstring::npos);
+    EXPECT_NE(ui.messages[1].text.find(L"\"Washer\" cannot be taken. It is not one of the names"),
+              std::wstring::npos)
+        << ToUtf8(ui.messages[1].text);
+    EXPECT_EQ(grid.GetRows()[2], (CZebGridModel::Row{L"Pin", L"", L"x"}));
+    EXPECT_EQ(grid.GetRows()[3], CZebGridModel::Row{});
     const int rows = grid.GetRowCount();
     key(Qt::Key_Insert);
     EXPECT_EQ(grid.GetRowCount(), rows + 1);
