@@ -61,6 +61,29 @@ ZebFinding Unmeasured(const CheckContext& context, const AssemblyPart& a, const 
                    L"the kernel could not measure " + a.path + L" against " + b.path +
                        L"; check these parts by hand");
 }
+
+// The exact distance of each pair, spread over the processors, and with `volumes` the volume
+// that touching pairs share; a pair the kernel cannot measure is marked failed. False when the
+// check was cancelled.
+bool MeasureDistances(const std::vector<AssemblyPart>& parts, const std::vector<PartPair>& pairs,
+                      const CheckContext& context, bool volumes,
+                      std::vector<PairOutcome>& outcomes) {
+    return MeasurePairs<PairOutcome>(
+        pairs, context,
+        [&](const PartPair& pair) {
+            PairOutcome outcome;
+            try {
+                outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
+                if (volumes && outcome.distance.distance <= kTouchTolerance)
+                    outcome.volume = CommonVolume(parts[pair.first], parts[pair.second]);
+                outcome.measured = true;
+            } catch (const Standard_Failure&) {
+                outcome.failed = true;
+            }
+            return outcome;
+        },
+        outcomes);
+}
 }  // namespace
 
 bool CheckInterference(const Assembly& assembly, const InterferenceOptions& options,
@@ -96,22 +119,7 @@ bool CheckInterference(const Assembly& assembly, const InterferenceOptions& opti
         if (wanted(pair)) pairs.push_back(pair);
 
     std::vector<PairOutcome> outcomes;
-    const bool complete = MeasurePairs<PairOutcome>(
-        pairs, context,
-        [&](const PartPair& pair) {
-            PairOutcome outcome;
-            try {
-                outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
-                if (outcome.distance.distance <= kTouchTolerance)
-                    outcome.volume = CommonVolume(parts[pair.first], parts[pair.second]);
-                outcome.measured = true;
-            } catch (const Standard_Failure&) {
-                outcome.failed = true;
-            }
-            return outcome;
-        },
-        outcomes);
-    if (!complete) return false;
+    if (!MeasureDistances(parts, pairs, context, true, outcomes)) return false;
 
     const double cube = context.toReport * context.toReport * context.toReport;
     for (size_t k = 0; k < pairs.size(); ++k) {
@@ -145,27 +153,6 @@ bool CheckInterference(const Assembly& assembly, const InterferenceOptions& opti
     return true;
 }
 
-namespace {
-// The exact distance of each pair, spread over the processors; a pair the kernel cannot measure
-// is marked failed. False when the check was cancelled.
-bool MeasureDistances(const std::vector<AssemblyPart>& parts, const std::vector<PartPair>& pairs,
-                      const CheckContext& context, std::vector<PairOutcome>& outcomes) {
-    return MeasurePairs<PairOutcome>(
-        pairs, context,
-        [&](const PartPair& pair) {
-            PairOutcome outcome;
-            try {
-                outcome.distance = MeasureDistance(parts[pair.first], parts[pair.second]);
-                outcome.measured = true;
-            } catch (const Standard_Failure&) {
-                outcome.failed = true;
-            }
-            return outcome;
-        },
-        outcomes);
-}
-}  // namespace
-
 bool CheckClearance(const Assembly& assembly, const ClearanceOptions& options,
                     const CheckContext& context, std::vector<ZebFinding>& findings) {
     const std::vector<AssemblyPart>& parts = assembly.parts;
@@ -195,7 +182,7 @@ bool CheckClearance(const Assembly& assembly, const ClearanceOptions& options,
         }
 
     std::vector<PairOutcome> outcomes;
-    if (!MeasureDistances(parts, pairs, context, outcomes)) return false;
+    if (!MeasureDistances(parts, pairs, context, false, outcomes)) return false;
 
     const double scale = context.toReport;
     for (size_t k = 0; k < pairs.size(); ++k) {
@@ -228,7 +215,7 @@ bool CheckContactMaterial(const Assembly& assembly, const ContactOptions& option
     const std::vector<AssemblyPart>& parts = assembly.parts;
     const std::vector<PartPair> pairs = NearPairs(parts, options.nearer.value_or(0.0));
     std::vector<PairOutcome> outcomes;
-    if (!MeasureDistances(parts, pairs, context, outcomes)) return false;
+    if (!MeasureDistances(parts, pairs, context, false, outcomes)) return false;
 
     const auto onSide = [](const std::vector<std::wstring>& side, const std::wstring& material) {
         return std::find(side.begin(), side.end(), material) != side.end();
