@@ -145,8 +145,9 @@ void PlateGrids(const std::filesystem::path& folder) {
 
 // Bolted joints: N x N pairs of plates 40 x 40 x 10, 2 apart, each pair held by an M8 bolt through
 // holes 9 into a nut 6.5 thick, with a slot 6 x 20 through both plates. Every seventh upper plate
-// has its hole 0.7 off, into the bolt's shank; odd joints have bolts 2 longer. The whole check of
-// every rule the engine checks, through its entry point as the command line runs it.
+// has its hole 0.7 off, into the bolt's shank, and its slot 1 off; odd joints have bolts 2 longer.
+// The whole check of every rule the engine checks, through its entry point as the command line runs
+// it.
 namespace joints {
 constexpr double kPlate = 40.0, kJointGap = 2.0;
 
@@ -172,9 +173,9 @@ JointShapes MakeJoint() {
     JointShapes s;
     s.lower = CutSlot(Drill(Plate(0, 0, 0, kPlate, kPlate, 10), gp_Pnt(c, c, -1), gp::DZ(), 9, 12),
                       c, 8, -1, 6, 20, 12);
-    const TopoDS_Shape upper = CutSlot(Plate(0, 0, 10, kPlate, kPlate, 10), c, 8, 9, 6, 20, 12);
-    s.upper = Drill(upper, gp_Pnt(c, c, 9), gp::DZ(), 9, 12);
-    s.upperOff = Drill(upper, gp_Pnt(c + 0.7, c, 9), gp::DZ(), 9, 12);
+    const TopoDS_Shape upper = Plate(0, 0, 10, kPlate, kPlate, 10);
+    s.upper = Drill(CutSlot(upper, c, 8, 9, 6, 20, 12), gp_Pnt(c, c, 9), gp::DZ(), 9, 12);
+    s.upperOff = Drill(CutSlot(upper, c, 9, 9, 6, 20, 12), gp_Pnt(c + 0.7, c, 9), gp::DZ(), 9, 12);
     s.bolt = Bolt(gp_Pnt(c, c, 25.6), -gp::DZ(), 8, 30, 13, 5.6);
     s.longBolt = Bolt(gp_Pnt(c, c, 25.6), -gp::DZ(), 8, 32, 13, 5.6);
     s.nut = Nut(gp_Pnt(c, c, 0), -gp::DZ(), 8, 6.5);
@@ -254,11 +255,24 @@ struct Settings {
 };
 
 struct JointRun {
-    int joints = 0;
     size_t parts = 0, findings = 0;
-    double check = 0.0, recognition = 0.0, peak = 0.0;
-    std::vector<std::pair<std::wstring, double>> stages;  // seconds per stage of the check
+    double check = 0.0, cpu = 0.0, reading = 0.0, recognition = 0.0, peak = 0.0;
+    std::map<std::wstring, double> stages;  // seconds per stage of the check
+    std::map<std::wstring, size_t> found;   // findings per stage
 };
+
+// Processor seconds of this process and of its finished children: on a machine shared with other
+// work they grow with the work done, where the wall clock grows with the load too.
+double ProcessorSeconds() {
+    double seconds = 0.0;
+    for (int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
+        rusage usage{};
+        getrusage(who, &usage);
+        seconds += usage.ru_utime.tv_sec + usage.ru_stime.tv_sec +
+                   1e-6 * (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec);
+    }
+    return seconds;
+}
 
 JointRun CheckGrid(const std::string& path, ModuleLoader& module, const EngineLoader& engine) {
     JointRun run;
@@ -266,36 +280,46 @@ JointRun CheckGrid(const std::string& path, ModuleLoader& module, const EngineLo
     ZebCheckRequest request;
     request.assemblyPath = path;
     std::wstring stage;
+    std::vector<std::wstring> order;  // the stages: reading, then one per rule checked
     auto stageStart = std::chrono::steady_clock::now();
     request.progress = [&](double, const std::wstring& now) {
         if (now == stage) return;
         const auto t = std::chrono::steady_clock::now();
         if (!stage.empty())
-            run.stages.emplace_back(stage, std::chrono::duration<double>(t - stageStart).count());
+            run.stages[stage] += std::chrono::duration<double>(t - stageStart).count();
         stage = now;
         stageStart = t;
+        order.push_back(now);
     };
     ZebCheckReport report;
     std::string error;
     int status = ZebCheckBadInput;
     ResetPeak();
+    const double cpu = ProcessorSeconds();
     run.check = Seconds(
         [&] { status = RunAssemblyCheck(engine, module, settings.doc, request, report, error); });
+    run.cpu = ProcessorSeconds() - cpu;
     run.peak = PeakSinceReset();
     if (status != ZebCheckDone) std::fprintf(stderr, "engine_bench: %s\n", error.c_str());
     run.parts = report.parts.size();
     run.findings = report.findings.size();
+    for (const ZebFinding& finding : report.findings)
+        for (size_t r = 0; r < report.rules.size() && r + 1 < order.size(); ++r)
+            if (report.rules[r] == finding.rule) ++run.found[order[r + 1]];
 
-    // Recognition alone on the same assembly, on as many threads as the check uses.
+    // Reading in this process and recognition alone on the same assembly, on as many threads as
+    // the check uses.
     Assembly assembly;
-    if (!ReadStepAssemblyHere(path, assembly, error))
-        std::fprintf(stderr, "engine_bench: %s\n", error.c_str());
+    run.reading = Seconds([&] {
+        if (!ReadStepAssemblyHere(path, assembly, error))
+            std::fprintf(stderr, "engine_bench: %s\n", error.c_str());
+    });
     std::vector<PartFeatures> features;
     run.recognition = Seconds([&] { RecognizeAssembly(assembly, 0, nullptr, features); });
     return run;
 }
 
-void Grids(const std::filesystem::path& folder) {
+void Grids(const std::filesystem::path& folder, const std::vector<int>& sides) {
     // A database of its own in the benchmark's folder, and the resources of the build tree.
     setenv("VANTOR_DATABASE_DIR", folder.c_str(), 1);
     setenv("VANTOR_RES_DIR", VANTOR_BUILD_DIR "/share/vantor/res", 1);
@@ -314,40 +338,59 @@ void Grids(const std::filesystem::path& folder) {
 
     const JointShapes shapes = MakeJoint();
     std::map<int, JointRun> runs;
-    std::printf("%7s %6s %9s %13s %8s %9s %10s\n", "joints", "parts", "check s", "recognition s",
-                "share", "findings", "peak MiB");
-    for (int n : {10, 20, 30}) {
+    std::printf("%6s %6s %8s %8s %7s %13s %6s %9s %9s\n", "joints", "parts", "check s", "cpu s",
+                "read s", "recognition s", "share", "findings", "peak MiB");
+    for (int n : sides) {
         JointRun run = CheckGrid(WriteGrid(n, shapes, folder), module, engine);
-        run.joints = n * n;
-        std::printf("%7d %6zu %9.3f %13.3f %7.0f%% %9zu %10.1f\n", run.joints, run.parts, run.check,
-                    run.recognition, 100 * run.recognition / run.check, run.findings, run.peak);
+        std::printf("%6d %6zu %8.2f %8.2f %7.2f %13.2f %5.1f%% %9zu %9.0f\n", n * n, run.parts,
+                    run.check, run.cpu, run.reading, run.recognition,
+                    100 * run.recognition / run.check, run.findings, run.peak);
         runs[n] = std::move(run);
     }
-    std::printf("t(900) / t(100): %.2f (target at most 12)\n", runs[30].check / runs[10].check);
+    const JointRun &small = runs[sides.front()], &large = runs[sides.back()];
+    std::printf("t(%d) / t(%d): %.2f (target at most 12 for 900 / 100); processor time %.2f\n",
+                sides.back() * sides.back(), sides.front() * sides.front(),
+                large.check / small.check, large.cpu / small.cpu);
     double share = 0.0;
     for (const auto& [n, run] : runs) share = std::max(share, run.recognition / run.check);
-    std::printf("feature recognition: at most %.0f%% of the whole check (target at most half)\n",
+    std::printf("feature recognition: at most %.1f%% of the whole check (target at most half)\n",
                 100 * share);
-    std::printf("stages of the check, 900 joints:\n");
-    for (const auto& [stage, seconds] : runs[30].stages)
-        std::printf("  %8.3f s  %s\n", seconds, ToUtf8(stage).c_str());
+    std::printf("seconds (findings) per stage of the check, by joints:\n%-34s", "");
+    for (int n : sides) std::printf(" %15d", n * n);
+    for (const auto& [stage, seconds] : large.stages) {
+        std::printf("\n%-34s", ToUtf8(stage).c_str());
+        for (int n : sides) {
+            const auto it = runs[n].stages.find(stage);
+            const auto found = runs[n].found.find(stage);
+            std::printf(" %7.2f (%5zu)", it == runs[n].stages.end() ? 0.0 : it->second,
+                        found == runs[n].found.end() ? size_t(0) : found->second);
+        }
+    }
+    std::printf("\n");
 }
 }  // namespace joints
 }  // namespace
 
-// engine_bench [plates] [joints]: both when none is named.
+// engine_bench [plates] [joints] [SIDE...]: both grids when neither is named; joint grids of
+// SIDE x SIDE joints when given, else 10, 20 and 30.
 int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);  // each size's line as soon as it is measured
     const std::filesystem::path folder =
         std::filesystem::temp_directory_path() / "vantor_engine_bench";
     std::filesystem::create_directories(folder);
-    const auto wanted = [&](const char* name) {
-        if (argc < 2) return true;
+    const auto named = [&](const char* name) {
         for (int i = 1; i < argc; ++i)
             if (std::strcmp(argv[i], name) == 0) return true;
         return false;
     };
+    const auto wanted = [&](const char* name) {
+        return named(name) || (!named("plates") && !named("joints"));
+    };
     if (wanted("plates")) PlateGrids(folder);
-    if (wanted("joints")) joints::Grids(folder);
+    std::vector<int> sides;
+    for (int i = 1; i < argc; ++i)
+        if (const int side = std::atoi(argv[i]); side > 0) sides.push_back(side);
+    if (sides.empty()) sides = {10, 20, 30};
+    if (wanted("joints")) joints::Grids(folder, sides);
     std::filesystem::remove_all(folder);
 }
