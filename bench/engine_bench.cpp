@@ -2,6 +2,7 @@
 // onto its neighbour): interference and minimum clearance per size, against checking every pair
 // exactly, and against the exact computations of the near pairs alone. Then grids of N x N bolted
 // joints against every rule, with feature recognition timed alone (see joints::Grids).
+#include <malloc.h>
 #include <sys/resource.h>
 
 #include <BRepBuilderAPI_Transform.hxx>
@@ -160,7 +161,11 @@ double PeakSinceReset() {
         if (line.rfind("VmHWM:", 0) == 0) return std::strtod(line.c_str() + 6, nullptr) / 1024.0;
     return 0.0;
 }
-void ResetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
+// Starts the peak over from the memory held now, after what earlier grids freed went back.
+void ResetPeak() {
+    malloc_trim(0);
+    std::ofstream("/proc/self/clear_refs") << "5";
+}
 
 // The parts of one joint at the origin; a grid places copies, each a shape of its own as in a
 // file whose parts were modelled one by one.
