@@ -27,6 +27,16 @@ bool EndToEnd(std::pair<double, double> a, std::pair<double, double> b) {
     return std::fabs(overlap) <= kMeet;
 }
 
+// Touching parts that are meant to line up: neither is a fastener.
+std::vector<PartPair> MemberPairs(const FeatureCache& cache,
+                                  const std::vector<std::wstring>& fastenerNames) {
+    const std::vector<bool> fastener = NamedFasteners(cache.assembly(), fastenerNames);
+    std::vector<PartPair> pairs;
+    for (const PartPair& pair : NearPairs(cache.assembly().parts, 0.0))
+        if (!fastener[pair.first] && !fastener[pair.second]) pairs.push_back(pair);
+    return pairs;
+}
+
 std::wstring SlotLabel(const Slot& slot, const AssemblyPart& part, const CheckContext& context) {
     return L"slot " + Number(slot.width * context.toReport) + L" x " +
            LengthText(slot.length, context) + L" of " + part.path;
@@ -34,12 +44,13 @@ std::wstring SlotLabel(const Slot& slot, const AssemblyPart& part, const CheckCo
 }  // namespace
 
 bool CheckHoleAlignment(FeatureCache& cache, const HoleAlignmentOptions& options,
-                        const CheckContext& context, std::vector<ZebFinding>& findings) {
+                        const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
+                        std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
     const std::vector<AssemblyPart>& parts = cache.assembly().parts;
     const std::vector<PartFeatures>& features = cache.features();
     const auto checked = [&](const Hole& h) { return h.through ? options.through : options.blind; };
-    for (const auto& [i, j] : NearPairs(parts, 0.0))
+    for (const auto& [i, j] : MemberPairs(cache, fastenerNames))
         for (const Hole& a : features[i].holes)
             for (const Hole& b : features[j].holes) {
                 if (!checked(a) || !checked(b) ||
@@ -74,11 +85,12 @@ bool CheckHoleAlignment(FeatureCache& cache, const HoleAlignmentOptions& options
 }
 
 bool CheckSlotAlignment(FeatureCache& cache, const SlotAlignmentOptions& options,
-                        const CheckContext& context, std::vector<ZebFinding>& findings) {
+                        const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
+                        std::vector<ZebFinding>& findings) {
     if (!cache.Recognize(context)) return false;
     const std::vector<AssemblyPart>& parts = cache.assembly().parts;
     const std::vector<PartFeatures>& features = cache.features();
-    for (const auto& [i, j] : NearPairs(parts, 0.0))
+    for (const auto& [i, j] : MemberPairs(cache, fastenerNames))
         for (const Slot& a : features[i].slotFeatures)
             for (const Slot& b : features[j].slotFeatures) {
                 if (1 - std::fabs(a.axis.Dot(b.axis)) > kAxesParallel) continue;

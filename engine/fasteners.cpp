@@ -53,19 +53,23 @@ std::wstring FastenerLabel(const AssemblyPart& part, const FastenerShape& shape)
            L")";
 }
 
+std::vector<bool> NamedFasteners(const Assembly& assembly, const std::vector<std::wstring>& names) {
+    std::vector<bool> named(assembly.parts.size(), false);
+    for (size_t i = 0; i < named.size(); ++i)
+        named[i] = std::any_of(names.begin(), names.end(), [&](const std::wstring& name) {
+            return PartMatches(assembly.parts[i], name);
+        });
+    return named;
+}
+
 AssemblyFasteners FindFasteners(const Assembly& assembly, const std::vector<PartFeatures>& features,
                                 const std::vector<std::wstring>& names) {
     const std::vector<AssemblyPart>& parts = assembly.parts;
     AssemblyFasteners found;
-    found.fastener.assign(parts.size(), false);
+    found.fastener = NamedFasteners(assembly, names);
     found.nut.assign(parts.size(), false);
     std::vector<int> jointOf(parts.size(), -1);
     for (size_t i = 0; i < parts.size(); ++i) {
-        for (const std::wstring& name : names)
-            if (PartMatches(parts[i], name)) {
-                found.fastener[i] = true;
-                break;
-            }
         if (!found.fastener[i]) continue;
         // A nut has a bore; a bolt or screw a shank and no bore.
         found.nut[i] = !features[i].holes.empty();

@@ -28,6 +28,9 @@ struct AssemblyFasteners {
     std::vector<FastenerJoint> joints;  // one per fastener with a shank, in part order
 };
 
+// Per part: its product or instance name is one of `names`.
+std::vector<bool> NamedFasteners(const Assembly& assembly, const std::vector<std::wstring>& names);
+
 // Parts whose product or instance name is one of `names` are fasteners; each one with a shank is
 // joined, through the bounding-box hierarchy, to the holes its shank lies in.
 AssemblyFasteners FindFasteners(const Assembly& assembly, const std::vector<PartFeatures>& features,

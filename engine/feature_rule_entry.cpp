@@ -105,7 +105,7 @@ bool CheckFeatureRule(CZebRule& rule, double toKernel, FeatureCache& cache,
         options.diameters = BoundOf(rule, Hole_::kTolerance.id, toKernel);
         options.through = Enabled(rule, Hole_::kThroughHoles.id);
         options.blind = Enabled(rule, Hole_::kBlindHoles.id);
-        return CheckHoleAlignment(cache, options, context, findings);
+        return CheckHoleAlignment(cache, options, DatabaseFastenerNames(), context, findings);
     }
     if (rule.FindParameterInArray(Slot_::kOffset.id)) {
         SlotAlignmentOptions options;
@@ -114,7 +114,7 @@ bool CheckFeatureRule(CZebRule& rule, double toKernel, FeatureCache& cache,
             options.ends = BoundOf(rule, Slot_::kSecondOffset.id, toKernel);
         options.sameWidth = Value<bool>(rule, Slot_::kWidth.id).value_or(false);
         options.sameDirection = Value<bool>(rule, Slot_::kDirection.id).value_or(false);
-        return CheckSlotAlignment(cache, options, context, findings);
+        return CheckSlotAlignment(cache, options, DatabaseFastenerNames(), context, findings);
     }
     if (rule.FindParameterInArray(Clearance_::kConditionA.id)) {
         FastenerClearanceOptions options;

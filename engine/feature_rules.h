@@ -95,10 +95,13 @@ private:
 };
 
 // Each returns false when cancelled; findings are appended in part order.
+// Holes and slots of fasteners (a nut's bore, a slotted head) are left to the fastener rules.
 bool CheckHoleAlignment(FeatureCache& cache, const HoleAlignmentOptions& options,
-                        const CheckContext& context, std::vector<ZebFinding>& findings);
+                        const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
+                        std::vector<ZebFinding>& findings);
 bool CheckSlotAlignment(FeatureCache& cache, const SlotAlignmentOptions& options,
-                        const CheckContext& context, std::vector<ZebFinding>& findings);
+                        const std::vector<std::wstring>& fastenerNames, const CheckContext& context,
+                        std::vector<ZebFinding>& findings);
 bool CheckFastenerClearance(FeatureCache& cache, const FastenerClearanceOptions& options,
                             const std::vector<std::wstring>& fastenerNames,
                             const CheckContext& context, std::vector<ZebFinding>& findings);

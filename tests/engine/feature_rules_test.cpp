@@ -70,6 +70,19 @@ TEST_F(EngineTest, HoleAlignmentOptions) {
     report = Check(path, 1);
     EXPECT_EQ(Lines(report), Names{"lower-upper 0.070"});
     EXPECT_NEAR(*report.findings[0].limit, 0.05, 1e-9);
+
+    // A ring under the lower plate's in-line hole is a part with a hole 1 smaller; named as a
+    // fastener it is a nut, whose bore is the fastener rules' business, not this rule's.
+    Set<double>(rule, 7800, {0.5});
+    Set<double>(rule, 9084, {0.1});
+    const std::string withNut = Write({Solid(L"lower", lower), Solid(L"upper", upper),
+                                       Solid(L"nut", Nut(gp_Pnt(10, 10, 0), -gp::DZ(), 8, 6))});
+    EXPECT_EQ(Lines(Check(withNut)),
+              (Names{"lower-nut 1.000", "lower-upper 0.200", "lower-upper 0.700"}));
+    IDatabaseCollector* db = zeb_db::ZEBDataHelper::getInstance();
+    ASSERT_NE(db, nullptr);
+    ASSERT_EQ(db->AddFastenerName(L"nut"), ZebDbOk);
+    EXPECT_EQ(Lines(Check(withNut)), (Names{"lower-upper 0.200", "lower-upper 0.700"}));
 }
 
 // Slot pairs across two plates: one pair 1 apart across and 0.4 along, one pair of different
