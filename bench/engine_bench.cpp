@@ -257,6 +257,8 @@ struct Settings {
         Set<ZebRow>(rule, FastenerEngagementParams::kLengths.id, {{L"bolt", L"8"}});
         // The second tool, 2.5 x the head, switched on.
         Set<double>(rule, FastenerAccessibilityParams::kSecondSwitch.id, {1.0});
+        // M10 threads recommended: each M8 bolt in its M8 nut is found.
+        Set<ZebRow>(rule, RecommThreadParams::kThreadPairs.id, {{L"M10", L"M10"}});
     }
 };
 
@@ -361,10 +363,10 @@ void Grids(const std::filesystem::path& folder, const std::vector<int>& sides) {
     for (const auto& [n, run] : runs) share = std::max(share, run.recognition / run.check);
     std::printf("feature recognition: at most %.1f%% of the whole check (target at most half)\n",
                 100 * share);
-    std::printf("seconds (findings) per stage of the check, by joints:\n%-34s", "");
+    std::printf("seconds (findings) per stage of the check, by joints:\n%-40s", "");
     for (int n : sides) std::printf(" %15d", n * n);
     for (const auto& [stage, seconds] : large.stages) {
-        std::printf("\n%-34s", ToUtf8(stage).c_str());
+        std::printf("\n%-40s", ToUtf8(stage).c_str());
         for (int n : sides) {
             const auto it = runs[n].stages.find(stage);
             const auto found = runs[n].found.find(stage);

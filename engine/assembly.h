@@ -31,8 +31,9 @@ struct Assembly {
 // shapes stay in the kernel's millimetres whatever unit the file uses. False with `error` set when
 // the file cannot be read, is no STEP file, uses a length unit the kernel does not know, or holds
 // no solid.
-// The file is read first by the reader program (kStepReaderProgram, beside the engine), so that a
-// file the kernel's reader stops on ends that program, not the caller.
+// The file is read by the reader program (kStepReaderProgram, beside the engine), so that a file
+// the kernel's reader stops on ends that program, not the caller; it hands what it read over as an
+// image (assembly_image.h), and the file is read here only when no image came back.
 bool ReadStepAssembly(const std::string& path, Assembly& assembly, std::string& error);
 // The same read in this process, without the reader program: what that program runs.
 bool ReadStepAssemblyHere(const std::string& path, Assembly& assembly, std::string& error);

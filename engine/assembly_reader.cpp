@@ -31,6 +31,7 @@
 #include <map>
 
 #include "engine/assembly.h"
+#include "engine/assembly_image.h"
 #include "framework/case_fold.h"
 #include "framework/location_helper.h"
 #include "framework/text_convert.h"
@@ -217,11 +218,14 @@ std::string ReaderProgramPath() {
 // The kernel's STEP reader can be brought down by a damaged file, so the reader program reads it
 // first, under limits; only a file it read to the end is read here. Its standard output carries
 // the reason when it refused the file.
-bool ReaderProgramReadsWhole(const std::string& path, std::string& error) {
+bool ReaderProgramReadsWhole(const std::string& path, const std::string& image,
+                             std::string& error) {
     const std::string program = ReaderProgramPath();
+    std::vector<std::string> arguments{program, path};
+    if (!image.empty()) arguments.push_back(image);
     int answer = -1;
     const pid_t child = access(program.c_str(), X_OK) == 0
-                            ? StartChildProgram({program, path}, kReaderLimits, answer)
+                            ? StartChildProgram(arguments, kReaderLimits, answer)
                             : -1;
     if (child < 0) {
         error = path + ": the STEP reader program " + program + " cannot be started";
@@ -252,13 +256,44 @@ bool ReaderProgramReadsWhole(const std::string& path, std::string& error) {
 }
 }  // namespace
 
+namespace {
+// A file of the temporary folder for the reader program's image, removed with this; no path when
+// none could be made.
+struct ImageFile {
+    std::string path;
+    ImageFile() {
+        std::error_code ec;
+        std::string pattern =
+            (std::filesystem::temp_directory_path(ec) / "vantor-assembly-XXXXXX").string();
+        const int fd = ec ? -1 : mkstemp(pattern.data());
+        if (fd < 0) return;
+        close(fd);
+        path = pattern;
+    }
+    ~ImageFile() {
+        if (!path.empty()) unlink(path.c_str());
+    }
+    ImageFile(const ImageFile&) = delete;
+    ImageFile& operator=(const ImageFile&) = delete;
+};
+}  // namespace
+
 bool ReadStepAssembly(const std::string& path, Assembly& assembly, std::string& error) {
     std::error_code ec;
     if (!std::filesystem::is_regular_file(path, ec)) {
         error = path + ": no such file";
         return false;
     }
-    return ReaderProgramReadsWhole(path, error) && ReadStepAssemblyHere(path, assembly, error);
+    // The reader program hands over what it read, so the file is read once.
+    const ImageFile image;
+    if (!ReaderProgramReadsWhole(path, image.path, error)) return false;
+    if (!image.path.empty() && ReadAssemblyImage(image.path, assembly)) {
+        assembly.file = FromUtf8(path);
+        return true;
+    }
+    // No image to take over (no room for it in the temporary folder, say): read the file here,
+    // which the reader program has read whole.
+    return ReadStepAssemblyHere(path, assembly, error);
 }
 
 bool ReadStepAssemblyHere(const std::string& path, Assembly& assembly, std::string& error) {

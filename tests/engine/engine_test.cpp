@@ -1,7 +1,14 @@
 // The engine on assemblies written here with answers worked out by hand, and on the shared real
 // assembly. Every check goes the way the host goes: settings through the module's entry points,
 // the engine loaded from its library.
+#include <BRepGProp.hxx>
+#include <GProp_GProps.hxx>
+#include <set>
+#include <tuple>
+
+#include "engine/assembly_image.h"
 #include "tests/engine/engine_fixture.h"
+#include "tests/engine/shared_assembly.h"
 
 namespace {
 // a (0..10)^3; b overlaps a by 2 x 10 x 10 = 200; c touches a on its face y = 10 and b along a
@@ -41,6 +48,58 @@ TEST_F(EngineTest, ReadsPathsNamesMaterialsAndUnits) {
     EXPECT_TRUE(PartMatches(part, L"Housing.stp"));
     EXPECT_TRUE(PartMatches(part, L"COVER:1"));
     EXPECT_FALSE(PartMatches(part, L""));
+}
+
+// The reader program hands what it read over as an image, which gives back the same parts with
+// the same names, materials, colours, placements and shared shapes as reading the file here. An
+// image cut short, or a file that is none, is refused and leaves the assembly as it was.
+TEST_F(EngineTest, TheReaderProgramHandsOverWhatItRead) {
+    const std::string shared = SharedAssembly();
+    Assembly here, imaged, handed;
+    std::string error;
+    ASSERT_TRUE(ReadStepAssemblyHere(shared, here, error)) << error;
+    const std::string image = (dir.Path() / "shared.image").string();
+    const std::string reader = VANTOR_BUILD_DIR "/lib/vantor/vantor-step-reader";
+    ASSERT_EQ(std::system((reader + " " + shared + " " + image).c_str()), 0);
+    ASSERT_TRUE(ReadAssemblyImage(image, imaged));
+    ASSERT_EQ(imaged.parts.size(), here.parts.size());
+    std::set<const void*> imagedShapes, hereShapes;
+    for (size_t i = 0; i < here.parts.size(); ++i) {
+        const AssemblyPart &a = imaged.parts[i], &b = here.parts[i];
+        EXPECT_EQ(std::tie(a.path, a.product, a.instance, a.subassembly, a.material, a.colour),
+                  std::tie(b.path, b.product, b.instance, b.subassembly, b.material, b.colour));
+        double a0[6], b0[6];
+        a.box.Get(a0[0], a0[1], a0[2], a0[3], a0[4], a0[5]);
+        b.box.Get(b0[0], b0[1], b0[2], b0[3], b0[4], b0[5]);
+        for (int k = 0; k < 6; ++k) EXPECT_NEAR(a0[k], b0[k], 1e-9) << ToUtf8(a.path);
+        GProp_GProps va, vb;
+        BRepGProp::VolumeProperties(a.shape, va);
+        BRepGProp::VolumeProperties(b.shape, vb);
+        EXPECT_NEAR(va.Mass(), vb.Mass(), 1e-6 * vb.Mass()) << ToUtf8(a.path);
+        EXPECT_TRUE(va.CentreOfMass().IsEqual(vb.CentreOfMass(), 1e-6)) << ToUtf8(a.path);
+        imagedShapes.insert(a.shape.TShape().get());
+        hereShapes.insert(b.shape.TShape().get());
+    }
+    // The three bolts and three nuts are instances of one bolt and one nut.
+    EXPECT_LT(hereShapes.size(), here.parts.size());
+    EXPECT_EQ(imagedShapes.size(), hereShapes.size());
+    // The engine's reading goes through the program and its image to the same parts.
+    ASSERT_TRUE(ReadStepAssembly(shared, handed, error)) << error;
+    EXPECT_EQ(handed.file, here.file);
+    ASSERT_EQ(handed.parts.size(), here.parts.size());
+    for (size_t i = 0; i < here.parts.size(); ++i)
+        EXPECT_EQ(handed.parts[i].path, here.parts[i].path);
+
+    const auto whole = std::filesystem::file_size(image);
+    Assembly kept;
+    kept.parts.resize(1);
+    for (const auto size : {whole / 2, whole - 1, uintmax_t(10)}) {
+        std::filesystem::resize_file(image, size);
+        EXPECT_FALSE(ReadAssemblyImage(image, kept)) << size;
+        EXPECT_EQ(kept.parts.size(), 1u);
+    }
+    EXPECT_FALSE(ReadAssemblyImage(shared, kept));
+    EXPECT_EQ(kept.parts.size(), 1u);
 }
 
 TEST_F(EngineTest, InterferenceOptions) {
