@@ -18,6 +18,7 @@
 #include "framework/ui_message.h"
 #include "platform/hardware_db_bridge.h"
 #include "tests/database/db_test_support.h"
+#include "tests/support/scratch_config.h"
 
 namespace {
 
@@ -25,6 +26,7 @@ QApplication& App() {
     static int argc = 1;
     static char name[] = "platform_tests";
     static char* argv[] = {name, nullptr};
+    UseScratchConfiguration();
     // Never destroyed: a QApplication torn down among the exit-time destructors crashes.
     static QApplication* app = new QApplication(argc, argv);
     return *app;

@@ -19,6 +19,7 @@
 #include "tests/database/db_test_support.h"
 #include "tests/support/answer_dialog.h"
 #include "tests/support/scoped_env.h"
+#include "tests/support/scratch_config.h"
 #include "tests/support/settings_text.h"
 
 namespace fs = std::filesystem;
@@ -30,6 +31,7 @@ protected:
         static int argc = 1;
         static char name[] = "configure_test";
         static char* argv[] = {name, nullptr};
+        UseScratchConfiguration();
         if (!QApplication::instance()) new QApplication(argc, argv);
         file = folder.Folder() / "settings.xml";
         const std::string made =

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QStandardPaths>
 #include <QTest>
 #include <cstdlib>
 
 #include "framework/ui/control_id.h"
 #include "tests/support/module_environment.h"
+#include "tests/support/scratch_config.h"
 
 void EnsureQtTestApp() {
     static int argc = 1;
@@ -18,8 +18,8 @@ void EnsureQtTestApp() {
     static ScopedModule module;
     if (!QApplication::instance()) {
         setenv("QT_QPA_PLATFORM", "offscreen", 0);
-        // Settings the dialogs keep (their sizes) go to a test folder, not the user's.
-        QStandardPaths::setTestModeEnabled(true);
+        // Settings the dialogs keep (their sizes) go to a folder of this run, not the user's.
+        UseScratchConfiguration();
         new QApplication(argc, argv);
     }
 }
