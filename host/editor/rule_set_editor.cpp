@@ -442,7 +442,13 @@ void CRuleSetEditor::BuildMenus() {
     FillRecentMenu();
     file->addSeparator();
     file->addAction(tr("&Save"), QKeySequence::Save, this, [this] { SaveDocument(); });
-    file->addAction(tr("Save &As..."), QKeySequence::SaveAs, this, [this] { SaveDocumentAs(); });
+    // Desktops without a theme of their own bind no key to Save As; Ctrl+Shift+S is the one
+    // users expect there too.
+    const QList<QKeySequence> saveAs = QKeySequence::keyBindings(QKeySequence::SaveAs);
+    file->addAction(
+        tr("Save &As..."),
+        saveAs.isEmpty() ? QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S) : saveAs.first(), this,
+        [this] { SaveDocumentAs(); });
     file->addSeparator();
     file->addAction(tr("&Import Rules from File..."),
                     QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I), this,

@@ -165,6 +165,8 @@ TEST_F(EditorTest, UnsavedChangesAreAskedAbout) {
     editor.Table()->setCurrentCell(0, 0);
     editor.SetCurrentSeverity(5);
     const fs::path chosen = folder.Folder() / "chosen.xml";
+    EXPECT_EQ(MenuAction(editor, "Save As...")->shortcut(),
+              QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
     ui.AnswerMessage(ZebIdYes);
     ui.ChooseFiles({chosen.wstring()});
     EXPECT_TRUE(editor.close());
