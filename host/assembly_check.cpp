@@ -150,5 +150,12 @@ std::string ReportHtml(const ZebCheckReport& report) {
         }
         html += "</table>\n";
     }
-    return html + "</body></html>\n";
+    // What was checked, so that a reader of a mailed report sees what the findings are out of.
+    html += "<h2>Parts checked (" + std::to_string(report.parts.size()) +
+            ")</h2>\n<table><tr><th>Part</th><th>Product</th><th>Material</th></tr>\n";
+    for (const ZebCheckedPart& part : report.parts)
+        html += "<tr><td>" + Html(part.path) + "</td><td>" + Html(part.product) + "</td><td>" +
+                (part.material.empty() ? std::string("no material") : Html(part.material)) +
+                "</td></tr>\n";
+    return html + "</table>\n</body></html>\n";
 }

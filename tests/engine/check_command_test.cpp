@@ -66,6 +66,10 @@ TEST_F(CheckCommandTest, ExitStatusAndReports) {
     EXPECT_NE(page.find("<h2>Interference Detection &mdash; Critical (1)</h2>"), std::string::npos)
         << page;
     EXPECT_EQ(page.find("<script"), std::string::npos);
+    EXPECT_NE(page.find("<h2>Parts checked (2)</h2>"), std::string::npos) << page;
+    EXPECT_NE(page.find("<tr><td>top/box1</td><td>box1</td><td>no material</td></tr>"),
+              std::string::npos)
+        << page;
 
     run = Run("check " + settings + " " + overlapping + " --rule nosuchrule");
     EXPECT_EQ(run.status, 2);
@@ -132,6 +136,18 @@ TEST_F(CheckCommandTest, RecommendedThreadTypes) {
     HostRun run = Run("check " + withPair("M10", "m10") + " " + SharedAssembly() + rule);
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_NE(run.err.find("18 parts, 0 findings"), std::string::npos) << run.err;
+
+    // The report names every part the check read, with its path.
+    const std::string html = (dir.Path() / "shared.html").string();
+    run = Run("check " + withPair("M10", "m10") + " " + SharedAssembly() + rule +
+              " --format html -o " + html);
+    const std::string page = FileBytes(html);
+    size_t rows = 0;
+    for (size_t at = 0; (at = page.find("<tr><td>as1/", at)) != std::string::npos; ++at) ++rows;
+    EXPECT_EQ(rows, 18u) << page;
+    EXPECT_NE(page.find("<tr><td>as1/l-bracket-assembly[2]/nut-bolt-assembly[3]/nut</td>"),
+              std::string::npos)
+        << page;
 
     run = Run("check " + withPair("M8", "M8") + " " + SharedAssembly() + rule);
     EXPECT_EQ(run.status, 1) << run.err;
